@@ -1,0 +1,53 @@
+# How every target of this house is compiled, and how headers become <quire/...>.
+
+set(CMAKE_CXX_STANDARD 17)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+set(CMAKE_AUTOMOC OFF)
+
+# One folder for programs and DLLs: a Windows program finds its DLLs beside itself.
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/bin")
+set(CMAKE_LIBRARY_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/lib")
+set(CMAKE_ARCHIVE_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/lib")
+if(NOT WIN32)
+    set(CMAKE_INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR};$ORIGIN")
+endif()
+
+set(QUIRE_INCLUDE_DIR "${CMAKE_BINARY_DIR}/include")
+
+set(QUIRE_SANITIZE "" CACHE STRING "Sanitizers for every target, e.g. address,undefined or thread")
+if(QUIRE_SANITIZE)
+    add_compile_options(-fsanitize=${QUIRE_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+    add_link_options(-fsanitize=${QUIRE_SANITIZE})
+endif()
+
+# quire_target(TARGET): the warnings and the Qt rules that all targets share.
+function(quire_target target)
+    target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror)
+    if(WIN32)
+        # The 64-bit COM headers of MinGW-w64 are not clean under -Wpedantic.
+        target_compile_definitions(${target} PRIVATE UNICODE _UNICODE NOMINMAX WIN32_LEAN_AND_MEAN)
+    endif()
+    target_compile_definitions(
+        ${target} PRIVATE QT_NO_KEYWORDS QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_URL_CAST_FROM_STRING
+                          QT_STRICT_ITERATORS QT_DEPRECATED_WARNINGS QT_MESSAGELOGCONTEXT)
+    target_include_directories(${target} PUBLIC "$<BUILD_INTERFACE:${QUIRE_INCLUDE_DIR}>"
+                                                "$<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>")
+endfunction()
+
+# quire_headers(PREFIX FILE...): makes each file reachable as <quire/PREFIX/FILE> in the build tree, through a one-line
+# header that includes it where it lies, and installs the file itself at the same place.
+function(quire_headers prefix)
+    foreach(file IN LISTS ARGN)
+        set(name "quire/${prefix}/${file}")
+        cmake_path(NORMAL_PATH name)
+        set(text "#include \"${CMAKE_CURRENT_SOURCE_DIR}/${file}\"\n")
+        file(CONFIGURE OUTPUT "${QUIRE_INCLUDE_DIR}/${name}" CONTENT "${text}" @ONLY)
+        cmake_path(GET name PARENT_PATH folder)
+        install(FILES "${file}" DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/${folder}" COMPONENT Development)
+    endforeach()
+endfunction()

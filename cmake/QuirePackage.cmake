@@ -1,0 +1,1 @@
+# What `cmake --install` leaves behind: the CMake package Quire.
