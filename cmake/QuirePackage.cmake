@@ -1,1 +1,12 @@
-# What `cmake --install` leaves behind: the CMake package Quire.
+# What `cmake --install` leaves behind: the CMake package Quire with the targets Quire::Quire, Quire::Platform and
+# Quire::Newsroom.
+include(CMakePackageConfigHelpers)
+
+set(QUIRE_CMAKE_DIR "${CMAKE_INSTALL_LIBDIR}/cmake/Quire")
+
+configure_package_config_file("${CMAKE_CURRENT_LIST_DIR}/QuireConfig.cmake.in" "${CMAKE_BINARY_DIR}/QuireConfig.cmake"
+                              INSTALL_DESTINATION "${QUIRE_CMAKE_DIR}")
+write_basic_package_version_file("${CMAKE_BINARY_DIR}/QuireConfigVersion.cmake" COMPATIBILITY SameMinorVersion)
+install(FILES "${CMAKE_BINARY_DIR}/QuireConfig.cmake" "${CMAKE_BINARY_DIR}/QuireConfigVersion.cmake"
+        DESTINATION "${QUIRE_CMAKE_DIR}" COMPONENT Development)
+install(EXPORT QuireTargets NAMESPACE Quire:: DESTINATION "${QUIRE_CMAKE_DIR}" COMPONENT Development)
