@@ -1,0 +1,96 @@
+#pragma once
+
+/// \file
+/// The owner of a VARIANT.
+
+#include <quire/platform/Automation.h>
+
+namespace Platform {
+
+/// The one owner of a VARIANT: an index on its way to a server, or the value a server hands out. One thread at a time.
+class Variant
+{
+public:
+    /// VT_EMPTY.
+    Variant() noexcept { VariantInit(&m_variant); }
+    /// VT_I4.
+    explicit Variant(LONG value) noexcept
+        : Variant()
+    {
+        V_VT(&m_variant) = VT_I4;
+        V_I4(&m_variant) = value;
+    }
+    /// VT_INT.
+    static Variant ofInt(int value) noexcept
+    {
+        Variant variant;
+        V_VT(&variant.m_variant) = VT_INT;
+        V_INT(&variant.m_variant) = value;
+        return variant;
+    }
+    Variant(Variant &&other) noexcept
+        : m_variant(other.release())
+    {}
+    Variant &operator=(Variant &&other) noexcept
+    {
+        if (this != &other) {
+            clear();
+            m_variant = other.release();
+        }
+        return *this;
+    }
+    Variant(const Variant &) = delete;
+    Variant &operator=(const Variant &) = delete;
+    ~Variant() { VariantClear(&m_variant); }
+
+    /// The value, still owned here. A server takes it by value and does not free it.
+    const VARIANT &get() const noexcept { return m_variant; }
+    /// Frees what is owned and hands out the place, for an out-parameter.
+    VARIANT *out() noexcept
+    {
+        clear();
+        return &m_variant;
+    }
+    /// Hands the value over to the caller and is VT_EMPTY afterwards.
+    VARIANT release() noexcept
+    {
+        const VARIANT variant = m_variant;
+        VariantInit(&m_variant);
+        return variant;
+    }
+
+    VARTYPE type() const noexcept { return V_VT(&m_variant); }
+
+    /// The object in the value, with a reference of its own: VT_DISPATCH as it is, VT_UNKNOWN asked for IDispatch, and
+    /// either by reference. Empty for any other type, for a null object, and for one that is not an IDispatch
+    /// (E_NOINTERFACE); any other failure of the question raises `_com_error`.
+    IDispatchPtr toDispatch() const
+    {
+        switch (type()) {
+        case VT_DISPATCH:
+            return IDispatchPtr(V_DISPATCH(&m_variant));
+        case VT_UNKNOWN:
+            return fromUnknown(V_UNKNOWN(&m_variant));
+        case VT_DISPATCH | VT_BYREF:
+            return V_DISPATCHREF(&m_variant) ? IDispatchPtr(*V_DISPATCHREF(&m_variant)) : IDispatchPtr();
+        case VT_UNKNOWN | VT_BYREF:
+            return V_UNKNOWNREF(&m_variant) ? fromUnknown(*V_UNKNOWNREF(&m_variant)) : IDispatchPtr();
+        default:
+            return IDispatchPtr();
+        }
+    }
+
+private:
+    static IDispatchPtr fromUnknown(IUnknown *unknown) { return unknown ? IDispatchPtr(unknown) : IDispatchPtr(); }
+
+    /// An array that somebody left locked cannot be freed; the value goes all the same, so that no one meets it again.
+    void clear() noexcept
+    {
+        VariantClear(&m_variant);
+        VariantInit(&m_variant);
+    }
+
+    VARIANT m_variant;
+};
+
+} // namespace Platform

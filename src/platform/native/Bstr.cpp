@@ -1,0 +1,141 @@
+#include <quire/platform/native/Bstr.h>
+
+#include <quire/platform/System.h>
+
+#include <atomic>
+#include <cstdlib>
+#include <cstring>
+
+namespace {
+
+/// The length in bytes lies in the last 4 of the bytes before the text; there are 8, so that the text is as aligned as
+/// the system's.
+constexpr std::size_t prefix = 8;
+constexpr UINT maximumSize = 0x7FFFFFF0;
+
+std::atomic<__int64> live{0};
+
+char *block(BSTR string)
+{
+    return reinterpret_cast<char *>(string) - prefix;
+}
+
+BSTR allocate(const void *bytes, std::size_t size)
+{
+    if (size > maximumSize)
+        return nullptr;
+    // A whole NUL character behind an odd number of bytes, too.
+    const std::size_t padding = sizeof(OLECHAR) + size % sizeof(OLECHAR);
+    char *memory = static_cast<char *>(std::malloc(prefix + size + padding));
+    if (!memory)
+        return nullptr;
+    const UINT length = static_cast<UINT>(size);
+    std::memset(memory, 0, prefix);
+    std::memcpy(memory + prefix - sizeof length, &length, sizeof length);
+    if (bytes)
+        std::memcpy(memory + prefix, bytes, size);
+    std::memset(memory + prefix + size, 0, padding);
+    live.fetch_add(1, std::memory_order_relaxed);
+    return reinterpret_cast<BSTR>(memory + prefix);
+}
+
+std::size_t bytesOf(std::size_t characters)
+{
+    return characters * sizeof(OLECHAR);
+}
+
+} // namespace
+
+BSTR SysAllocString(const OLECHAR *text)
+{
+    return text ? allocate(text, bytesOf(std::char_traits<OLECHAR>::length(text))) : nullptr;
+}
+
+BSTR SysAllocStringLen(const OLECHAR *text, UINT length)
+{
+    return allocate(text, bytesOf(length));
+}
+
+BSTR SysAllocStringByteLen(LPCSTR bytes, UINT size)
+{
+    return allocate(bytes, size);
+}
+
+INT SysReAllocString(BSTR *string, const OLECHAR *text)
+{
+    if (!string)
+        return FALSE;
+    BSTR replacement = SysAllocString(text);
+    if (!replacement && text)
+        return FALSE;
+    SysFreeString(*string);
+    *string = replacement;
+    return TRUE;
+}
+
+INT SysReAllocStringLen(BSTR *string, const OLECHAR *text, UINT length)
+{
+    if (!string)
+        return FALSE;
+    BSTR replacement = SysAllocStringLen(text, length);
+    if (!replacement)
+        return FALSE;
+    if (!text && *string) {
+        const std::size_t kept = SysStringByteLen(*string);
+        std::memcpy(replacement, *string, kept < bytesOf(length) ? kept : bytesOf(length));
+    }
+    SysFreeString(*string);
+    *string = replacement;
+    return TRUE;
+}
+
+void SysFreeString(BSTR string)
+{
+    if (!string)
+        return;
+    live.fetch_sub(1, std::memory_order_relaxed);
+    std::free(block(string));
+}
+
+UINT SysStringByteLen(BSTR string)
+{
+    if (!string)
+        return 0;
+    UINT length = 0;
+    std::memcpy(&length, block(string) + prefix - sizeof length, sizeof length);
+    return length;
+}
+
+UINT SysStringLen(BSTR string)
+{
+    return SysStringByteLen(string) / static_cast<UINT>(sizeof(OLECHAR));
+}
+
+namespace Platform {
+
+__int64 liveBstrs()
+{
+    return live.load(std::memory_order_relaxed);
+}
+
+namespace Detail {
+
+std::u16string fromWide(const wchar_t *text, std::size_t length)
+{
+    std::u16string converted;
+    converted.reserve(length);
+    for (std::size_t i = 0; i < length; ++i) {
+        const auto character = static_cast<char32_t>(text[i]);
+        if (character < 0x10000) {
+            converted += static_cast<char16_t>(character);
+        } else {
+            converted += static_cast<char16_t>(0xD7C0 + (character >> 10));
+            converted += static_cast<char16_t>(0xDC00 + (character & 0x3FF));
+        }
+    }
+    return converted;
+}
+
+} // namespace Detail
+
+} // namespace Platform
