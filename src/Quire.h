@@ -4,3 +4,13 @@
 /// Everything of namespace Quire: the object model of a newsroom server.
 
 #include <quire/orvex/Orvex.h>
+
+#include <quire/session/Dispatch2.h>
+#include <quire/session/DispatchCache.h>
+#include <quire/session/DispatchWrapper.h>
+#include <quire/session/ErrorString.h>
+#include <quire/session/QuireCOM.h>
+#include <quire/session/QuireCOMMutex.h>
+#include <quire/session/ServerTime.h>
+#include <quire/session/StoryID.h>
+#include <quire/session/UserInfo.h>

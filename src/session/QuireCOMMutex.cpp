@@ -1,0 +1,108 @@
+#include <quire/session/QuireCOMMutex.h>
+
+#include <QMessageLogger>
+#include <QMutex>
+
+#include <cstdio>
+#include <utility>
+
+#include <quire/session/QuireCOM.h>
+
+namespace Quire {
+
+bool QuireCOMMutex::sMutexDebugging = false;
+
+QuireCOMMutex::QuireCOMMutex(QString name)
+    : m_name(std::move(name))
+{
+    threadlock();
+}
+
+QuireCOMMutex::QuireCOMMutex()
+{
+    threadlock();
+}
+
+QuireCOMMutex::~QuireCOMMutex()
+{
+    if (m_owns)
+        unlock();
+}
+
+void QuireCOMMutex::lock()
+{
+    QTime start;
+    if (sMutexDebugging)
+        start = QTime::currentTime();
+    QuireCOM::m_ComMutex.lock();
+    // Relaxed suffices: a thread looks for its own identifier only, which nobody else ever stores.
+    QuireCOM::m_LockThreadID.store(GetCurrentThreadId(), std::memory_order_relaxed);
+    if (sMutexDebugging)
+        traceLocked(start);
+}
+
+bool QuireCOMMutex::tryLock()
+{
+    return QuireCOM::m_ComMutex.tryLock(0);
+}
+
+void QuireCOMMutex::unlock()
+{
+    QuireCOM::m_LockThreadID.store(0, std::memory_order_relaxed);
+    QuireCOM::m_ComMutex.unlock();
+    if (sMutexDebugging)
+        traceUnlocked();
+}
+
+bool QuireCOMMutex::locked()
+{
+    if (!tryLock())
+        return true;
+    QuireCOM::m_ComMutex.unlock();
+    return false;
+}
+
+void QuireCOMMutex::threadlock()
+{
+    if (threadlocked())
+        return;
+    lock();
+    m_owns = true;
+}
+
+bool QuireCOMMutex::threadlocked()
+{
+    return QuireCOM::m_LockThreadID.load(std::memory_order_relaxed) == GetCurrentThreadId();
+}
+
+QString QuireCOMMutex::name() const
+{
+    return m_label ? QString::fromLatin1(m_label) : m_name;
+}
+
+// The mutex is held here, so m_LockStr is this thread's. It was the last holder's until now.
+void QuireCOMMutex::traceLocked(const QTime &start)
+try {
+    const QString ownName = name();
+    const int waited = start.msecsTo(QTime::currentTime());
+    if (waited > 0) {
+        char line[256] = {};
+        std::snprintf(line, sizeof line, "locked(%s) %d ms [%s]\n", ownName.toLatin1().constData(), waited,
+                      QuireCOM::m_LockStr.toLatin1().constData());
+        OutputDebugStringA(line);
+    }
+    QuireCOM::m_LockStr = ownName;
+} catch (...) {
+    // A line that cannot be written must not leave the mutex acquired without an owner.
+}
+
+void QuireCOMMutex::traceUnlocked() const
+try {
+    const QString ownName = name();
+    if (!ownName.isEmpty())
+        QMessageLogger("quireCom", 0, nullptr).debug("%s unlocked", ownName.toLatin1().constData());
+} catch (...) {
+    // Called from a destructor: the line is lost.
+}
+
+} // namespace Quire

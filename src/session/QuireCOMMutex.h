@@ -1,0 +1,76 @@
+#pragma once
+
+/// \file
+/// The server access lock: one thread at a time drives the server.
+
+#include <QString>
+#include <QTime>
+
+#include <cstddef>
+
+#include <quire/platform/Export.h>
+
+namespace Quire {
+
+/// Holds the server access lock for one scope: declared right before a sequence of server calls, gone right after it,
+/// also when an exception passes.
+///
+/// There is one lock in the process, QuireCOM::m_ComMutex. The first lock object of a thread acquires it, waiting as
+/// long as that takes, and releases it when destroyed; further ones on the same thread, while the first is alive, do
+/// nothing. So they may be nested freely, and destroyed only on the thread that made them, innermost first. A thread
+/// that holds the lock must not wait for another thread that needs it.
+///
+/// The name says what is about to be done on the server: "Class::Method", "Class::Method:step". It shows only while
+/// sMutexDebugging is on: a thread that had to wait writes `locked(NAME) MS ms [NAME OF THE HOLDER BEFORE]` to the
+/// debugger output, and each release of a named object writes `NAME unlocked` to the debug log with "quireCom" as the
+/// source file. Each line to the debugger is cut at 255 characters.
+///
+/// Objects live on the stack of the thread that works; none is shared. A name given as a literal is kept by address and
+/// costs nothing while debugging is off.
+class QUIRE_EXPORT QuireCOMMutex
+{
+public:
+    /// Turns on the lines described above. Nothing in the library sets it; set it before other threads use the lock.
+    static bool sMutexDebugging;
+
+    /// Takes the lock under \a name.
+    QuireCOMMutex(QString name);
+    /// Takes the lock under the ASCII literal \a label, which must outlive the object.
+    template<std::size_t Size>
+    QuireCOMMutex(const char (&label)[Size])
+        : m_label(label)
+    {
+        threadlock();
+    }
+    /// Takes the lock without a name: its release writes no line.
+    QuireCOMMutex();
+    /// Releases the lock if this object acquired it.
+    ~QuireCOMMutex();
+
+private:
+    Q_DISABLE_COPY(QuireCOMMutex)
+    friend struct QuireCOMMutexProbe; // the tests look at the workers below
+
+    /// Acquires the mutex and records this thread as its holder.
+    void lock();
+    /// One attempt on the mutex without waiting; records no holder and does not make this object the owner.
+    bool tryLock();
+    /// Forgets the holder and releases the mutex.
+    void unlock();
+    /// True when any thread holds the mutex, which is left as it was found.
+    bool locked();
+    /// Acquires the mutex for this object unless the calling thread holds it already.
+    void threadlock();
+    /// True when the calling thread holds the mutex through a lock object.
+    bool threadlocked();
+
+    QString name() const;
+    void traceLocked(const QTime &start);
+    void traceUnlocked() const;
+
+    bool m_owns = false;
+    QString m_name;
+    const char *m_label = nullptr; // in place of m_name when the name is a literal
+};
+
+} // namespace Quire

@@ -1,0 +1,22 @@
+#pragma once
+
+/// \file
+/// What the server says about the user who is signed on.
+
+#include <QString>
+
+namespace Quire {
+
+/// The answer to QuireCOM::GetUserInfo: four texts and two numbers in the server's order, passed through as they come.
+/// A plain value of the host's; what each of them means is the server's business.
+struct UserInfo
+{
+    QString text1;
+    QString text2;
+    QString text3;
+    QString text4;
+    qint32 number1 = 0;
+    qint32 number2 = 0;
+};
+
+} // namespace Quire
