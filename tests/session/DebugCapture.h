@@ -1,0 +1,53 @@
+#pragma once
+
+#include <QMutex>
+#include <QStringList>
+#include <QVector>
+#include <QtGlobal>
+
+#include <functional>
+
+/// What goes to the debugger output while this object lives; one at a time.
+class DebuggerOutput
+{
+public:
+    DebuggerOutput();
+    ~DebuggerOutput();
+
+    QStringList lines() const;
+    void add(const char *line);
+
+private:
+    Q_DISABLE_COPY(DebuggerOutput)
+    QStringList m_lines;
+    mutable QMutex m_mutex;
+    void *m_handler = nullptr;
+};
+
+/// One message of the framework's log.
+struct LogMessage
+{
+    QtMsgType type;
+    QString file;
+    QString text;
+};
+
+/// What goes to the framework's log while this object lives; one at a time.
+class FrameworkLog
+{
+public:
+    FrameworkLog();
+    ~FrameworkLog();
+
+    QVector<LogMessage> messages() const;
+    QStringList texts() const;
+    void add(const LogMessage &message);
+
+    std::function<void()> onMessage; ///< Called for each message, on the thread that logs.
+
+private:
+    Q_DISABLE_COPY(FrameworkLog)
+    QVector<LogMessage> m_messages;
+    mutable QMutex m_mutex;
+    QtMessageHandler m_before;
+};

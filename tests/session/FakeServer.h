@@ -1,0 +1,109 @@
+#pragma once
+
+#include <QByteArray>
+#include <QMap>
+#include <QMutex>
+#include <QPair>
+#include <QString>
+#include <QStringList>
+#include <QVector>
+
+#include <array>
+#include <atomic>
+
+#include <quire/orvex/Orvex.h>
+
+/// A server that does nothing by itself: it answers what a test has set, records every call, and can refuse any.
+namespace FakeServer {
+
+/// One call as the server saw it.
+struct Call
+{
+    QString text;        ///< "Operation(arguments)", for objects of the tree "PATH.Operation(arguments)".
+    QString label;       ///< Name of the lock object that acquired the access lock; kept while lock debugging is on.
+    bool lockedByCaller; ///< The calling thread held the access lock.
+};
+
+/// A place in the tree, or the kind of handle that the server gives for it.
+enum class Kind { Directory, Queue, Story, Bare };
+
+/// The state behind all objects. Registered as the class of the sign-on object while it lives; it must outlive its
+/// objects, which liveObjects() counts. Any thread.
+class Server
+{
+public:
+    Server();
+    ~Server();
+
+    // ---- what there is ----
+
+    /// Adds an entry to the tree; the directory above must be there. Names are compared without regard to case.
+    void add(Kind kind, const QString &path);
+    void remove(const QString &path);
+
+    HRESULT creation = S_OK;      ///< What creating the sign-on object answers.
+    bool connectionPoints = true; ///< The sign-on object is a container of connection points.
+    bool connected = false;
+    bool storiesExist = true;        ///< GetStory gives a handle.
+    QString serverName;              ///< A null string is answered as null.
+    LONG readRate = 0;               ///< Answer of get_SysReadRate.
+    bool answerReadRate = true;      ///< False: the call succeeds and leaves its answer alone.
+    LONG wordLength = 0;             ///< Answer of get_SysWordLength.
+    QString form;                    ///< Answer of GetSystemForm; null as null.
+    std::array<QString, 4> texts;    ///< Answers of GetUserInfo; null as null.
+    std::array<LONG, 2> numbers{};   ///< Answers of GetUserInfo.
+    QMap<QString, QByteArray> blobs; ///< By name; the user's own has an empty name.
+    VARTYPE blobType = VT_UI1;       ///< Element type of the array that a blob is handed out in.
+    bool nullBlobs = false;          ///< A blob is handed out as no array at all.
+    LONG blobValue = 0;              ///< The value handed out with a blob.
+    LONG searchId = 0;               ///< Answer of Search.
+
+    // ---- what goes wrong ----
+
+    /// Every later call of \a operation ("GetDirectory", "get_Item", ...) answers \a result without doing anything.
+    void fail(const QString &operation, HRESULT result);
+    /// Objects of \a kind answer \a result when asked for \a iid.
+    void refuse(Kind kind, REFIID iid, HRESULT result);
+    /// Takes back every fail and refuse.
+    void mend();
+
+    // ---- what happened ----
+
+    QStringList calls() const;
+    QVector<Call> callsWithLocks() const;
+    int count(const QString &text) const;
+    void forgetCalls();
+    int liveObjects() const { return m_live; }
+
+    // ---- for the objects ----
+
+    /// Records a call; the result that it must answer, S_OK unless it is to fail.
+    HRESULT enter(const QString &operation, const QString &text);
+    HRESULT refusal(Kind kind, REFIID iid) const;
+    Kind kindOf(const QString &path, QString *properPath) const;
+    QStringList children(const QString &path) const;
+    /// A new object for an entry with one reference, for the caller.
+    IDispatch *newObject(Kind kind, const QString &path);
+    void born() { ++m_live; }
+    void died() { --m_live; }
+
+private:
+    Q_DISABLE_COPY(Server)
+
+    struct Refusal
+    {
+        Kind kind;
+        IID iid;
+        HRESULT result;
+    };
+
+    std::atomic<int> m_live{0};
+    DWORD m_registration = 0;
+    QVector<QPair<QString, Kind>> m_entries; // in the order of their adding
+    QMap<QString, HRESULT> m_failures;
+    QVector<Refusal> m_refusals;
+    QVector<Call> m_calls;
+    mutable QMutex m_mutex;
+};
+
+} // namespace FakeServer

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <quire/session/QuireCOM.h>
+
+#include "session/FakeServer.h"
+
+/// A session on a fake server with the tree
+///     NEWS            directory
+///     NEWS.SPORT      directory
+///     NEWS.SPORT.SCORES  queue
+///     NEWS.WORLD      queue
+///     MAIL            queue
+/// After each test the session is gone, no object of the server is left and nobody holds the access lock.
+class SessionTest : public ::testing::Test
+{
+protected:
+    void SetUp() override;
+    void TearDown() override;
+
+    /// Signs on and forgets the calls that this took.
+    void connect();
+    /// Makes the session anew on a server whose sign-on object cannot be created.
+    void unload();
+
+    FakeServer::Server server;
+    Quire::QuireCOM *session = nullptr;
+};
+
+/// The HRESULT as hosts see it in a long.
+inline long asLong(quint32 result)
+{
+    return static_cast<qint32>(result);
+}
+
+/// The HRESULT that the server answers.
+inline HRESULT hresult(quint32 result)
+{
+    return static_cast<HRESULT>(result);
+}
+
+/// Lock debugging for one scope, with its log lines caught.
+class LockLabels
+{
+public:
+    LockLabels();
+    ~LockLabels();
+
+private:
+    Q_DISABLE_COPY(LockLabels)
+    QtMessageHandler m_before;
+};
