@@ -1,0 +1,91 @@
+#pragma once
+
+#include <memory>
+
+#include <QString>
+
+#include <quire/newsroom/model/Model.h>
+#include <quire/newsroom/server/CallRecorder.h>
+#include <quire/newsroom/server/Census.h>
+#include <quire/newsroom/server/FaultPlan.h>
+#include <quire/newsroom/server/Options.h>
+#include <quire/newsroom/server/Registration.h>
+#include <quire/orvex/Orvex.h>
+
+namespace Newsroom {
+
+class Delivery;
+class ServerCore;
+
+/// A newsroom behind the server's automation interfaces.
+///
+///     Newsroom::Server server(Newsroom::Model::fromText(text));
+///     const Newsroom::Registration registration = server.registerClass();
+///     // CoCreateInstance(__uuidof(Orvex::Signon), ...) now makes sign-on objects of this newsroom
+///     server.calls().start();
+///     server.faults().failNext("IQueue2::GetList", Newsroom::Fault::hresult(E_FAIL));
+///
+/// Any number of sign-on objects share the newsroom; several servers may also share one Model. The objects are
+/// free-threaded: any thread may call them, and any thread may call the operations of this class.
+///
+/// When the Server goes, the sessions end, the sinks are released and the delivery thread stops. Objects that clients
+/// still hold answer RPC_E_DISCONNECTED from then on. Destroy it while no event is running that waits for the
+/// destroying thread.
+class Server
+{
+public:
+    explicit Server(std::shared_ptr<Model> model);
+    ~Server();
+
+    Server(const Server &) = delete;
+    Server &operator=(const Server &) = delete;
+
+    const std::shared_ptr<Model> &model() const;
+
+    // ---- ways in
+
+    /// Puts this server behind the class identifier of Orvex::Signon for as long as the result lives. On Windows the
+    /// calling thread must have entered an apartment.
+    Registration registerClass();
+
+    /// A class object of this server; each call makes one.
+    IClassFactoryPtr classFactory();
+
+    /// A new sign-on object, not signed on.
+    Orvex::ISignon4Ptr createSignon();
+
+    /// A new sign-on object, signed on; raises `_com_error` when that is refused.
+    Orvex::ISignon4Ptr connect(const QString &user, const QString &password);
+
+    // ---- what tests look at and break
+
+    CallRecorder &calls();
+    FaultPlan &faults();
+    Options &options();
+
+    /// What clients hold of this server. The result may outlive the server.
+    std::shared_ptr<const Census> census() const;
+
+    // ---- events
+
+    /// Tells the sign-ons of a user (letter case ignored) that they are logged out, and ends their sessions. Answers
+    /// how many there were.
+    int triggerLogout(const QString &user);
+
+    /// The same for everybody.
+    int triggerLogout();
+
+    /// The thread on which events go out: to hold them back, or to wait until all are delivered.
+    Delivery &delivery();
+
+    /// Waits until every event has gone out, generously; false when one still has not after that time.
+    bool waitForEvents(int milliseconds = 10000);
+
+private:
+    template<class Wanted>
+    int logOut(const Wanted &wanted);
+
+    const std::shared_ptr<ServerCore> m_core;
+};
+
+} // namespace Newsroom
