@@ -156,7 +156,7 @@ TEST(NewsroomTextTest, ErrorsNameTheLine)
     EXPECT_EQ(errorOf("user \"a b\""), QStringLiteral("line 1: a b: The argument is not valid."));
     EXPECT_EQ(errorOf("user a blue"), QStringLiteral("line 1: \"blue\" is no word for a user"));
     EXPECT_EQ(errorOf("server a blue"), QStringLiteral("line 1: \"blue\" is no word for a server"));
-    EXPECT_EQ(errorOf("form F\n  <a>"), QStringLiteral("line 2: F: The story markup has a syntax error."));
+    EXPECT_EQ(errorOf("form F\n  <b>"), QStringLiteral("line 2: F: The story markup has a syntax error."));
 }
 
 TEST(NewsroomTextTest, ErrorsInStoriesNameTheLine)

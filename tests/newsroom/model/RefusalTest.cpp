@@ -49,7 +49,7 @@ TEST(RefusalTest, EveryRefusalHasADescription)
 
 TEST(RefusalTest, DescriptionOfAForeignNumberIsEmpty)
 {
-    EXPECT_TRUE(description(static_cast<Refusal>(0x80004005u)).isEmpty());
+    EXPECT_TRUE(description(static_cast<Refusal>(static_cast<qint32>(0x80004005u))).isEmpty());
 }
 
 TEST(RefusalTest, AnswerHoldsAValueOrARefusal)
