@@ -1,0 +1,37 @@
+#include <quire/markup/Entities.h>
+
+#include "EntityCodec.h"
+#include "TextSink.h"
+
+namespace XML {
+
+bool xZEKO_Mode = true;
+
+bool IsSpecialChar(QChar &c)
+{
+    return isSpecial(c.unicode(), xZEKO_Mode);
+}
+
+void EncodeString(QString &s)
+{
+    const bool zeko = xZEKO_Mode;
+    const QChar *begin = s.constData();
+    if (findSpecial(begin, begin + s.size(), zeko) == begin + s.size())
+        return;
+    QString encoded;
+    {
+        TextSink sink(encoded);
+        putEncoded(sink, begin, s.size(), zeko);
+    }
+    s = encoded;
+}
+
+void DecodeString(QString &s)
+{
+    if (!s.contains(QLatin1Char('&')))
+        return;
+    QChar *text = s.data();
+    s.truncate(decode(text, s.size()));
+}
+
+} // namespace XML
