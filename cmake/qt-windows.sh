@@ -33,7 +33,7 @@ qt_make() {
     make -C src/winmain install INSTALL_ROOT="$QT_STAGE"
     # The tools run on this machine; "make install" knows only those of the target.
     mkdir -p "$QT_STAGE$QT_PREFIX"/{bin,mkspecs}
-    cp bin/{moc,rcc,qmake} "$QT_STAGE$QT_PREFIX/bin"
+    install -s -t "$QT_STAGE$QT_PREFIX/bin" bin/{moc,rcc,qmake}
     cp -r "$QT_SOURCE"/mkspecs/{win32-g++,common,features} "$QT_STAGE$QT_PREFIX/mkspecs"
 }
 
