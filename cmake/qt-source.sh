@@ -41,7 +41,7 @@ qt_require() {
     done
 }
 
-# The source version behind the development package that apt offers, so that the variant and the native Qt are one version.
+# The source version behind the development package that apt offers, so that variant and native Qt are one version.
 qt_source_version() {
     local version
     version=$(apt-cache show --no-all-versions qtbase5-dev | awk '
@@ -58,7 +58,8 @@ qt_private_sources() {
     local parts=$1 file
     for file in /etc/apt/sources.list /etc/apt/sources.list.d/*.list; do
         [[ -r $file ]] || continue
-        sed -nE 's/^[[:space:]]*deb(-src)?[[:space:]]/deb-src /p' "$file" | sort -u >"$parts/$(basename "$file" .list).list"
+        sed -nE 's/^[[:space:]]*deb(-src)?[[:space:]]/deb-src /p' "$file" | sort -u \
+            >"$parts/$(basename "$file" .list).list"
     done
     for file in /etc/apt/sources.list.d/*.sources; do
         [[ -r $file ]] || continue
@@ -123,7 +124,7 @@ qt_description() {
 
 qt_build_once() {
     local cache=${QUIRE_CACHE:-${XDG_CACHE_HOME:-$HOME/.cache}/quire} version hash
-    [[ $cache == /* && $cache != *[[:space:]]* ]] || qt_fail "the cache folder must be an absolute path without blanks: $cache"
+    [[ $cache == /* && $cache != *[[:space:]]* ]] || qt_fail "not an absolute path without blanks: $cache"
     qt_require apt-cache sha256sum flock "$QT_COMPILER"
     version=$(qt_source_version)
     hash=$(qt_description "$version" | sha256sum | cut -c 1-12)

@@ -4,8 +4,8 @@
 #   LD_LIBRARY_PATH=$(cmake/qt-tsan.sh)/lib ctest --preset tsan
 #
 # QMutex synchronises inside Qt, where ThreadSanitizer sees nothing unless Qt itself is instrumented: with the
-# distribution's library it reports races on contended mutexes that are none. Only the library is for use; headers and tools
-# remain those of the distribution, which is the same version. Where the result lies: see qt-windows.sh.
+# distribution's library it reports races on contended mutexes that are none. Only the library is for use; headers and
+# tools remain those of the distribution, which is the same version. Where the result lies: see qt-windows.sh.
 set -euo pipefail
 
 # shellcheck source=cmake/qt-source.sh
