@@ -10,3 +10,7 @@ write_basic_package_version_file("${CMAKE_BINARY_DIR}/QuireConfigVersion.cmake" 
 install(FILES "${CMAKE_BINARY_DIR}/QuireConfig.cmake" "${CMAKE_BINARY_DIR}/QuireConfigVersion.cmake"
         DESTINATION "${QUIRE_CMAKE_DIR}" COMPONENT Development)
 install(EXPORT QuireTargets NAMESPACE Quire:: DESTINATION "${QUIRE_CMAKE_DIR}" COMPONENT Development)
+
+if(WIN32)
+    include(QuireWindowsPackage)
+endif()
