@@ -237,6 +237,7 @@ QVector<Entry> Model::queues() const
 
 Refusal Model::addDirectory(const QString &path, const Flags &flags)
 {
+    QString added;
     {
         const Guard guard(d->mutex);
         TreeNode *node = nullptr;
@@ -244,14 +245,16 @@ Refusal Model::addDirectory(const QString &path, const Flags &flags)
         if (refusal != Refusal::None)
             return refusal;
         node->flags = flags;
+        added = node->path;
     }
-    d->tell(change(Change::TreeChanged, path));
+    d->tell(change(Change::TreeChanged, added));
     return Refusal::None;
 }
 
 Answer<qint32> Model::addQueue(const QString &path, const QueueSettings &settings)
 {
     qint32 number = 0;
+    QString added;
     if (settings.number < 0)
         return Refusal::InvalidArgument;
     {
@@ -266,21 +269,24 @@ Answer<qint32> Model::addQueue(const QString &path, const QueueSettings &setting
         node->flags = settings.flags;
         d->data.numberQueue(node, settings.number);
         number = node->settings.number;
+        added = node->path;
     }
-    d->tell(change(Change::TreeChanged, path));
+    d->tell(change(Change::TreeChanged, added));
     return number;
 }
 
 Refusal Model::setFlags(const QString &path, const Flags &flags)
 {
+    QString changed;
     {
         const Guard guard(d->mutex);
         TreeNode *node = d->data.node(path);
         if (node == nullptr)
             return Refusal::EntryGone;
         node->flags = flags;
+        changed = node->path;
     }
-    d->tell(change(Change::TreeChanged, path));
+    d->tell(change(Change::TreeChanged, changed));
     return Refusal::None;
 }
 
@@ -303,15 +309,17 @@ Refusal Model::setQueueSettings(qint32 number, const QueueSettings &settings)
 
 Refusal Model::removeEntry(const QString &path)
 {
+    QString removed;
     {
         const Guard guard(d->mutex);
         TreeNode *node = d->data.node(path);
         if (node == nullptr)
             return Refusal::EntryGone;
+        removed = node->path;
         if (!d->data.removeNode(node))
             return Refusal::InvalidArgument;
     }
-    d->tell(change(Change::TreeChanged, path));
+    d->tell(change(Change::TreeChanged, removed));
     return Refusal::None;
 }
 

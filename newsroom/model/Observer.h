@@ -20,7 +20,7 @@ struct Change
         StoryUnlocked,
         BlobChanged,     ///< `name`: the blob, saved or deleted.
         UserBlobChanged, ///< `name`: the user.
-        TreeChanged,     ///< A directory or queue was added, removed or changed; `name`: its path.
+        TreeChanged,     ///< A directory or queue was added, removed or changed; `name`: its full path.
         SystemChanged    ///< Users, forms or system values.
     };
     Kind kind = SystemChanged;
