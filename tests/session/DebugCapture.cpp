@@ -4,6 +4,7 @@
 
 #include <quire/platform/Automation.h>
 #include <quire/platform/System.h>
+#include <quire/session/QuireCOM.h>
 
 namespace {
 
@@ -106,4 +107,15 @@ void FrameworkLog::add(const LogMessage &message)
     }
     if (onMessage)
         onMessage();
+}
+
+LockDebugging::LockDebugging()
+{
+    Quire::QuireCOMMutex::sMutexDebugging = true;
+}
+
+LockDebugging::~LockDebugging()
+{
+    Quire::QuireCOMMutex::sMutexDebugging = false;
+    Quire::QuireCOM::m_LockStr = QString();
 }

@@ -51,3 +51,17 @@ private:
     mutable QMutex m_mutex;
     QtMessageHandler m_before;
 };
+
+/// Debugging of the server access lock for one scope, with all that it writes caught.
+class LockDebugging
+{
+public:
+    LockDebugging();
+    ~LockDebugging();
+
+    FrameworkLog log;
+    DebuggerOutput output;
+
+private:
+    Q_DISABLE_COPY(LockDebugging)
+};

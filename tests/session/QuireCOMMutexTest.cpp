@@ -52,25 +52,9 @@ bool becomesTrue(Condition condition)
     return condition();
 }
 
-/// Lock debugging for one scope.
-class Debugging
+/// Lets a thread called \a waiter wait for \a holder; the mutex is free again afterwards.
+void waitOnce(const QString &holder, const QString &waiter)
 {
-public:
-    Debugging() { QuireCOMMutex::sMutexDebugging = true; }
-    ~Debugging()
-    {
-        QuireCOMMutex::sMutexDebugging = false;
-        QuireCOM::m_LockStr = QString();
-    }
-
-private:
-    Q_DISABLE_COPY(Debugging)
-};
-
-/// What a thread called "waiter" writes that had to wait for "holder"; the mutex is free again afterwards.
-QStringList linesOfAWait(const QString &holder, const QString &waiter)
-{
-    const DebuggerOutput output;
     std::atomic<bool> starting{false};
     std::thread thread;
     {
@@ -83,7 +67,6 @@ QStringList linesOfAWait(const QString &holder, const QString &waiter)
         QThread::msleep(50);
     }
     thread.join();
-    return output.lines();
 }
 
 } // namespace
@@ -322,7 +305,9 @@ TEST(QuireCOMMutex, DebuggingIsOffToBeginWith)
 TEST(QuireCOMMutex, WritesNothingAndKeepsNoNameWithDebuggingOff)
 {
     const FrameworkLog log;
-    EXPECT_EQ(linesOfAWait(QStringLiteral("holder"), QStringLiteral("waiter")), QStringList());
+    const DebuggerOutput output;
+    waitOnce(QStringLiteral("holder"), QStringLiteral("waiter"));
+    EXPECT_EQ(output.lines(), QStringList());
     EXPECT_EQ(log.texts(), QStringList());
     EXPECT_EQ(QuireCOM::m_LockStr, QString());
 }
@@ -331,23 +316,21 @@ TEST(QuireCOMMutex, WritesNothingAndKeepsNoNameWithDebuggingOff)
 
 TEST(QuireCOMMutex, WritesNoLineWithoutAWait)
 {
-    const Debugging debugging;
-    const FrameworkLog log;
+    const LockDebugging debugging;
     bool silent = false; // an acquisition that crosses the border of a millisecond is allowed its line
     for (int i = 0; i < 20 && !silent; ++i) {
-        const DebuggerOutput output;
+        const int before = debugging.output.lines().size();
         {
             const QuireCOMMutex lock("nobody waits");
         }
-        silent = output.lines().isEmpty();
+        silent = debugging.output.lines().size() == before;
     }
     EXPECT_TRUE(silent);
 }
 
 TEST(QuireCOMMutex, KeepsTheNameOfTheLastHolderWithoutAWait)
 {
-    const Debugging debugging;
-    const FrameworkLog log;
+    const LockDebugging debugging;
     {
         const QuireCOMMutex first("first holder");
         EXPECT_EQ(QuireCOM::m_LockStr, QStringLiteral("first holder"));
@@ -359,8 +342,7 @@ TEST(QuireCOMMutex, KeepsTheNameOfTheLastHolderWithoutAWait)
 
 TEST(QuireCOMMutex, ANestedLockerDoesNotChangeTheNameOfTheLastHolder)
 {
-    const Debugging debugging;
-    const FrameworkLog log;
+    const LockDebugging debugging;
     const QuireCOMMutex outer("outer");
     const QuireCOMMutex inner("inner");
     EXPECT_EQ(QuireCOM::m_LockStr, QStringLiteral("outer"));
@@ -368,9 +350,9 @@ TEST(QuireCOMMutex, ANestedLockerDoesNotChangeTheNameOfTheLastHolder)
 
 TEST(QuireCOMMutex, WritesWhoWaitedHowLongAndForWhom)
 {
-    const Debugging debugging;
-    const FrameworkLog log;
-    const QStringList lines = linesOfAWait(QStringLiteral("the holder"), QStringLiteral("the waiter"));
+    const LockDebugging debugging;
+    waitOnce(QStringLiteral("the holder"), QStringLiteral("the waiter"));
+    const QStringList lines = debugging.output.lines();
     ASSERT_EQ(lines.size(), 1);
     const QRegularExpression form(QStringLiteral("\\Alocked\\(the waiter\\) [1-9][0-9]* ms \\[the holder\\]\n\\z"));
     EXPECT_TRUE(form.match(lines.first()).hasMatch()) << lines.first().toStdString();
@@ -379,22 +361,21 @@ TEST(QuireCOMMutex, WritesWhoWaitedHowLongAndForWhom)
 
 TEST(QuireCOMMutex, CutsALineThatIsLongerThanItsBuffer)
 {
-    const Debugging debugging;
-    const FrameworkLog log;
+    const LockDebugging debugging;
     const QString longName(1000, QLatin1Char('x'));
-    const QStringList lines = linesOfAWait(QStringLiteral("holder"), longName);
+    waitOnce(QStringLiteral("holder"), longName);
+    const QStringList lines = debugging.output.lines();
     ASSERT_EQ(lines.size(), 1);
     EXPECT_EQ(lines.first(), QLatin1String("locked(") + QString(248, QLatin1Char('x')));
 }
 
 TEST(QuireCOMMutex, WritesTheReleaseToTheFrameworksDebugLog)
 {
-    const Debugging debugging;
-    const FrameworkLog log;
+    const LockDebugging debugging;
     {
         const QuireCOMMutex lock("Class::Method");
     }
-    const QVector<LogMessage> messages = log.messages();
+    const QVector<LogMessage> messages = debugging.log.messages();
     ASSERT_EQ(messages.size(), 1);
     EXPECT_EQ(messages.first().text, QStringLiteral("Class::Method unlocked"));
     EXPECT_EQ(messages.first().type, QtDebugMsg);
@@ -403,10 +384,9 @@ TEST(QuireCOMMutex, WritesTheReleaseToTheFrameworksDebugLog)
 
 TEST(QuireCOMMutex, WritesTheReleaseAfterTheMutexIsFree)
 {
-    const Debugging debugging;
-    FrameworkLog log;
+    LockDebugging debugging;
     bool free = false;
-    log.onMessage = [&free] { free = mutexIsFree() && QuireCOM::m_LockThreadID == 0; };
+    debugging.log.onMessage = [&free] { free = mutexIsFree() && QuireCOM::m_LockThreadID == 0; };
     {
         const QuireCOMMutex lock("Class::Method");
     }
@@ -415,35 +395,32 @@ TEST(QuireCOMMutex, WritesTheReleaseAfterTheMutexIsFree)
 
 TEST(QuireCOMMutex, WritesOneReleaseForNestedLockers)
 {
-    const Debugging debugging;
-    const FrameworkLog log;
+    const LockDebugging debugging;
     {
         const QuireCOMMutex outer("outer");
         const QuireCOMMutex inner("inner");
     }
-    EXPECT_EQ(log.texts(), QStringList{QStringLiteral("outer unlocked")});
+    EXPECT_EQ(debugging.log.texts(), QStringList{QStringLiteral("outer unlocked")});
 }
 
 TEST(QuireCOMMutex, WritesNoReleaseOfAnUnnamedLocker)
 {
-    const Debugging debugging;
-    const FrameworkLog log;
+    const LockDebugging debugging;
     {
         const QuireCOMMutex lock;
     }
     {
         const QuireCOMMutex lock{QString()};
     }
-    EXPECT_EQ(log.texts(), QStringList());
+    EXPECT_EQ(debugging.log.texts(), QStringList());
     EXPECT_EQ(QuireCOM::m_LockStr, QString());
 }
 
 TEST(QuireCOMMutex, WritesNamesInLatin1)
 {
-    const Debugging debugging;
-    const FrameworkLog log;
+    const LockDebugging debugging;
     {
         const QuireCOMMutex lock(QString(QChar(0x3042)) + QStringLiteral(" name"));
     }
-    EXPECT_EQ(log.texts(), QStringList{QStringLiteral("? name unlocked")});
+    EXPECT_EQ(debugging.log.texts(), QStringList{QStringLiteral("? name unlocked")});
 }

@@ -569,7 +569,7 @@ TEST_F(SessionTest, AssignmentToItselfChangesNothing)
 
 TEST_F(SessionTest, ServerCallsOfSigningOnAndOffRunUnderTheirLabels)
 {
-    const LockLabels labels;
+    const LockDebugging labels;
     session->Connect(text("HUB"), text("ann"), text("secret"), 0);
     session->Disconnect();
     QStringList seen;

@@ -39,16 +39,3 @@ void SessionTest::unload()
     ASSERT_FALSE(session->IsLoaded());
     server.forgetCalls();
 }
-
-LockLabels::LockLabels()
-    : m_before(qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {}))
-{
-    Quire::QuireCOMMutex::sMutexDebugging = true;
-}
-
-LockLabels::~LockLabels()
-{
-    Quire::QuireCOMMutex::sMutexDebugging = false;
-    QuireCOM::m_LockStr = QString();
-    qInstallMessageHandler(m_before);
-}

@@ -4,6 +4,7 @@
 
 #include <quire/session/QuireCOM.h>
 
+#include "session/DebugCapture.h"
 #include "session/FakeServer.h"
 
 /// A session on a fake server with the tree
@@ -39,15 +40,3 @@ inline HRESULT hresult(quint32 result)
 {
     return static_cast<HRESULT>(result);
 }
-
-/// Lock debugging for one scope, with its log lines caught.
-class LockLabels
-{
-public:
-    LockLabels();
-    ~LockLabels();
-
-private:
-    Q_DISABLE_COPY(LockLabels)
-    QtMessageHandler m_before;
-};
