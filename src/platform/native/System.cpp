@@ -40,10 +40,12 @@ std::string nameOfUser()
 
 } // namespace
 
-DWORD GetCurrentThreadId()
+__thread DWORD Platform::threadNumber = 0;
+
+DWORD Platform::askThreadNumber()
 {
-    thread_local const DWORD calling = static_cast<DWORD>(syscall(SYS_gettid));
-    return calling;
+    threadNumber = static_cast<DWORD>(syscall(SYS_gettid));
+    return threadNumber;
 }
 
 void Sleep(DWORD milliseconds)

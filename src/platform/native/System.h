@@ -8,8 +8,20 @@
 
 #include <type_traits>
 
+namespace Platform {
+/// The calling thread's number, 0 until it has asked once. Read in place: this library is there from the start of the
+/// process, so that a thread's number costs one load, as it does on Windows.
+extern QUIRE_PLATFORM_EXPORT __thread DWORD threadNumber __attribute__((tls_model("initial-exec")));
+/// Asks the system, and remembers.
+QUIRE_PLATFORM_EXPORT DWORD askThreadNumber();
+} // namespace Platform
+
 /// The calling thread's number; never 0, the same for the thread's whole life.
-QUIRE_PLATFORM_EXPORT DWORD GetCurrentThreadId();
+inline DWORD GetCurrentThreadId()
+{
+    const DWORD known = Platform::threadNumber;
+    return known ? known : Platform::askThreadNumber();
+}
 
 QUIRE_PLATFORM_EXPORT void Sleep(DWORD milliseconds);
 
