@@ -9,6 +9,7 @@
 
 #include <quire/platform/Bstr.h>
 #include <quire/session/DispatchCache.h>
+#include <quire/session/QuireCOMMutex.h>
 
 // Loading the server, the one instance, signing on and off. The tables of handles are in QuireCOMCache.cpp, system
 // values, blobs and searches in QuireCOMValues.cpp.

@@ -11,7 +11,6 @@
 
 #include <quire/orvex/Orvex.h>
 #include <quire/platform/Export.h>
-#include <quire/session/QuireCOMMutex.h>
 #include <quire/session/StoryID.h>
 #include <quire/session/UserInfo.h>
 

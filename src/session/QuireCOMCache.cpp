@@ -9,6 +9,7 @@
 #include <quire/platform/Variant.h>
 #include <quire/session/Dispatch2.h>
 #include <quire/session/DispatchCache.h>
+#include <quire/session/QuireCOMMutex.h>
 
 // The session's handles of server objects: directories and queues by path, stories by queue path and number.
 

@@ -6,8 +6,6 @@
 #include <cstdio>
 #include <utility>
 
-#include <quire/session/QuireCOM.h>
-
 namespace Quire {
 
 bool QuireCOMMutex::sMutexDebugging = false;
@@ -23,19 +21,12 @@ QuireCOMMutex::QuireCOMMutex()
     threadlock();
 }
 
-QuireCOMMutex::~QuireCOMMutex()
-{
-    if (m_owns)
-        unlock();
-}
-
 void QuireCOMMutex::lock()
 {
     QTime start;
     if (sMutexDebugging)
         start = QTime::currentTime();
     QuireCOM::m_ComMutex.lock();
-    // Relaxed suffices: a thread looks for its own identifier only, which nobody else ever stores.
     QuireCOM::m_LockThreadID.store(GetCurrentThreadId(), std::memory_order_relaxed);
     if (sMutexDebugging)
         traceLocked(start);
@@ -60,19 +51,6 @@ bool QuireCOMMutex::locked()
         return true;
     QuireCOM::m_ComMutex.unlock();
     return false;
-}
-
-void QuireCOMMutex::threadlock()
-{
-    if (threadlocked())
-        return;
-    lock();
-    m_owns = true;
-}
-
-bool QuireCOMMutex::threadlocked()
-{
-    return QuireCOM::m_LockThreadID.load(std::memory_order_relaxed) == GetCurrentThreadId();
 }
 
 QString QuireCOMMutex::name() const

@@ -8,7 +8,9 @@
 
 #include <cstddef>
 
+#include <quire/platform/Automation.h>
 #include <quire/platform/Export.h>
+#include <quire/session/QuireCOM.h>
 
 namespace Quire {
 
@@ -45,7 +47,11 @@ public:
     /// Takes the lock without a name: its release writes no line.
     QuireCOMMutex();
     /// Releases the lock if this object acquired it.
-    ~QuireCOMMutex();
+    ~QuireCOMMutex()
+    {
+        if (m_owns)
+            unlock();
+    }
 
 private:
     Q_DISABLE_COPY(QuireCOMMutex)
@@ -59,10 +65,18 @@ private:
     void unlock();
     /// True when any thread holds the mutex, which is left as it was found.
     bool locked();
-    /// Acquires the mutex for this object unless the calling thread holds it already.
-    void threadlock();
-    /// True when the calling thread holds the mutex through a lock object.
-    bool threadlocked();
+    /// Acquires the mutex for this object unless the calling thread holds it already. Inline, as all that a nested lock
+    /// object does: it should cost next to nothing.
+    void threadlock()
+    {
+        if (threadlocked())
+            return;
+        lock();
+        m_owns = true;
+    }
+    /// True when the calling thread holds the mutex through a lock object. Relaxed suffices: a thread looks for its own
+    /// identifier only, which nobody else ever stores.
+    bool threadlocked() { return QuireCOM::m_LockThreadID.load(std::memory_order_relaxed) == GetCurrentThreadId(); }
 
     QString name() const;
     void traceLocked(const QTime &start);

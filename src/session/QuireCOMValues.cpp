@@ -6,6 +6,7 @@
 
 #include <quire/platform/Bstr.h>
 #include <quire/platform/SafeArray.h>
+#include <quire/session/QuireCOMMutex.h>
 
 // What the session passes through to the server: system values, the user's details, forms, blobs and searches.
 

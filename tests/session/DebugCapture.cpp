@@ -4,7 +4,7 @@
 
 #include <quire/platform/Automation.h>
 #include <quire/platform/System.h>
-#include <quire/session/QuireCOM.h>
+#include <quire/session/QuireCOMMutex.h>
 
 namespace {
 

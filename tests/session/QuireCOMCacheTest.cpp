@@ -5,6 +5,7 @@
 
 #include <quire/session/Dispatch2.h>
 #include <quire/session/QuireCOM.h>
+#include <quire/session/QuireCOMMutex.h>
 
 #include "session/QtPrinting.h"
 #include "session/SessionFixture.h"
