@@ -1,6 +1,7 @@
 #include <quire/markup/Entities.h>
 
 #include "EntityCodec.h"
+#include "TextSearch.h"
 #include "TextSink.h"
 
 namespace XML {
@@ -9,7 +10,7 @@ bool xZEKO_Mode = true;
 
 bool IsSpecialChar(QChar &c)
 {
-    return isSpecial(c.unicode(), xZEKO_Mode);
+    return isSpecial(c, xZEKO_Mode);
 }
 
 void EncodeString(QString &s)
@@ -28,7 +29,8 @@ void EncodeString(QString &s)
 
 void DecodeString(QString &s)
 {
-    if (!s.contains(QLatin1Char('&')))
+    const QChar *const end = s.constData() + s.size();
+    if (findChar(s.constData(), end, u'&') == end)
         return;
     QChar *text = s.data();
     s.truncate(decode(text, s.size()));

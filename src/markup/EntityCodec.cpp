@@ -1,65 +1,52 @@
 #include "EntityCodec.h"
 
 #include <array>
-#include <bitset>
-#include <memory>
 
 #include <QStringView>
+
+#include "TextSearch.h"
 
 namespace XML {
 
 namespace {
 
-/// Which characters are special even where quotes are not. Asking Qt for the properties of a character takes a look
-/// into its tables in another library; stories in other scripts than Latin would be written at half the speed.
-class SpecialCharacters
+/// How every character is written. Asking Qt for the properties of a character takes a look into its tables in another
+/// library; one table of our own, made at first use, makes the writer several times as fast.
+class CharacterTable
 {
 public:
-    SpecialCharacters()
+    enum Kind : quint8 { Plain, Quote, Special };
+
+    CharacterTable()
     {
-        for (int code = 1; code <= 0xFFFF; ++code) {
-            const QChar c{ushort(code)};
-            const bool markup = code == '&' || code == '<' || code == '>';
-            m_Special[std::size_t(code)] = !c.isSpace() && (markup || !c.isPrint());
-        }
+        for (int code = 1; code <= 0xFFFF; ++code)
+            m_Kinds[std::size_t(code)] = kindOf(QChar{ushort(code)});
     }
 
-    bool contains(ushort c) const { return m_Special[c]; }
+    Kind operator[](QChar c) const { return m_Kinds[c.unicode()]; }
 
 private:
-    std::bitset<0x10000> m_Special;
+    static Kind kindOf(QChar c)
+    {
+        if (c == QLatin1Char('"') || c == QLatin1Char('\''))
+            return Quote;
+        const bool markup = c == QLatin1Char('&') || c == QLatin1Char('<') || c == QLatin1Char('>');
+        return !c.isSpace() && (markup || !c.isPrint()) ? Special : Plain;
+    }
+
+    std::array<Kind, 0x10000> m_Kinds{};
 };
 
-bool isSpecialEverywhere(ushort c)
+const CharacterTable &characterTable()
 {
-    static const SpecialCharacters special;
-    return special.contains(c);
+    static const CharacterTable table;
+    return table;
 }
 
-bool isQuote(ushort c)
+/// The last kind of character that is written as it stands.
+CharacterTable::Kind lastPlain(bool zeko)
 {
-    return c == '"' || c == '\'';
-}
-
-/// Whether \a c needs a closer look: not so for nearly all characters of a text in Latin letters. Without branches, so
-/// that the compiler can look at a whole block at once.
-bool isSuspect(ushort c)
-{
-    const bool space = ushort(c - 9U) <= 4; // Tab to carriage return.
-    const bool odd = ushort(c - 0x20U) >= 0x5F;
-    return (odd & !space) | (c == '&') | (c == '<') | (c == '>') | (c == '"') | (c == '\'');
-}
-
-constexpr int Block = 16;
-
-bool isHarmlessBlock(const QChar *text)
-{
-    ushort codes[Block];
-    std::memcpy(codes, text, sizeof codes);
-    unsigned suspects = 0;
-    for (const ushort code : codes)
-        suspects |= unsigned(isSuspect(code));
-    return suspects == 0;
+    return zeko ? CharacterTable::Quote : CharacterTable::Plain;
 }
 
 /// The number in the reference for \a c: the low byte as a signed number, widened to 16 bits; 0 above U+00FF.
@@ -68,6 +55,16 @@ ushort referenceNumber(ushort c)
     if (c > 0xFF)
         return 0;
     return ushort(c < 0x80 ? c : c + 0xFF00);
+}
+
+void putNumber(TextSink &sink, ushort number)
+{
+    std::array<QChar, 5> digits;
+    auto first = digits.end();
+    do
+        *--first = QChar(ushort('0' + number % 10));
+    while ((number = ushort(number / 10)) != 0);
+    sink.put(&*first, int(digits.end() - first));
 }
 
 void putReference(TextSink &sink, ushort c)
@@ -84,7 +81,9 @@ void putReference(TextSink &sink, ushort c)
     case '\'':
         return sink.put(u"&apos;");
     default:
-        return sink.put(QStringLiteral("&#%1;").arg(referenceNumber(c)));
+        sink.put(u"&#");
+        putNumber(sink, referenceNumber(c));
+        return sink.put(u";");
     }
 }
 
@@ -121,34 +120,20 @@ ushort referencedCharacter(QStringView name)
     return 0;
 }
 
-const QChar *find(const QChar *begin, const QChar *end, char c)
-{
-    const auto at = QStringView(begin, end).indexOf(QLatin1Char(c));
-    return at < 0 ? end : begin + at;
-}
-
 } // namespace
 
-bool isSpecial(ushort c, bool zeko)
+bool isSpecial(QChar c, bool zeko)
 {
-    return isQuote(c) ? !zeko : isSpecialEverywhere(c);
+    return characterTable()[c] > lastPlain(zeko);
 }
 
 const QChar *findSpecial(const QChar *begin, const QChar *end, bool zeko)
 {
-    while (begin != end) {
-        if (end - begin >= Block && isHarmlessBlock(begin)) {
-            begin += Block;
-            continue;
-        }
-        const QChar *stop = end - begin > Block ? begin + Block : end;
-        for (; begin != stop; ++begin) {
-            const ushort code = begin->unicode();
-            if (isSuspect(code) && isSpecial(code, zeko))
-                return begin;
-        }
-    }
-    return end;
+    const CharacterTable &table = characterTable();
+    const CharacterTable::Kind plain = lastPlain(zeko);
+    while (begin != end && table[*begin] <= plain)
+        ++begin;
+    return begin;
 }
 
 void putEncoded(TextSink &sink, const QChar *text, int length, bool zeko)
@@ -175,8 +160,8 @@ int decode(QChar *text, int length)
         from = until;
     };
     for (;;) {
-        keep(find(from, end, '&'));
-        const QChar *semicolon = find(from, end, ';');
+        keep(findChar(from, end, u'&'));
+        const QChar *semicolon = findChar(from, end, u';');
         if (semicolon == end)
             break;
         const ushort code = referencedCharacter(QStringView(from + 1, semicolon));

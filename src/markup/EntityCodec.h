@@ -9,8 +9,8 @@
 
 namespace XML {
 
-/// IsSpecialChar of the code \a c with \a zeko in the place of xZEKO_Mode.
-bool isSpecial(ushort c, bool zeko);
+/// IsSpecialChar with \a zeko in the place of xZEKO_Mode.
+bool isSpecial(QChar c, bool zeko);
 
 /// The first special character at or after \a begin, or \a end.
 const QChar *findSpecial(const QChar *begin, const QChar *end, bool zeko);

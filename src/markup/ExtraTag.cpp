@@ -1,5 +1,6 @@
 #include <quire/markup/ExtraTag.h>
 
+#include "TagCopy.h"
 #include "TagWriter.h"
 
 namespace XML {
@@ -19,10 +20,7 @@ void ExtraTag::TagToText(QString &out, QChar terminator, bool, bool textOnly)
 
 Tag *ExtraTag::Copy()
 {
-    auto *copy = new ExtraTag(m_Type);
-    copy->m_Flags = m_Flags;
-    copy->m_Text = m_Text;
-    return copy;
+    return withoutLinks(new ExtraTag(*this));
 }
 
 void ExtraTag::SetText(const QString &text)

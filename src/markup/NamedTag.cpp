@@ -1,6 +1,7 @@
 #include <quire/markup/NamedTag.h>
 
 #include "StartTagReader.h"
+#include "TagCopy.h"
 #include "TagKind.h"
 #include "TagWriter.h"
 
@@ -76,15 +77,7 @@ QString NamedTag::GetName()
 
 Tag *NamedTag::Copy()
 {
-    auto *copy = new NamedTag(m_Name);
-    copy->m_Flags = m_Flags;
-    copy->m_WriteEndTag = m_WriteEndTag;
-    copy->m_OmitIfEmpty = m_OmitIfEmpty;
-    copy->m_BareValues = m_BareValues;
-    copy->m_ContentOnly = m_ContentOnly;
-    copy->m_Attributes = m_Attributes;
-    copy->m_AttrIter = m_AttrIter;
-    return copy;
+    return withoutLinks(new NamedTag(*this));
 }
 
 void NamedTag::ReName(const QString &name)

@@ -8,7 +8,10 @@
 #include <quire/markup/NamedTag.h>
 #include <quire/markup/TextTag.h>
 
+#include "NodeArena.h"
 #include "StartTagReader.h"
+#include "TagKind.h"
+#include "TextSearch.h"
 #include "TreeBuilder.h"
 
 namespace XML {
@@ -29,16 +32,16 @@ public:
     {
         if (to == from || (to - from == 1 && m_Text.at(from) == QLatin1Char('\n')))
             return;
-        auto *tag = new TextTag;
+        auto *tag = m_Arena.make<TextTag>();
         m_Builder.append(tag);
-        tag->m_Text = QString(m_Text.constData() + from, to - from);
+        tag->m_Text = between(from, to).toString();
         DecodeString(tag->m_Text);
     }
 
     /// Adds the element that begins with the token from \a start to \a end, and opens it if it can have children.
     void readElement(Tag::TagType_t type, int start, int end)
     {
-        auto *tag = new NamedTag(QString());
+        auto *tag = m_Arena.make<NamedTag>(QString());
         m_Builder.append(tag);
         readStartTag(between(start + 1, type == Tag::Empty ? end - 1 : end), *tag, m_Strings);
         if (type == Tag::Start && tag->m_Name != QLatin1String("meta") && tag->m_Name != QLatin1String("zeko:meta"))
@@ -51,7 +54,7 @@ public:
         int startOffset = 0;
         int endOffset = 0;
         ExtraTag::GetOffsets(type, &startOffset, &endOffset);
-        auto *tag = new ExtraTag(type);
+        auto *tag = m_Arena.make<ExtraTag>(type);
         m_Builder.append(tag);
         tag->m_Text = between(start + startOffset, end - endOffset).toString();
     }
@@ -59,8 +62,12 @@ public:
     /// Closes the open element if the end tag from \a start to \a end is its own. False when it is not.
     bool closes(int start, int end) const
     {
-        const QString name = m_Builder.parent()->GetName();
-        return !name.isEmpty() && name == between(start + 2, end);
+        const QStringView name = between(start + 2, end);
+        if (name.isEmpty())
+            return false;
+        Tag *open = m_Builder.parent();
+        return kindOf(*open) == TagKind::Named ? isSame(static_cast<NamedTag *>(open)->m_Name, name)
+                                               : open->GetName() == name;
     }
 
     /// Closes the open element. False when that was the one the reading began with.
@@ -76,7 +83,16 @@ private:
     const QString &m_Text;
     TreeBuilder m_Builder;
     StringPool m_Strings;
+    NodeArena m_Arena;
 };
+
+/// The first \a c at or after \a from, or -1.
+int indexOf(const QString &text, char16_t c, int from)
+{
+    const QChar *const end = text.constData() + text.size();
+    const QChar *const found = findChar(text.constData() + from, end, c);
+    return found == end ? -1 : int(found - text.constData());
+}
 
 /// The last character of the first \a close at or after \a from, or -1.
 int endOf(QLatin1String close, const QString &text, int from)
@@ -88,9 +104,36 @@ int endOf(QLatin1String close, const QString &text, int from)
 /// The end of the DOCTYPE that begins at \a from: behind its internal subset if it has one.
 int endOfDocType(const QString &text, int from)
 {
-    const int end = text.indexOf(QLatin1Char('>'), from);
+    const int end = indexOf(text, u'>', from);
     const bool subset = end >= 0 && QStringView(text).mid(from, end - from).contains(QLatin1Char('['));
     return subset ? endOf(QLatin1String("]>"), text, from) : end;
+}
+
+/// The kind of the comment or the like that begins with \a head, None when it is no such thing.
+Tag::TagType_t extraType(QStringView head)
+{
+    if (head.startsWith(QLatin1String("<!--")))
+        return Tag::Comment;
+    if (head.startsWith(QLatin1String("<?xml")))
+        return Tag::XmlDecl;
+    if (head.startsWith(QLatin1String("<![CDATA[")))
+        return Tag::CData;
+    return head.startsWith(QLatin1String("<!DOCTYPE")) ? Tag::DocType : Tag::None;
+}
+
+/// The last character of the comment or the like that begins at \a from, or -1.
+int endOfExtra(Tag::TagType_t type, const QString &text, int from)
+{
+    switch (type) {
+    case Tag::Comment:
+        return endOf(QLatin1String("-->"), text, from);
+    case Tag::XmlDecl:
+        return endOf(QLatin1String("?>"), text, from);
+    case Tag::CData:
+        return endOf(QLatin1String("]]>"), text, from);
+    default:
+        return endOfDocType(text, from);
+    }
 }
 
 } // namespace
@@ -143,29 +186,21 @@ Tag::TagType_t Parser::GetTagString(const QString &text, int from, int *start, i
 {
     if (!start || !end)
         return Tag::None;
+    *start = indexOf(text, u'<', from);
     *end = -1;
-    *start = text.indexOf(QLatin1Char('<'), from);
     if (*start < 0)
         return Tag::None;
     const QStringView head = QStringView(text).mid(*start, 9);
-    if (head.startsWith(QLatin1String("<!--"))) {
-        *end = endOf(QLatin1String("-->"), text, *start);
-        return Tag::Comment;
+    const QChar second = head.size() > 1 ? head[1] : QChar();
+    if (second == QLatin1Char('!') || second == QLatin1Char('?')) {
+        const Tag::TagType_t type = extraType(head);
+        if (type != Tag::None) {
+            *end = endOfExtra(type, text, *start);
+            return type;
+        }
     }
-    if (head.startsWith(QLatin1String("<?xml"))) {
-        *end = endOf(QLatin1String("?>"), text, *start);
-        return Tag::XmlDecl;
-    }
-    if (head.startsWith(QLatin1String("<![CDATA["))) {
-        *end = endOf(QLatin1String("]]>"), text, *start);
-        return Tag::CData;
-    }
-    if (head.startsWith(QLatin1String("<!DOCTYPE"))) {
-        *end = endOfDocType(text, *start);
-        return Tag::DocType;
-    }
-    *end = text.indexOf(QLatin1Char('>'), *start);
-    if (head.startsWith(QLatin1String("</")))
+    *end = indexOf(text, u'>', *start);
+    if (second == QLatin1Char('/'))
         return Tag::End;
     return *end >= 1 && text.at(*end - 1) == QLatin1Char('/') ? Tag::Empty : Tag::Start;
 }

@@ -47,7 +47,9 @@ private:
     QStringView takeQuoted()
     {
         ++m_At;
-        const QStringView value = takeUntil([](QChar c) { return c == QLatin1Char('"'); });
+        const QChar *begin = m_At;
+        m_At = findChar(begin, m_End, u'"');
+        const QStringView value(begin, m_At);
         if (m_At != m_End)
             ++m_At;
         return value.isEmpty() ? QStringView() : value;
@@ -62,7 +64,7 @@ private:
 void readStartTag(QStringView params, NamedTag &element, StringPool &strings)
 {
     const QChar *const end = params.end();
-    const QChar *const blank = std::find(params.begin(), end, QLatin1Char(' '));
+    const QChar *const blank = findChar(params.begin(), end, u' ');
     element.m_Name = strings.get(QStringView(params.begin(), blank));
     AttributeScanner scanner(blank, end);
     QStringView key;

@@ -8,6 +8,8 @@
 #include <QString>
 #include <QStringView>
 
+#include "TextSearch.h"
+
 namespace XML {
 
 /// Remembers short strings of one parse, so that repeated names and values share their memory. Holds a fixed number;
@@ -25,7 +27,7 @@ public:
         const unsigned middle = text[length / 2].unicode();
         const unsigned last = text.back().unicode();
         QString &place = m_Places[(first * 31U + middle * 7U + last + unsigned(length) * 61U) % Places];
-        if (place != text)
+        if (!isSame(place, text))
             place = text.toString();
         return place;
     }

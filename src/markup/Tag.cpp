@@ -3,6 +3,8 @@
 #include <memory>
 #include <utility>
 
+#include "NodeArena.h"
+#include "TagCopy.h"
 #include "TagDestruction.h"
 #include "TagKind.h"
 #include "TagSort.h"
@@ -50,6 +52,27 @@ Tag::~Tag()
 {
     if (m_Child)
         TagDestruction::destroyChildren(*this);
+}
+
+void *Tag::operator new(std::size_t size)
+{
+    return NodeArena::allocateSingle(size);
+}
+
+void *Tag::operator new(std::size_t size, std::align_val_t alignment)
+{
+    return ::operator new(size, alignment);
+}
+
+void Tag::operator delete(void *memory) noexcept
+{
+    if (memory)
+        NodeArena::release(memory);
+}
+
+void Tag::operator delete(void *memory, std::align_val_t alignment) noexcept
+{
+    ::operator delete(memory, alignment);
 }
 
 void Tag::DeleteChildren()
@@ -279,9 +302,10 @@ Tag *Tag::Duplicate()
     if (!copy)
         return nullptr;
     TreeBuilder builder(copy.get());
-    const auto duplicate = [&builder](Tag *node) {
+    NodeArena arena;
+    const auto duplicate = [&builder, &arena](Tag *node) {
         const bool foreign = isForeign(*node);
-        Tag *child = foreign ? node->Duplicate() : node->Copy();
+        Tag *child = foreign ? node->Duplicate() : copyOfOurs(*node, arena);
         if (child)
             builder.append(child);
         if (foreign)
@@ -295,9 +319,7 @@ Tag *Tag::Duplicate()
 
 Tag *Tag::Copy()
 {
-    auto *copy = new Tag;
-    copy->m_Flags = m_Flags;
-    return copy;
+    return withoutLinks(new Tag(*this));
 }
 
 void Tag::ChildSort(short (*compare)(Tag *, Tag *, void *), void *context)

@@ -3,6 +3,9 @@
 /// \file
 /// The bare node of a markup tree: links, flags, search and edit operations.
 
+#include <cstddef>
+#include <new>
+
 #include <QChar>
 #include <QString>
 
@@ -164,6 +167,14 @@ public:
     /// The first match after \a from in document order, or null: descendants, then following siblings, then those of
     /// the ancestors, to the end of the tree. Null for a null \a from.
     static Tag *FindNextTag(Tag *from, const QString &name, const QString &attrName, const QString &attrValue);
+
+    // Nodes that the library makes together lie together; these let delete find out about each.
+    static void *operator new(std::size_t size);
+    static void *operator new(std::size_t size, std::align_val_t alignment);
+    static void *operator new(std::size_t, void *place) noexcept { return place; }
+    static void operator delete(void *memory) noexcept;
+    static void operator delete(void *memory, std::align_val_t alignment) noexcept;
+    static void operator delete(void *, void *) noexcept {}
 
     /// How many matches FindNthTag has counted since it was last told to reset.
     static int FindNthTagCounter;

@@ -1,5 +1,6 @@
 #include <quire/markup/TextTag.h>
 
+#include "TagCopy.h"
 #include "TagWriter.h"
 
 namespace XML {
@@ -16,10 +17,7 @@ void TextTag::TagToText(QString &out, QChar terminator, bool, bool textOnly)
 
 Tag *TextTag::Copy()
 {
-    auto *copy = new TextTag;
-    copy->m_Flags = m_Flags;
-    copy->m_Text = m_Text;
-    return copy;
+    return withoutLinks(new TextTag(*this));
 }
 
 void TextTag::SetText(const QString &text)
