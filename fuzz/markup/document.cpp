@@ -1,0 +1,14 @@
+#include <cstdio>
+#include <cstdlib>
+
+#include "MarkupChecks.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, std::size_t size)
+{
+    const QString wrong = MarkupFuzz::checkDocument(MarkupFuzz::textOf(data, size));
+    if (!wrong.isEmpty()) {
+        std::fprintf(stderr, "%s\n", qPrintable(wrong));
+        std::abort();
+    }
+    return 0;
+}
