@@ -24,10 +24,12 @@ public:
 
     STDMETHODIMP Next(ULONG count, Item *items, ULONG *fetched) override
     {
+        if (fetched)
+            *fetched = 0;
         if (!items || (!fetched && count != 1))
             return E_POINTER;
-        ULONG ignored = 0;
-        return this->call("Next").out(fetched ? fetched : &ignored).run([&] {
+        std::fill_n(items, count, Item());
+        return this->call("Next").run([&] {
             const std::lock_guard<std::mutex> lock(m_mutex);
             ULONG given = 0;
             for (; given < count && m_position < m_items.size(); ++given, ++m_position)

@@ -205,8 +205,13 @@ TEST_F(ConnectionPointTest, EnumeratorWantsAPlaceForTheCount)
     ASSERT_EQ(S_OK, container->EnumConnectionPoints(&points));
     IConnectionPoint *each[2] = {};
     EXPECT_EQ(E_POINTER, points->Next(2, each, nullptr));
-    ULONG fetched = 0;
+    ULONG fetched = 7;
     EXPECT_EQ(E_POINTER, points->Next(1, nullptr, &fetched));
+    EXPECT_EQ(0U, fetched);
+    each[0] = reinterpret_cast<IConnectionPoint *>(1);
+    server->faults().failNext(QStringLiteral("IEnumConnectionPoints::Next"), Fault::hresult(E_FAIL));
+    EXPECT_EQ(E_FAIL, points->Next(1, each, &fetched));
+    EXPECT_EQ(nullptr, each[0]);
     EXPECT_EQ(E_POINTER, points->Clone(nullptr));
     EXPECT_EQ(E_POINTER, container->EnumConnectionPoints(nullptr));
 }

@@ -113,6 +113,16 @@ protected:
     std::vector<Orvex::ISignon4Ptr> kept;
 
 private:
+    /// The class table wants to know whose it is.
+    struct Apartment
+    {
+        Apartment() { CoInitializeEx(nullptr, COINIT_MULTITHREADED); }
+        ~Apartment() { CoUninitialize(); }
+        Apartment(const Apartment &) = delete;
+        Apartment &operator=(const Apartment &) = delete;
+    };
+
+    const Apartment m_apartment;
     const qint64 m_texts;
     const qint64 m_arrays;
 };
