@@ -23,7 +23,7 @@ struct NodeBlock
 namespace {
 
 // Before each node lies the address of its block, null for a node that has its memory to itself.
-constexpr std::size_t Prefix = sizeof(NodeBlock *);
+constexpr std::size_t Prefix = sizeof(void *);
 
 // A node that has its memory to itself may be of a host's class, with members that need any alignment.
 constexpr std::size_t SinglePrefix = alignof(std::max_align_t);

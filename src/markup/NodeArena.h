@@ -29,7 +29,7 @@ public:
     template<class Node, class... Arguments>
     Node *make(Arguments &&...arguments)
     {
-        static_assert(sizeof(Node) <= FirstBlock / 4 && alignof(Node) <= alignof(NodeBlock *));
+        static_assert(sizeof(Node) <= FirstBlock / 4 && alignof(Node) <= sizeof(void *));
         return ::new (allocate(sizeof(Node))) Node(std::forward<Arguments>(arguments)...);
     }
 
