@@ -8,7 +8,7 @@ constexpr int longestName = 60;
 
 QString firstLine(const QString &text)
 {
-    const QString line = text.section(QLatin1Char('\n'), 0, 0).trimmed();
+    QString line = text.section(QLatin1Char('\n'), 0, 0).trimmed();
     if (line.size() <= longestName)
         return line;
     const int cut = line.at(longestName - 1).isHighSurrogate() ? longestName - 1 : longestName;
@@ -39,7 +39,7 @@ QString Story::plain(qint32 sections) const
 QString Story::nameOf(const StoryText &text, const StoryId &id)
 {
     for (const char *field : {"title", "slug", "subject"}) {
-        const QString name = text.fieldValue(QLatin1String(field)).simplified();
+        QString name = text.fieldValue(QLatin1String(field)).simplified();
         if (!name.isEmpty())
             return name;
     }

@@ -88,14 +88,31 @@ bool readFields(const QString &inner, StoryText *story)
     }
 }
 
+/// Each name once, with its last value; what is empty is not there.
+QVector<NameValue> uniqueAttributes(const QVector<NameValue> &attributes)
+{
+    QHash<QString, QString> last;
+    for (const NameValue &attribute : attributes)
+        last.insert(attribute.name, attribute.value);
+    QVector<NameValue> unique;
+    for (const NameValue &attribute : attributes) {
+        const QString value = last.take(attribute.name);
+        if (!value.isEmpty())
+            unique.append({attribute.name, value});
+    }
+    return unique;
+}
+
 bool readHead(const QString &inner, StoryText *story, StoryHeader *header)
 {
     Scanner scanner(inner);
-    story->meta.clear();
+    QVector<NameValue> meta;
     for (;;) {
         const Token token = scanner.next();
-        if (token.kind == Token::End)
+        if (token.kind == Token::End) {
+            story->meta = uniqueAttributes(meta);
             return true;
+        }
         if (token.kind != Token::Open && token.kind != Token::Empty)
             continue;
         const QString name = Zeko::localName(scanner.name(token));
@@ -103,13 +120,14 @@ bool readHead(const QString &inner, StoryText *story, StoryHeader *header)
             QVector<NameValue> attributes;
             if (!scanner.attributes(token, &attributes))
                 return false;
-            for (const NameValue &attribute : attributes)
-                story->setMeta(attribute.name, attribute.value);
-        } else if (name == QLatin1String("storyid") && !elementText(&scanner, token, &header->storyId)) {
-            return false;
-        } else if (name == QLatin1String("formname") && !elementText(&scanner, token, &header->formName)) {
-            return false;
+            meta += attributes;
+            continue;
         }
+        QString *const text = name == QLatin1String("storyid")    ? &header->storyId
+                              : name == QLatin1String("formname") ? &header->formName
+                                                                  : nullptr;
+        if (text != nullptr && !elementText(&scanner, token, text))
+            return false;
     }
 }
 

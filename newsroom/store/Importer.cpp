@@ -121,16 +121,14 @@ private:
         if (infos.isEmpty() && !QFileInfo(folder).isReadable())
             countUnreadable(folder);
         for (const QFileInfo &info : infos) {
-            if (info.isDir() && info.isSymLink())
-                ++m_report->skippedLinks;
-            else if (info.isDir() && info.canonicalFilePath() != m_target)
-                listing.folders.append(info.fileName());
-            else if (info.isFile())
+            if (info.isFile())
                 listing.files.append(info.fileName());
             else if (info.isSymLink())
                 ++m_report->skippedLinks;
             else if (!info.isDir())
                 ++m_report->skippedSpecial;
+            else if (info.canonicalFilePath() != m_target)
+                listing.folders.append(info.fileName());
         }
         return listing;
     }

@@ -41,7 +41,7 @@ struct ImportReport
 class Importer
 {
 public:
-    static constexpr qint64 largestFile = 64 * 1024 * 1024;
+    static constexpr qint64 largestFile = qint64(64) * 1024 * 1024;
 
     /// Reads \a source and writes \a folder, which must not be there or be empty; what of \a source lies in \a folder
     /// is left out. False with \a error when either cannot be; files that cannot be read are only counted.

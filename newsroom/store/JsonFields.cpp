@@ -55,7 +55,7 @@ void JsonFields::fail(const QString &what)
 
 QJsonValue JsonFields::value(const QString &key, QJsonValue::Type type)
 {
-    const QJsonValue found = m_object.value(key);
+    QJsonValue found = m_object.value(key);
     if (found.type() != type)
         fail(QStringLiteral("\"%1\" %2")
                  .arg(key, found.isUndefined() ? QStringLiteral("is missing") : QStringLiteral("has the wrong type")));
@@ -92,7 +92,8 @@ bool JsonFields::flag(const QString &key)
 QStringList JsonFields::texts(const QString &key)
 {
     QStringList texts;
-    for (const QJsonValue &element : array(key)) {
+    const QJsonArray elements = array(key);
+    for (const QJsonValue element : elements) {
         if (!element.isString())
             fail(QStringLiteral("\"%1\" holds something that is no text").arg(key));
         texts.append(element.toString());
@@ -103,7 +104,8 @@ QStringList JsonFields::texts(const QString &key)
 QVector<qint32> JsonFields::numbers(const QString &key)
 {
     QVector<qint32> numbers;
-    for (const QJsonValue &element : array(key))
+    const QJsonArray elements = array(key);
+    for (const QJsonValue element : elements)
         numbers.append(toNumber(element, key));
     return numbers;
 }
@@ -111,7 +113,8 @@ QVector<qint32> JsonFields::numbers(const QString &key)
 QVector<QJsonObject> JsonFields::objects(const QString &key)
 {
     QVector<QJsonObject> objects;
-    for (const QJsonValue &element : array(key)) {
+    const QJsonArray elements = array(key);
+    for (const QJsonValue element : elements) {
         if (!element.isObject())
             fail(QStringLiteral("\"%1\" holds something that is no object").arg(key));
         objects.append(element.toObject());

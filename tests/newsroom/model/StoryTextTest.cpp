@@ -173,6 +173,14 @@ TEST(StoryTextTest, PutsTheHeadersMetaAttributesOnly)
                                              {QStringLiteral("hold"), QStringLiteral("h")}}));
 }
 
+TEST(StoryTextTest, MetaAttributesThatStandTwiceHaveTheirLastValue)
+{
+    StoryText text;
+    EXPECT_EQ(put(&text, Section::Head, "<head><meta rate=1 hold=H words=\"\" rate=2><meta hold=\"\"></head>"),
+              Refusal::None);
+    EXPECT_EQ(text.meta, (QVector<NameValue>{{QStringLiteral("rate"), QStringLiteral("2")}}));
+}
+
 TEST(StoryTextTest, PutFieldsReplacesThemAll)
 {
     StoryText text = sample();
@@ -383,6 +391,12 @@ TEST(StoryTextTest, HostileSectionsEndInLinearTime)
     EXPECT_EQ(text.putMarkup(Section::Fields, QLatin1String("<fields>") + fields + QLatin1String("</fields>")),
               Refusal::None);
     EXPECT_EQ(text.fields.size(), depth);
+    QString meta;
+    for (int i = 0; i < depth; ++i)
+        meta += QStringLiteral(" x%1=v").arg(i);
+    EXPECT_EQ(text.putMarkup(Section::Head, QLatin1String("<head><meta") + meta + QLatin1String("></head>")),
+              Refusal::None);
+    EXPECT_EQ(text.meta.size(), depth);
     EXPECT_EQ(text.putPlain(Section::Fields, plainOf(text, header, Section::Fields)), Refusal::None);
     EXPECT_EQ(text.fields.size(), depth);
 }
