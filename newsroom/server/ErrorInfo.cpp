@@ -32,7 +32,7 @@ const Sentence Sentences[] = {
 
 QString text(HRESULT code)
 {
-    const QString refusal = description(static_cast<Refusal>(code));
+    QString refusal = description(static_cast<Refusal>(code));
     if (!refusal.isEmpty())
         return refusal;
     for (const Sentence &sentence : Sentences) {

@@ -28,9 +28,12 @@ class ServerCore;
 /// Any number of sign-on objects share the newsroom; several servers may also share one Model. The objects are
 /// free-threaded: any thread may call them, and any thread may call the operations of this class.
 ///
-/// When the Server goes, the sessions end, the sinks are released and the delivery thread stops. Objects that clients
-/// still hold answer RPC_E_DISCONNECTED from then on. Destroy it while no event is running that waits for the
-/// destroying thread.
+/// Events go out from a thread of the server's own, one at a time, and no lock of the server is held meanwhile: a sink
+/// may call whatever it likes. Unadvise waits for the event that runs in its sink, unless it is called from inside an
+/// event; so who calls it must hold nothing that the sink waits for.
+///
+/// When the Server goes, the sessions end, the sinks are released and that thread stops, after the event that runs
+/// unless the Server goes from inside it. Objects that clients still hold answer RPC_E_DISCONNECTED from then on.
 class Server
 {
 public:

@@ -160,6 +160,8 @@ TEST_F(StressTest, ServerThatGoesInTheMiddle)
         std::atomic<int> ready{0};
         auto doomed = std::make_unique<Server>(server->model());
         std::vector<Orvex::ISignon4Ptr> signons;
+        signons.reserve(3);
+        threads.reserve(3);
         for (int i = 0; i < 3; ++i)
             signons.push_back(doomed->connect(QStringLiteral("iris"), QStringLiteral("news")));
         for (const Orvex::ISignon4Ptr &signon : signons) {
