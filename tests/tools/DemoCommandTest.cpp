@@ -1,0 +1,51 @@
+// `quire demo`. Runs the built program.
+
+#include "Program.h"
+
+#include <QJsonArray>
+
+#include "TextWidth.h"
+
+namespace {
+
+using DemoCommandTest = ProgramTest;
+
+TEST_F(DemoCommandTest, TellsEveryStepAndSucceeds)
+{
+    const Outcome run = quire("demo");
+    EXPECT_EQ(run.code, 0);
+    EXPECT_EQ(run.errors, QString());
+    for (const char *title :
+         {"1. Sign on\n", "\n2. Walk the tree\n", "\n3. Read a story\n", "\n4. Store a blob and fetch it\n",
+          "\n5. Sign on with a wrong password\n", "Invalid user name or password.", "\n6. Sign off\n"})
+        EXPECT_TRUE(run.output.contains(QLatin1String(title))) << title;
+}
+
+TEST_F(DemoCommandTest, FitsIntoEightyColumns)
+{
+    for (const QString &line : quire("demo").lines())
+        EXPECT_LE(Tool::textWidth(line), 80) << qPrintable(line);
+}
+
+TEST_F(DemoCommandTest, JsonListsTheSteps)
+{
+    const Outcome run = quire("demo --json");
+    EXPECT_EQ(run.code, 0);
+    QStringList steps;
+    for (const QJsonValue &step : run.json().value(QStringLiteral("steps")).toArray())
+        steps += step[QStringLiteral("step")].toString();
+    EXPECT_EQ(steps, (QStringList{QStringLiteral("sign on"), QStringLiteral("walk"), QStringLiteral("read"),
+                                  QStringLiteral("blob"), QStringLiteral("refused"), QStringLiteral("sign off")}));
+}
+
+TEST_F(DemoCommandTest, FailsWhenItCannotSignOn)
+{
+    expectFailure(quire("demo --server NOWHERE --json"), 3, "News server not found.");
+}
+
+TEST_F(DemoCommandTest, LeavesAFolderAlone)
+{
+    expectFailure(quire("demo --newsroom nr"), 2, "--newsroom");
+}
+
+} // namespace

@@ -1,0 +1,109 @@
+// `quire newsroom` and --newsroom. Runs the built program.
+
+#include "Program.h"
+
+#include <QDir>
+#include <QFile>
+
+namespace {
+
+class NewsroomCommandTest : public ProgramTest
+{
+protected:
+    /// A folder of texts: one at the top, two below.
+    void writeTexts()
+    {
+        QDir().mkpath(path("texts/Sport News"));
+        write("texts/readme.txt", "First line\n\nSecond line\n");
+        write("texts/Sport News/final.txt", "Caf\xC3\xA9 \xF0\x9F\x98\x80\n");
+        write("texts/Sport News/page.html", "<html><body><p>A page</p></body></html>");
+        write("texts/Sport News/image.png", QByteArray("\x89PNG\r\n\x1A\n\0\0", 10));
+    }
+};
+
+TEST_F(NewsroomCommandTest, ImportMakesAFolderThatOpens)
+{
+    writeTexts();
+    const Outcome run = quire("newsroom import texts nr");
+    EXPECT_EQ(run.code, 0) << qPrintable(run.errors);
+    EXPECT_TRUE(run.output.startsWith(QLatin1String("nr: "))) << qPrintable(run.output);
+    EXPECT_TRUE(run.output.contains(QLatin1String("3 stories"))) << qPrintable(run.output);
+    EXPECT_TRUE(run.output.contains(QLatin1String("left out: 1 binary"))) << qPrintable(run.output);
+    const Outcome tree = quire("--newsroom nr tree --stories");
+    EXPECT_EQ(tree.code, 0) << qPrintable(tree.errors);
+    EXPECT_TRUE(tree.output.contains(QLatin1String("final.txt"))) << qPrintable(tree.output);
+}
+
+TEST_F(NewsroomCommandTest, ImportTellsItsCountsAsJson)
+{
+    writeTexts();
+    const QJsonObject report = quire("newsroom import texts nr --json").json();
+    EXPECT_EQ(report.value(QStringLiteral("stories")).toInt(), 3);
+    EXPECT_EQ(report.value(QStringLiteral("skippedBinary")).toInt(), 1);
+    EXPECT_EQ(report.value(QStringLiteral("folder")).toString(), QStringLiteral("nr"));
+}
+
+TEST_F(NewsroomCommandTest, ImportOfAMissingFolderFailsAndMakesNothing)
+{
+    expectFailure(quire("newsroom import nowhere nr"), 1, "nowhere");
+    EXPECT_FALSE(exists("nr"));
+}
+
+TEST_F(NewsroomCommandTest, ImportIntoAFolderInUseFailsAndLeavesItAlone)
+{
+    writeTexts();
+    QDir().mkpath(path("nr"));
+    write("nr/mine.txt", "mine");
+    expectFailure(quire("newsroom import texts nr"), 1, "nr");
+    EXPECT_EQ(read("nr/mine.txt"), QByteArray("mine"));
+}
+
+TEST_F(NewsroomCommandTest, ExportWritesTheSampleSoThatItReadsTheSame)
+{
+    ASSERT_EQ(quire("--built-in newsroom export nr").code, 0);
+    const Outcome original = quire("--built-in tree --stories");
+    const Outcome copy = quire("--newsroom nr tree --stories");
+    EXPECT_EQ(copy.code, 0) << qPrintable(copy.errors);
+    EXPECT_EQ(copy.output, original.output);
+}
+
+TEST_F(NewsroomCommandTest, ExportIntoAFolderInUseFails)
+{
+    QDir().mkpath(path("nr"));
+    write("nr/mine.txt", "mine");
+    expectFailure(quire("--built-in newsroom export nr"), 1, "nr");
+    EXPECT_EQ(read("nr/mine.txt"), QByteArray("mine"));
+}
+
+TEST_F(NewsroomCommandTest, CheckCountsWhatIsInAFolder)
+{
+    ASSERT_EQ(quire("--built-in newsroom export nr").code, 0);
+    const Outcome run = quire("newsroom check nr");
+    EXPECT_EQ(run.code, 0) << qPrintable(run.errors);
+    EXPECT_TRUE(run.output.startsWith(QLatin1String("nr is in order: "))) << qPrintable(run.output);
+    EXPECT_GT(quire("newsroom check nr --json").json().value(QStringLiteral("stories")).toInt(), 0);
+}
+
+TEST_F(NewsroomCommandTest, CheckNamesTheFileThatIsWrong)
+{
+    ASSERT_EQ(quire("--built-in newsroom export nr").code, 0);
+    write("nr/newsroom.json", "{ this is no JSON");
+    expectFailure(quire("newsroom check nr"), 1, "newsroom.json");
+    expectFailure(quire("--newsroom nr tree"), 1, "newsroom.json");
+    EXPECT_EQ(read("nr/newsroom.json"), QByteArray("{ this is no JSON"));
+}
+
+TEST_F(NewsroomCommandTest, AFolderThatIsNotThereIsOneClearLine)
+{
+    expectFailure(quire("--newsroom nowhere tree"), 1, "nowhere");
+    expectFailure(quire("newsroom check nowhere"), 1, "nowhere");
+}
+
+TEST_F(NewsroomCommandTest, InfoNamesTheFolder)
+{
+    ASSERT_EQ(quire("--built-in newsroom export nr").code, 0);
+    EXPECT_EQ(quire("--newsroom nr info --json").json().value(QStringLiteral("folder")).toString(),
+              QStringLiteral("nr"));
+}
+
+} // namespace

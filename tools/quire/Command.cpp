@@ -1,0 +1,24 @@
+#include "Command.h"
+
+#include <utility>
+
+#include <QByteArray>
+
+namespace Tool {
+
+CLI::App *Command::addVerb(CLI::App &app, const char *name, const char *description, const char *examples,
+                           Action &chosen, Action action)
+{
+    CLI::App *verb = app.add_subcommand(name, description);
+    verb->footer(QByteArray("Examples:\n").append(examples).toStdString());
+    verb->callback([&chosen, action = std::move(action)] { chosen = action; });
+    return verb;
+}
+
+CLI::Option *addText(CLI::App &app, const char *name, QString &target, const char *description)
+{
+    const auto keep = [&target](const std::string &value) { target = QString::fromStdString(value); };
+    return app.add_option_function<std::string>(name, keep, description)->type_name("");
+}
+
+} // namespace Tool

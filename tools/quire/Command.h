@@ -1,0 +1,39 @@
+#pragma once
+
+#include <functional>
+
+#include <QString>
+
+#include <CLI/CLI.hpp>
+
+#include "Options.h"
+
+namespace Tool {
+
+/// What the arguments ask for; empty until a verb is recognised.
+using Action = std::function<void(Host &)>;
+
+/// One verb of the command line, or a family of verbs (`blob put`, `blob get`). It declares its arguments, keeps what
+/// was given for them, and does the work. Owned by CommandLine, used by the main thread only.
+class Command
+{
+public:
+    Command() = default;
+    Command(const Command &) = delete;
+    Command &operator=(const Command &) = delete;
+    virtual ~Command() = default;
+
+    /// Adds the verb with its arguments and examples to \a app. When the arguments name it, it sets \a chosen. Both
+    /// outlive the command.
+    virtual void declare(CLI::App &app, Action &chosen) = 0;
+
+protected:
+    /// A verb that sets \a chosen to \a action. \a examples are lines without the prompt.
+    static CLI::App *addVerb(CLI::App &app, const char *name, const char *description, const char *examples,
+                             Action &chosen, Action action);
+};
+
+/// Adds an option or argument that takes a text; \a target stays null until it is given.
+CLI::Option *addText(CLI::App &app, const char *name, QString &target, const char *description);
+
+} // namespace Tool

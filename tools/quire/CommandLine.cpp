@@ -1,0 +1,154 @@
+#include "CommandLine.h"
+
+#include <algorithm>
+#include <new>
+#include <string>
+
+#include <QtGlobal>
+
+#include <quire/platform/Automation.h>
+
+#include "BlobCommand.h"
+#include "CatCommand.h"
+#include "DemoCommand.h"
+#include "ErrorCommand.h"
+#include "Failure.h"
+#include "InfoCommand.h"
+#include "NewsroomCommand.h"
+#include "TreeCommand.h"
+#include "Words.h"
+
+namespace Tool {
+
+namespace {
+
+constexpr char helpDescription[] = "quire: browse and edit a newsroom from the command line";
+
+constexpr char helpFooter[] = "Without options it signs on to the built-in sample newsroom.\n\n"
+                              "Examples:\n"
+                              "  quire tree\n"
+                              "  quire cat NEWS.SPORT.SCORES '#1'\n"
+                              "  quire newsroom import ~/texts nr\n"
+                              "  quire --newsroom nr tree --json\n"
+                              "  quire error 0x80040405\n\n"
+                              "Exit codes: 0 done, 1 failed or refused, 2 wrong usage, 3 sign-on refused,\n"
+                              "4 not found. quire VERB --help tells more of a verb.";
+
+} // namespace
+
+CommandLine::CommandLine()
+    : m_app(helpDescription, "quire")
+{
+    // A path on Windows starts with a drive or a slash: no argument may be taken for an option of the form /x.
+    m_app.allow_windows_style_options(false);
+    m_app.fallthrough();
+    m_app.require_subcommand(0, 1);
+    m_app.get_formatter()->column_width(24);
+    declareOptions();
+    add<InfoCommand>();
+    add<TreeCommand>();
+    add<CatCommand>();
+    add<BlobCommand>();
+    add<ErrorCommand>();
+    add<NewsroomCommand>();
+    add<DemoCommand>();
+}
+
+CommandLine::~CommandLine() = default;
+
+template<class Verb>
+void CommandLine::add()
+{
+    m_commands.push_back(std::make_unique<Verb>());
+    m_commands.back()->declare(m_app, m_chosen);
+}
+
+void CommandLine::declareOptions()
+{
+    m_app.set_help_flag("-h,--help", "Show this help");
+    m_app.set_version_flag("--version", "quire " QUIRE_VERSION, "Show the version");
+    m_app.footer(helpFooter);
+    CLI::Option *newsroom = addText(m_app, "--newsroom", m_options.newsroom, "DIR  Open this newsroom folder");
+    m_app.add_flag("--built-in", m_options.builtIn, "Use the built-in sample newsroom")->excludes(newsroom);
+    addText(m_app, "--user", m_options.user, "NAME  Sign on as this user");
+    addText(m_app, "--password", m_options.password, "TEXT  Better: in $QUIRE_PASSWORD");
+    addText(m_app, "--server", m_options.server, "NAME  The news server to sign on to");
+    m_app.add_flag("--json", m_options.json, "Print the machine form");
+}
+
+void CommandLine::parse(const QStringList &arguments)
+{
+    std::vector<std::string> reversed;
+    for (const QString &argument : arguments)
+        reversed.push_back(argument.toStdString());
+    std::reverse(reversed.begin(), reversed.end());
+    m_app.parse(reversed);
+}
+
+void CommandLine::readEnvironment()
+{
+    if (m_options.password.isNull() && qEnvironmentVariableIsSet("QUIRE_PASSWORD"))
+        m_options.password = qEnvironmentVariable("QUIRE_PASSWORD");
+}
+
+ExitCode CommandLine::run(const QStringList &arguments) noexcept
+{
+    try {
+        const ExitCode code = perform(arguments);
+        m_output.flush();
+        return code;
+    } catch (const Output::ReaderGone &) {
+        return ExitCode::Done;
+    } catch (const Failure &failure) {
+        m_output.complain(failure.message());
+        return failure.code();
+    } catch (const _com_error &error) {
+        m_output.complain(QStringLiteral("the server failed: %1").arg(reason(error.Error(), false)));
+    } catch (const std::bad_alloc &) {
+        m_output.complain(QStringLiteral("out of memory"));
+    } catch (const std::exception &error) {
+        m_output.complain(QString::fromLocal8Bit(error.what()));
+    } catch (...) {
+        m_output.complain(QStringLiteral("unexpected failure"));
+    }
+    return ExitCode::Failed;
+}
+
+ExitCode CommandLine::perform(const QStringList &arguments)
+{
+    try {
+        parse(arguments);
+    } catch (const CLI::CallForHelp &) {
+        m_output.text(QString::fromStdString(m_app.help()));
+        return ExitCode::Done;
+    } catch (const CLI::CallForVersion &version) {
+        m_output.line(QString::fromUtf8(version.what()));
+        return ExitCode::Done;
+    } catch (const CLI::ParseError &error) {
+        failUsage(error);
+    }
+    if (!m_chosen) {
+        m_output.text(QString::fromStdString(m_app.help()));
+        return ExitCode::Done;
+    }
+    readEnvironment();
+    Host host{m_options, m_output};
+    m_chosen(host);
+    return ExitCode::Done;
+}
+
+void CommandLine::failUsage(const CLI::ParseError &error) const
+{
+    QString verb;
+    const CLI::App *app = &m_app;
+    while (!app->get_subcommands().empty()) {
+        app = app->get_subcommands().front();
+        verb += QLatin1Char(' ') + QString::fromStdString(app->get_name());
+    }
+    QString message = QString::fromUtf8(error.what()).simplified();
+    if (verb.isEmpty() && !m_app.remaining().empty())
+        message = QStringLiteral("there is no verb \"%1\"").arg(QString::fromStdString(m_app.remaining().front()));
+    throw Failure(ExitCode::Usage, QStringLiteral("%1 (see: quire%2 --help)").arg(message, verb));
+}
+
+} // namespace Tool

@@ -1,0 +1,20 @@
+#pragma once
+
+/// \file
+/// Whole files in and out. Failures raise Failure with the name and the system's reason.
+
+#include <QByteArray>
+#include <QString>
+
+namespace Tool {
+
+class Output;
+
+/// All of the file \a name; "-" is the standard input.
+QByteArray readFile(const QString &name);
+
+/// Writes the file \a name; "-" is the standard output. The file appears whole or not at all: what was there stays when
+/// writing fails. A device or pipe is written to as it stands, never replaced.
+void writeFile(const QString &name, const QByteArray &bytes, Output &output);
+
+} // namespace Tool

@@ -1,0 +1,160 @@
+#include "NewsroomCommand.h"
+
+#include <QJsonArray>
+
+#include <quire/newsroom/store/Importer.h>
+#include <quire/newsroom/store/Store.h>
+
+#include "Failure.h"
+#include "Output.h"
+#include "ServerSource.h"
+#include "Words.h"
+
+namespace Tool {
+
+namespace {
+
+/// The counts of a newsroom, for people and as JSON.
+struct Contents
+{
+    int directories = 0;
+    int queues = 0;
+    int stories = 0;
+
+    QString text() const
+    {
+        return QStringLiteral("%1, %2, %3")
+            .arg(counted(directories, QStringLiteral("directory"), QStringLiteral("directories")),
+                 counted(queues, QStringLiteral("queue"), QStringLiteral("queues")),
+                 counted(stories, QStringLiteral("story"), QStringLiteral("stories")));
+    }
+
+    QJsonObject json(const QString &folder) const
+    {
+        return {{QStringLiteral("folder"), folder},
+                {QStringLiteral("directories"), directories},
+                {QStringLiteral("queues"), queues},
+                {QStringLiteral("stories"), stories}};
+    }
+};
+
+Contents contentsOf(const Newsroom::Model &model)
+{
+    Contents contents;
+    contents.stories = model.storyCount();
+    contents.queues = static_cast<int>(model.queues().size());
+    QStringList toVisit{QStringLiteral(".")};
+    while (!toVisit.isEmpty()) {
+        const QVector<Newsroom::Entry> entries = model.children(toVisit.takeLast()).value;
+        for (const Newsroom::Entry &entry : entries) {
+            if (entry.isQueue())
+                continue;
+            ++contents.directories;
+            toVisit += entry.path;
+        }
+    }
+    return contents;
+}
+
+void tell(Host &host, const QString &line, const QJsonObject &object)
+{
+    if (host.options.json)
+        host.output.json(object);
+    else
+        host.output.line(line);
+}
+
+/// "3 compressed, 1 binary"; empty when nothing was left out.
+QString skippedText(const Newsroom::ImportReport &report)
+{
+    const std::pair<int, const char *> kinds[] = {
+        {report.skippedCompressed, "compressed"},     {report.skippedBinary, "binary"},
+        {report.skippedTooLarge, "too large"},        {report.skippedLinks, "links"},
+        {report.skippedSpecial, "no ordinary files"}, {report.unreadable, "unreadable"}};
+    QStringList parts;
+    for (const auto &[number, kind] : kinds) {
+        if (number > 0)
+            parts += QStringLiteral("%1 %2").arg(QString::number(number), QLatin1String(kind));
+    }
+    return parts.join(QStringLiteral(", "));
+}
+
+QJsonObject reportJson(const Newsroom::ImportReport &report, const QString &folder)
+{
+    return {{QStringLiteral("folder"), folder},
+            {QStringLiteral("directories"), report.directories},
+            {QStringLiteral("queues"), report.queues},
+            {QStringLiteral("stories"), report.stories},
+            {QStringLiteral("bytes"), static_cast<double>(report.bytes)},
+            {QStringLiteral("skippedCompressed"), report.skippedCompressed},
+            {QStringLiteral("skippedBinary"), report.skippedBinary},
+            {QStringLiteral("skippedTooLarge"), report.skippedTooLarge},
+            {QStringLiteral("skippedLinks"), report.skippedLinks},
+            {QStringLiteral("skippedSpecial"), report.skippedSpecial},
+            {QStringLiteral("unreadable"), report.unreadable},
+            {QStringLiteral("unreadableNames"), QJsonArray::fromStringList(report.unreadableNames)}};
+}
+
+} // namespace
+
+void NewsroomCommand::declare(CLI::App &app, Action &chosen)
+{
+    CLI::App *family = app.add_subcommand("newsroom", "Make, write and check newsroom folders");
+    family->require_subcommand(1);
+
+    CLI::App *import = addVerb(*family, "import", "Turn a folder of texts into a newsroom folder",
+                               "  quire newsroom import ~/texts nr\n"
+                               "  quire --newsroom nr tree",
+                               chosen, [this](Host &host) { this->import(host); });
+    addText(*import, "SRC", m_source, "The folder of text, XML or HTML files")->required();
+    addText(*import, "DIR", m_folder, "The newsroom folder to make; new or empty")->required();
+
+    CLI::App *exporting = addVerb(*family, "export", "Write the newsroom in use as a folder",
+                                  "  quire newsroom export nr\n"
+                                  "  quire --newsroom nr newsroom export copy",
+                                  chosen, [this](Host &host) { exportTo(host); });
+    addText(*exporting, "DIR", m_folder, "The newsroom folder to make; new or empty")->required();
+
+    CLI::App *check = addVerb(*family, "check", "Read a newsroom folder whole, change nothing",
+                              "  quire newsroom check nr", chosen, [this](Host &host) { this->check(host); });
+    addText(*check, "DIR", m_folder, "The newsroom folder")->required();
+}
+
+void NewsroomCommand::import(Host &host) const
+{
+    Newsroom::ImportReport report;
+    QString error;
+    if (!Newsroom::Importer::import(m_source, m_folder, &report, &error))
+        throw Failure(ExitCode::Failed, QStringLiteral("cannot import: %1").arg(error));
+    const Contents contents{report.directories, report.queues, report.stories};
+    QString line = QStringLiteral("%1: %2").arg(m_folder, contents.text());
+    if (report.skipped() > 0)
+        line += QStringLiteral("; left out: %1").arg(skippedText(report));
+    tell(host, line, reportJson(report, m_folder));
+}
+
+void NewsroomCommand::exportTo(Host &host) const
+{
+    const ServerSource source(host.options, Access::Read);
+    const std::shared_ptr<Newsroom::Model> model = source.model();
+    if (!model)
+        throw Failure(ExitCode::Failed,
+                      QStringLiteral("a registered server cannot be exported; give --built-in or --newsroom"));
+    QString error;
+    if (!Newsroom::Store::save(*model, m_folder, &error))
+        throw Failure(ExitCode::Failed, QStringLiteral("cannot export: %1").arg(error));
+    const Contents contents = contentsOf(*model);
+    tell(host, QStringLiteral("%1: %2").arg(m_folder, contents.text()), contents.json(m_folder));
+}
+
+void NewsroomCommand::check(Host &host) const
+{
+    QString error;
+    const std::shared_ptr<Newsroom::Model> model = Newsroom::Store::read(m_folder, &error);
+    if (!model)
+        throw Failure(ExitCode::Failed, error);
+    const Contents contents = contentsOf(*model);
+    tell(host, QStringLiteral("%1 is in order: %2").arg(m_folder, contents.text()), contents.json(m_folder));
+}
+
+} // namespace Tool

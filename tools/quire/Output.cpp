@@ -1,0 +1,113 @@
+#include "Output.h"
+
+#include <limits>
+
+#include <QJsonDocument>
+#include <QtGlobal>
+
+#include "Failure.h"
+#include "TextWidth.h"
+
+namespace Tool {
+
+namespace {
+
+constexpr int gatheredAtOnce = 32 * 1024;
+constexpr int usualColumns = 80;
+constexpr int fewestColumns = 20;
+
+/// Line feeds and tabulators are a text's own; nothing else may steer the terminal.
+QString harmless(const QString &text)
+{
+    QString result;
+    result.reserve(text.size());
+    int start = 0;
+    for (int i = 0; i <= text.size(); ++i) {
+        const bool end = i == text.size();
+        if (!end && text.at(i) != QLatin1Char('\n') && text.at(i) != QLatin1Char('\t'))
+            continue;
+        result += visible(text.mid(start, i - start));
+        if (!end)
+            result += text.at(i);
+        start = i + 1;
+    }
+    return result;
+}
+
+} // namespace
+
+Output::Output()
+    : m_output(Stream::Which::Output)
+    , m_error(Stream::Which::Error)
+{}
+
+void Output::line(const QString &text)
+{
+    m_gathered += text;
+    m_gathered += QLatin1Char('\n');
+    if (m_gathered.size() >= gatheredAtOnce)
+        flush();
+}
+
+void Output::text(const QString &text)
+{
+    m_gathered += m_output.isTerminal() ? harmless(text) : text;
+    flush();
+}
+
+void Output::bytes(const QByteArray &data)
+{
+    flush();
+    check(m_output.writeBytes(data));
+}
+
+void Output::json(const QJsonObject &object)
+{
+    m_gathered += QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Indented));
+    flush();
+}
+
+void Output::flush()
+{
+    QString text;
+    text.swap(m_gathered);
+    if (!text.isEmpty())
+        check(m_output.write(text));
+}
+
+void Output::complain(const QString &message) noexcept
+{
+    try {
+        if (!m_gathered.isEmpty())
+            m_output.write(m_gathered);
+        m_gathered.clear();
+        m_error.write(QLatin1String("quire: ") + visible(message) + QLatin1Char('\n'));
+    } catch (...) { // NOLINT(bugprone-empty-catch): without memory for one line nothing can be said at all
+    }
+}
+
+int Output::columns() const
+{
+    bool ok = false;
+    const int wished = qEnvironmentVariableIntValue("COLUMNS", &ok);
+    if (ok && wished > 0)
+        return qMax(wished, fewestColumns);
+    if (!m_output.isTerminal())
+        return std::numeric_limits<int>::max();
+    const int columns = m_output.terminalColumns();
+    return columns > 0 ? qMax(columns, fewestColumns) : usualColumns;
+}
+
+void Output::check(Stream::Result result)
+{
+    switch (result) {
+    case Stream::Result::Done:
+        return;
+    case Stream::Result::ReaderGone:
+        throw ReaderGone();
+    case Stream::Result::Failed:
+        throw Failure(ExitCode::Failed, QStringLiteral("cannot write the output: %1").arg(m_output.errorText()));
+    }
+}
+
+} // namespace Tool

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <QByteArray>
+#include <QJsonObject>
+#include <QString>
+
+#include "Stream.h"
+
+namespace Tool {
+
+/// What a verb prints, and the one place that knows how. Used by the main thread only.
+///
+/// Texts are gathered and written in large pieces; flush() writes the rest. When the reader has gone (`quire tree |
+/// head -1`) printing raises ReaderGone, which ends the verb quietly; any other failure to write raises Failure.
+class Output
+{
+public:
+    /// Raised when nobody reads on. Not an error: the program ends as if it had said everything.
+    struct ReaderGone
+    {};
+
+    Output();
+    Output(const Output &) = delete;
+    Output &operator=(const Output &) = delete;
+
+    /// One line of text; the line feed is added.
+    void line(const QString &text = QString());
+    /// A text as it stands; on a terminal its control characters, tabulators and line feeds apart, become visible.
+    void text(const QString &text);
+    /// Bytes as they stand.
+    void bytes(const QByteArray &data);
+    /// The machine form of a verb's answer: one JSON document, indented, keys in alphabetical order.
+    void json(const QJsonObject &object);
+    /// Writes what has been gathered.
+    void flush();
+
+    /// One line on the standard error output, after "quire: ". Raises nothing: there is nobody left to tell.
+    void complain(const QString &message) noexcept;
+
+    /// The columns that a drawing may take: the environment variable COLUMNS, else the terminal's, else 80. Into a
+    /// file or pipe there is no limit (a large number) unless COLUMNS sets one.
+    int columns() const;
+
+private:
+    void check(Stream::Result result);
+
+    Stream m_output;
+    Stream m_error;
+    QString m_gathered;
+};
+
+} // namespace Tool

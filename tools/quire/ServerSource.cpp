@@ -1,0 +1,89 @@
+#include "ServerSource.h"
+
+#include <quire/newsroom/sample/Sample.h>
+
+#include "Failure.h"
+
+namespace Tool {
+
+namespace {
+
+/// Whether a server's class can be reached on this machine without our doing anything.
+bool isServerRegistered()
+{
+    IClassFactoryPtr factory;
+    return SUCCEEDED(CoGetClassObject(__uuidof(Orvex::Signon), CLSCTX_ALL, nullptr, IID_IClassFactory,
+                                      reinterpret_cast<void **>(&factory)));
+}
+
+} // namespace
+
+ServerSource::ServerSource(const Options &options, Access access)
+{
+    if (options.newsroom.isNull() && !options.builtIn && isServerRegistered())
+        return;
+    m_server = std::make_unique<Newsroom::Server>(options.newsroom.isNull() ? Newsroom::sampleModel()
+                                                                            : openFolder(options.newsroom, access));
+    m_registration = m_server->registerClass();
+}
+
+std::shared_ptr<Newsroom::Model> ServerSource::openFolder(const QString &folder, Access access)
+{
+    m_folder = folder;
+    QString error;
+    std::shared_ptr<Newsroom::Model> model;
+    if (access == Access::Write) {
+        m_store = Newsroom::Store::open(folder, &error);
+        model = m_store ? m_store->model() : nullptr;
+    } else {
+        model = Newsroom::Store::read(folder, &error);
+    }
+    if (!model)
+        throw Failure(ExitCode::Failed, QStringLiteral("cannot open the newsroom folder: %1").arg(error));
+    return model;
+}
+
+ServerSource::~ServerSource() = default;
+
+QString ServerSource::description() const
+{
+    if (!m_server)
+        return QStringLiteral("registered server");
+    return m_folder.isEmpty() ? QStringLiteral("built-in sample") : QStringLiteral("folder %1").arg(m_folder);
+}
+
+QString ServerSource::folder() const
+{
+    return m_folder;
+}
+
+std::shared_ptr<Newsroom::Model> ServerSource::model() const
+{
+    return m_server ? m_server->model() : nullptr;
+}
+
+Newsroom::User ServerSource::firstOfUsers() const
+{
+    // Behind a registered class there is most often the stand-in with its sample.
+    const std::shared_ptr<Newsroom::Model> newsroom = m_server ? m_server->model() : Newsroom::sampleModel();
+    return newsroom->users().value(0);
+}
+
+QString ServerSource::firstUser() const
+{
+    return firstOfUsers().name;
+}
+
+QString ServerSource::firstPassword() const
+{
+    return firstOfUsers().password;
+}
+
+void ServerSource::keep()
+{
+    if (m_store && !m_store->flush())
+        throw Failure(ExitCode::Failed,
+                      QStringLiteral("done, but not kept in the folder: %1").arg(m_store->lastError()));
+}
+
+} // namespace Tool

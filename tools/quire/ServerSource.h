@@ -1,0 +1,53 @@
+#pragma once
+
+#include <memory>
+
+#include <QString>
+
+#include <quire/newsroom/server/Server.h>
+#include <quire/newsroom/store/Store.h>
+
+#include "Options.h"
+
+namespace Tool {
+
+/// What a verb does with a newsroom folder. Any number of readers look at one at a time, a writer has it to itself.
+enum class Access { Read, Write };
+
+/// The server that a session speaks with: the built-in one with its sample newsroom, the built-in one with a newsroom
+/// folder, or the server class that is registered on this machine. While it lives, the sign-on class leads to it. One
+/// at a time, on a thread that has joined the automation library.
+class ServerSource
+{
+public:
+    /// Picks the server: the folder or the sample when \a options say so, else a registered class, else the sample.
+    /// Raises Failure when the folder cannot be opened.
+    ServerSource(const Options &options, Access access);
+    ~ServerSource();
+    ServerSource(const ServerSource &) = delete;
+    ServerSource &operator=(const ServerSource &) = delete;
+
+    /// For people: "built-in sample", "folder /home/nora/nr", "registered server".
+    QString description() const;
+    /// The newsroom folder; empty when there is none.
+    QString folder() const;
+    /// The newsroom itself, for what goes beyond the server's interfaces; null for a registered server.
+    std::shared_ptr<Newsroom::Model> model() const;
+    /// Whom to sign on when nobody was named: the newsroom's first user; for a registered server, the sample's.
+    QString firstUser() const;
+    QString firstPassword() const;
+
+    /// Writes what was changed to the newsroom folder, if that is what this is. Raises Failure.
+    void keep();
+
+private:
+    std::shared_ptr<Newsroom::Model> openFolder(const QString &folder, Access access);
+    Newsroom::User firstOfUsers() const;
+
+    std::unique_ptr<Newsroom::Store> m_store; // for writing only
+    std::unique_ptr<Newsroom::Server> m_server;
+    Newsroom::Registration m_registration;
+    QString m_folder;
+};
+
+} // namespace Tool

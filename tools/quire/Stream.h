@@ -1,0 +1,53 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+namespace Tool {
+
+/// One of the program's standard streams: texts go out as UTF-8 into files and pipes, and as wide text to a Windows
+/// console, whatever code page it has. One per stream and program; used by the main thread only.
+class Stream
+{
+public:
+    enum class Which { Output, Error };
+
+    /// What became of a write.
+    enum class Result {
+        Done,
+        ReaderGone, ///< The other end of the pipe was closed: nobody wants more.
+        Failed      ///< For another reason; errorText() says which.
+    };
+
+    explicit Stream(Which which);
+
+    /// Whether a person looks at it.
+    bool isTerminal() const noexcept { return m_isTerminal; }
+    /// The columns of the terminal; 0 when it is none, or when it does not tell.
+    int terminalColumns() const;
+
+    /// Writes everything, unbuffered.
+    Result write(const QString &text);
+    Result writeBytes(const QByteArray &bytes);
+    /// The system's words for the last failure.
+    QString errorText() const { return m_errorText; }
+
+private:
+#ifdef Q_OS_WIN
+    Result lastFailure();
+
+    void *m_handle;
+#else
+    int m_handle;
+#endif
+    bool m_isTerminal;
+    QString m_errorText;
+};
+
+/// Reads all of the standard input, as bytes. False when reading fails.
+bool readStandardInput(QByteArray &bytes);
+
+/// Once, before the first use of a stream: a closed pipe then ends in an answer, not in a signal.
+void prepareStreams();
+
+} // namespace Tool
