@@ -13,13 +13,9 @@ namespace {
 
 bool isCompressed(const QByteArray &data)
 {
-    static const QByteArray starts[] = {QByteArray("\x1F\x8B"),
-                                        QByteArray("\x1F\x9D"),
-                                        QByteArray("BZh"),
-                                        QByteArray("\xFD"
-                                                   "7zXZ"),
-                                        QByteArray("\x28\xB5\x2F\xFD"),
-                                        QByteArray("PK\x03\x04")};
+    static const QByteArray starts[] = {
+        QByteArray("\x1F\x8B"),    QByteArray("\x1F\x9D"),         QByteArray("BZh"),
+        QByteArray("\xFD\x37zXZ"), QByteArray("\x28\xB5\x2F\xFD"), QByteArray("PK\x03\x04")};
     for (const QByteArray &start : starts) {
         if (data.startsWith(start))
             return true;

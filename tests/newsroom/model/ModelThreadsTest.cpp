@@ -15,6 +15,7 @@ constexpr int threadCount = 8;
 void run(const std::function<void(int)> &work)
 {
     std::vector<std::thread> threads;
+    threads.reserve(threadCount);
     for (int i = 0; i < threadCount; ++i)
         threads.emplace_back(work, i);
     for (std::thread &thread : threads)

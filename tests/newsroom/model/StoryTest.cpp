@@ -98,6 +98,7 @@ TEST(StoryTest, ManyThreadsReadOneRevision)
     const Story story(identity(), text);
     const QString expected = markupOf(text, story.header(), Section::Whole);
     std::vector<std::thread> threads;
+    threads.reserve(8);
     for (int i = 0; i < 8; ++i)
         threads.emplace_back([&] { EXPECT_EQ(story.markup(Section::Whole), expected); });
     for (std::thread &thread : threads)

@@ -69,10 +69,7 @@ TEST(FileTextTest, NulsMakeAFileBinary)
 
 TEST(FileTextTest, CompressedFilesAreKnownByTheirStart)
 {
-    for (const char *start : {"\x1F\x8B\x08", "BZh9",
-                              "\xFD"
-                              "7zXZ",
-                              "\x28\xB5\x2F\xFD", "PK\x03\x04"})
+    for (const char *start : {"\x1F\x8B\x08", "BZh9", "\xFD\x37zXZ", "\x28\xB5\x2F\xFD", "PK\x03\x04"})
         EXPECT_EQ(read(QByteArray(start) + "rest").kind, FileText::Compressed);
 }
 

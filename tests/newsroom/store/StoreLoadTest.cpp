@@ -50,7 +50,7 @@ directory NEWS
     {
         const auto before = filesBelow(in("nr"));
         EXPECT_EQ(Store::read(in("nr"), &error), nullptr);
-        const QString reading = shownError();
+        QString reading = shownError();
         EXPECT_EQ(Store::open(in("nr"), &error), nullptr);
         EXPECT_EQ(shownError(), reading);
         EXPECT_EQ(filesBelow(in("nr")), before) << "nothing is changed, and no lock stays";

@@ -361,6 +361,7 @@ TEST_F(StoreTest, ThreadsSaveAtOnceAndTheLastStateIsOnDisk)
     open();
     constexpr int threads = 4;
     std::vector<std::thread> running;
+    running.reserve(threads);
     for (int t = 0; t < threads; ++t) {
         running.emplace_back([this, t] {
             for (int n = 0; n < 10; ++n)
