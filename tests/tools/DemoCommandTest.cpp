@@ -27,6 +27,15 @@ TEST_F(DemoCommandTest, FitsIntoEightyColumns)
         EXPECT_LE(Tool::textWidth(line), 80) << qPrintable(line);
 }
 
+TEST_F(DemoCommandTest, IsReadOnTwoScreensAndSaysWhatItLeavesOut)
+{
+    const Outcome run = quire("demo");
+    EXPECT_LE(run.lines().size(), 50);
+    const int entries = quire("--built-in tree --json").json().value(QStringLiteral("entries")).toArray().size();
+    EXPECT_TRUE(run.output.contains(
+        QStringLiteral("... and %1 more directories and queues, which quire tree shows\n").arg(entries - 20)));
+}
+
 TEST_F(DemoCommandTest, JsonListsTheSteps)
 {
     const Outcome run = quire("demo --json");

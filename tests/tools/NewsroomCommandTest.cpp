@@ -43,6 +43,16 @@ TEST_F(NewsroomCommandTest, ImportTellsItsCountsAsJson)
     EXPECT_EQ(report.value(QStringLiteral("folder")).toString(), QStringLiteral("nr"));
 }
 
+TEST_F(NewsroomCommandTest, ImportAndCheckCountTheSame)
+{
+    writeTexts();
+    const QJsonObject imported = quire("newsroom import texts nr --json").json();
+    const QJsonObject checked = quire("newsroom check nr --json").json();
+    ASSERT_EQ(checked.size(), 4);
+    for (const QString &key : checked.keys())
+        EXPECT_EQ(imported.value(key), checked.value(key)) << qPrintable(key);
+}
+
 TEST_F(NewsroomCommandTest, ImportOfAMissingFolderFailsAndMakesNothing)
 {
     expectFailure(quire("newsroom import nowhere nr"), 1, "nowhere");

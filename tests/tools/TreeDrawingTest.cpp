@@ -56,6 +56,14 @@ TEST(TreeDrawing, ANameWithoutDetailsGoesOnToTheEndOfTheLine)
     EXPECT_EQ(drawing.lines(60).value(1), QStringLiteral("└── ") + QString(40, QLatin1Char('N')));
 }
 
+TEST(TreeDrawing, ANameWithoutDetailsMovesNobodysDetails)
+{
+    TreeDrawing drawing;
+    drawing.add({false}, QStringLiteral("A"), {QStringLiteral("1 story")});
+    drawing.add({true}, QString(40, QLatin1Char('N')), {QString()});
+    EXPECT_EQ(drawing.lines(80).value(0), QStringLiteral("├── A  1 story"));
+}
+
 TEST(TreeDrawing, EveryLineFitsHoweverDeepAndLongThingsAre)
 {
     TreeDrawing drawing;

@@ -16,6 +16,7 @@ namespace {
 
 constexpr int widestText = 80;
 constexpr int indent = 2;
+constexpr int linesOfTree = 20;
 constexpr int linesOfStory = 12;
 constexpr int fewestCharactersOfStory = 200;
 
@@ -57,8 +58,13 @@ void Demo::walk()
 {
     title(QStringLiteral("2. Walk the tree"));
     const TreeSummary summary = summarize(m_session.open(QStringLiteral(".")), TreeView(), m_columns - indent);
-    for (const QString &line : summary.lines)
+    for (const QString &line : summary.lines.mid(0, linesOfTree))
         say(line);
+    const int more = summary.lines.size() - linesOfTree;
+    if (more > 0)
+        say(QStringLiteral("... and %1 more directories and queues, which quire tree shows").arg(more));
+    say(QString());
+    say(summary.totals());
     check(summary.directories > 0 && summary.queues > 0, QStringLiteral("the tree has directories and queues"));
     done("walk", {{QStringLiteral("directories"), summary.directories},
                   {QStringLiteral("queues"), summary.queues},

@@ -64,6 +64,12 @@ void tell(Host &host, const QString &line, const QJsonObject &object)
         host.output.line(line);
 }
 
+/// What an import made, counted as everywhere: it counts the root, which every newsroom has, as a directory, too.
+Contents contentsOf(const Newsroom::ImportReport &report)
+{
+    return {report.directories - 1, report.queues, report.stories};
+}
+
 /// "3 compressed, 1 binary"; empty when nothing was left out.
 QString skippedText(const Newsroom::ImportReport &report)
 {
@@ -81,18 +87,16 @@ QString skippedText(const Newsroom::ImportReport &report)
 
 QJsonObject reportJson(const Newsroom::ImportReport &report, const QString &folder)
 {
-    return {{QStringLiteral("folder"), folder},
-            {QStringLiteral("directories"), report.directories},
-            {QStringLiteral("queues"), report.queues},
-            {QStringLiteral("stories"), report.stories},
-            {QStringLiteral("bytes"), static_cast<double>(report.bytes)},
-            {QStringLiteral("skippedCompressed"), report.skippedCompressed},
-            {QStringLiteral("skippedBinary"), report.skippedBinary},
-            {QStringLiteral("skippedTooLarge"), report.skippedTooLarge},
-            {QStringLiteral("skippedLinks"), report.skippedLinks},
-            {QStringLiteral("skippedSpecial"), report.skippedSpecial},
-            {QStringLiteral("unreadable"), report.unreadable},
-            {QStringLiteral("unreadableNames"), QJsonArray::fromStringList(report.unreadableNames)}};
+    QJsonObject object = contentsOf(report).json(folder);
+    object.insert(QStringLiteral("bytes"), static_cast<double>(report.bytes));
+    object.insert(QStringLiteral("skippedCompressed"), report.skippedCompressed);
+    object.insert(QStringLiteral("skippedBinary"), report.skippedBinary);
+    object.insert(QStringLiteral("skippedTooLarge"), report.skippedTooLarge);
+    object.insert(QStringLiteral("skippedLinks"), report.skippedLinks);
+    object.insert(QStringLiteral("skippedSpecial"), report.skippedSpecial);
+    object.insert(QStringLiteral("unreadable"), report.unreadable);
+    object.insert(QStringLiteral("unreadableNames"), QJsonArray::fromStringList(report.unreadableNames));
+    return object;
 }
 
 } // namespace
@@ -126,8 +130,7 @@ void NewsroomCommand::import(Host &host) const
     QString error;
     if (!Newsroom::Importer::import(m_source, m_folder, &report, &error))
         throw Failure(ExitCode::Failed, QStringLiteral("cannot import: %1").arg(error));
-    const Contents contents{report.directories, report.queues, report.stories};
-    QString line = QStringLiteral("%1: %2").arg(m_folder, contents.text());
+    QString line = QStringLiteral("%1: %2").arg(m_folder, contentsOf(report).text());
     if (report.skipped() > 0)
         line += QStringLiteral("; left out: %1").arg(skippedText(report));
     tell(host, line, reportJson(report, m_folder));

@@ -77,8 +77,11 @@ QStringList TreeDrawing::lines(int columns) const
     int widestLabel = 0;
     int widestDetails = 0;
     for (const Row &row : m_rows) {
-        widestLabel = std::max(widestLabel, textWidth(row.branch) + textWidth(row.name));
-        widestDetails = std::max(widestDetails, textWidth(detailText(row, widths)));
+        const int detailColumns = textWidth(detailText(row, widths));
+        widestDetails = std::max(widestDetails, detailColumns);
+        // A name without details behind it goes on to the end of the line and pushes nobody's details aside.
+        if (detailColumns > 0)
+            widestLabel = std::max(widestLabel, textWidth(row.branch) + textWidth(row.name));
     }
     const int room = std::max(columns - widestDetails, std::min(fewestNameColumns, columns));
     const int labelColumns = std::min(widestLabel, room);
@@ -86,7 +89,6 @@ QStringList TreeDrawing::lines(int columns) const
     QStringList lines;
     for (const Row &row : m_rows) {
         const QString details = detailText(row, widths);
-        // Without details behind it a name may go on to the end of the line.
         const QString shown = label(row.branch, row.name, details.isEmpty() ? columns : labelColumns);
         if (details.isEmpty())
             lines += shown;
