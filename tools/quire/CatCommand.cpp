@@ -9,9 +9,9 @@ namespace Tool {
 void CatCommand::declare(CLI::App &app, Action &chosen)
 {
     CLI::App *verb = addVerb(app, "cat", "Print a story's whole markup",
-                             "  quire cat NEWS.SPORT.SCORES 4711\n"
-                             "  quire cat NEWS.SPORT.SCORES '#1'\n"
-                             "  quire cat NEWS.SPORT.SCORES '#1' --json",
+                             "  quire cat WIRES.WORLD 5024\n"
+                             "  quire cat WIRES.WORLD '#1'\n"
+                             "  quire cat WIRES.WORLD '#1' --json",
                              chosen, [this](Host &host) { run(host); });
     addText(*verb, "PATH", m_path, "The queue")->required();
     addText(*verb, "NUMBER", m_number, "First number of the story, or '#POSITION'")->required();
@@ -32,7 +32,7 @@ void CatCommand::run(Host &host) const
                                  {QStringLiteral("name"), story.name},
                                  {QStringLiteral("form"), story.form},
                                  {QStringLiteral("markup"), markup}});
-    host.output.text(markup.endsWith(QLatin1Char('\n')) ? markup : markup + QLatin1Char('\n'));
+    host.output.document(markup);
 }
 
 } // namespace Tool

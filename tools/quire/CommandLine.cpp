@@ -15,6 +15,7 @@
 #include "Failure.h"
 #include "InfoCommand.h"
 #include "NewsroomCommand.h"
+#include "ParseCommand.h"
 #include "TreeCommand.h"
 #include "Words.h"
 
@@ -58,6 +59,7 @@ CommandLine::~CommandLine() = default;
 
 template<class Verb>
 void CommandLine::add()
+    add<ParseCommand>();
 {
     m_commands.push_back(std::make_unique<Verb>());
     m_commands.back()->declare(m_app, m_chosen);

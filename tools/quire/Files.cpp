@@ -3,6 +3,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QSaveFile>
+#include <QTextCodec>
 
 #include "Failure.h"
 #include "Output.h"
@@ -37,6 +38,12 @@ QByteArray readFile(const QString &name)
     if (file.error() != QFileDevice::NoError)
         fail(QStringLiteral("read"), name, file.errorString());
     return bytes;
+}
+
+QString readText(const QString &name)
+{
+    const QByteArray bytes = readFile(name);
+    return QTextCodec::codecForUtfText(bytes, QTextCodec::codecForName("UTF-8"))->toUnicode(bytes);
 }
 
 void writeFile(const QString &name, const QByteArray &bytes, Output &output)

@@ -55,6 +55,13 @@ void Output::text(const QString &text)
     flush();
 }
 
+void Output::document(const QString &text)
+{
+    this->text(text);
+    if (!text.isEmpty() && !text.endsWith(QLatin1Char('\n')))
+        line();
+}
+
 void Output::bytes(const QByteArray &data)
 {
     flush();

@@ -27,6 +27,8 @@ public:
     void line(const QString &text = QString());
     /// A text as it stands; on a terminal its control characters, tabulators and line feeds apart, become visible.
     void text(const QString &text);
+    /// The same with a line feed behind it, unless \a text has one at its end or is empty.
+    void document(const QString &text);
     /// Bytes as they stand.
     void bytes(const QByteArray &data);
     /// The machine form of a verb's answer: one JSON document, indented, keys in alphabetical order.
