@@ -34,6 +34,8 @@ TEST_F(CommandLineTest, EveryHelpHasExamplesAndFitsIntoEightyColumns)
         const Outcome run = quire((QByteArray(verb) + " --help").constData());
         EXPECT_EQ(run.code, 0) << verb;
         EXPECT_TRUE(run.output.contains(QLatin1String("Examples:\n  "))) << verb;
+        for (const char *jargon : {"Excludes", "REQUIRED", "NONNEGATIVE"})
+            EXPECT_FALSE(run.output.contains(QLatin1String(jargon))) << verb << ": " << jargon;
         for (const QString &line : run.lines())
             EXPECT_LE(Tool::textWidth(line), 80) << qPrintable(line);
     }
@@ -56,6 +58,11 @@ TEST_F(CommandLineTest, AnUnknownOptionIsWrongUsageAndNamesTheVerbsHelp)
 {
     expectFailure(quire("tree --nonsense"), 2, "--nonsense");
     expectFailure(quire("tree --nonsense"), 2, "quire tree --help");
+}
+
+TEST_F(CommandLineTest, AnUnknownOptionWithoutAVerbIsCalledAnOption)
+{
+    expectFailure(quire("--nonsense"), 2, "there is no option \"--nonsense\"");
 }
 
 TEST_F(CommandLineTest, AMissingArgumentIsWrongUsage)

@@ -28,12 +28,20 @@ constexpr char helpDescription[] = "quire: browse and edit a newsroom from the c
 constexpr char helpFooter[] = "Without options it signs on to the built-in sample newsroom.\n\n"
                               "Examples:\n"
                               "  quire tree\n"
-                              "  quire cat NEWS.SPORT.SCORES '#1'\n"
+                              "  quire cat WIRES.WORLD '#1'\n"
                               "  quire newsroom import ~/texts nr\n"
                               "  quire --newsroom nr tree --json\n"
                               "  quire error 0x80040405\n\n"
                               "Exit codes: 0 done, 1 failed or refused, 2 wrong usage, 3 sign-on refused,\n"
                               "4 not found. quire VERB --help tells more of a verb.";
+
+/// Leaves out what the parser adds of its own to an option's name ("Excludes: --built-in", ":NONNEGATIVE"): the usage
+/// line and the descriptions say it in words.
+class HelpFormatter : public CLI::Formatter
+{
+public:
+    std::string make_option_opts(const CLI::Option * /*option*/) const override { return std::string(); }
+};
 
 } // namespace
 
@@ -44,12 +52,14 @@ CommandLine::CommandLine()
     m_app.allow_windows_style_options(false);
     m_app.fallthrough();
     m_app.require_subcommand(0, 1);
+    m_app.formatter(std::make_shared<HelpFormatter>());
     m_app.get_formatter()->column_width(24);
     declareOptions();
     add<InfoCommand>();
     add<TreeCommand>();
     add<CatCommand>();
     add<BlobCommand>();
+    add<ParseCommand>();
     add<ErrorCommand>();
     add<NewsroomCommand>();
     add<DemoCommand>();
@@ -59,7 +69,6 @@ CommandLine::~CommandLine() = default;
 
 template<class Verb>
 void CommandLine::add()
-    add<ParseCommand>();
 {
     m_commands.push_back(std::make_unique<Verb>());
     m_commands.back()->declare(m_app, m_chosen);
@@ -71,7 +80,8 @@ void CommandLine::declareOptions()
     m_app.set_version_flag("--version", "quire " QUIRE_VERSION, "Show the version");
     m_app.footer(helpFooter);
     CLI::Option *newsroom = addText(m_app, "--newsroom", m_options.newsroom, "DIR  Open this newsroom folder");
-    m_app.add_flag("--built-in", m_options.builtIn, "Use the built-in sample newsroom")->excludes(newsroom);
+    m_app.add_flag("--built-in", m_options.builtIn, "Use the built-in sample, even beside a real server")
+        ->excludes(newsroom);
     addText(m_app, "--user", m_options.user, "NAME  Sign on as this user");
     addText(m_app, "--password", m_options.password, "TEXT  Better: in $QUIRE_PASSWORD");
     addText(m_app, "--server", m_options.server, "NAME  The news server to sign on to");
@@ -148,8 +158,12 @@ void CommandLine::failUsage(const CLI::ParseError &error) const
         verb += QLatin1Char(' ') + QString::fromStdString(app->get_name());
     }
     QString message = QString::fromUtf8(error.what()).simplified();
-    if (verb.isEmpty() && !m_app.remaining().empty())
-        message = QStringLiteral("there is no verb \"%1\"").arg(QString::fromStdString(m_app.remaining().front()));
+    if (verb.isEmpty() && !m_app.remaining().empty()) {
+        const QString argument = QString::fromStdString(m_app.remaining().front());
+        const bool isOption = argument.startsWith(QLatin1Char('-'));
+        message = QStringLiteral("there is no %1 \"%2\"")
+                      .arg(isOption ? QStringLiteral("option") : QStringLiteral("verb"), argument);
+    }
     throw Failure(ExitCode::Usage, QStringLiteral("%1 (see: quire%2 --help)").arg(message, verb));
 }
 

@@ -11,7 +11,7 @@ StoryNumber StoryNumber::parse(const QString &text)
     const std::optional<qint32> value = parseNumber(isPosition ? text.mid(1) : text);
     if (!value)
         throw Failure(ExitCode::Usage, QStringLiteral("\"%1\" is no story number; give the first number of its "
-                                                      "identifier (4711), or its position in the queue (#3)")
+                                                      "identifier (5024), or its position in the queue (#3)")
                                            .arg(text));
     return {*value, isPosition};
 }

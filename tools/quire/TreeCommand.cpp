@@ -49,8 +49,8 @@ void TreeCommand::declare(CLI::App &app, Action &chosen)
 {
     CLI::App *verb = addVerb(app, "tree", "Draw the directories and queues",
                              "  quire tree\n"
-                             "  quire tree NEWS --depth 1\n"
-                             "  quire tree NEWS.SPORT --stories\n"
+                             "  quire tree SHOWS --depth 1\n"
+                             "  quire tree SPORT --stories\n"
                              "  quire tree --json | jq -r '.entries[].path'",
                              chosen, [this](Host &host) { run(host); });
     addText(*verb, "PATH", m_path, "Where to begin; the root without it");
