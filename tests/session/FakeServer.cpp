@@ -429,6 +429,12 @@ void Server::fail(const QString &operation, HRESULT result)
     m_failures[operation] = result;
 }
 
+void Server::raise(const QString &operation, HRESULT result)
+{
+    const QMutexLocker guard(&m_mutex);
+    m_raised.insert(operation, result);
+}
+
 void Server::refuse(Kind kind, REFIID iid, HRESULT result)
 {
     const QMutexLocker guard(&m_mutex);
@@ -439,6 +445,7 @@ void Server::mend()
 {
     const QMutexLocker guard(&m_mutex);
     m_failures.clear();
+    m_raised.clear();
     m_refusals.clear();
 }
 
@@ -475,6 +482,8 @@ HRESULT Server::enter(const QString &operation, const QString &text)
         call.label = Quire::QuireCOM::m_LockStr;
     const QMutexLocker guard(&m_mutex);
     m_calls.append(call);
+    if (m_raised.contains(operation))
+        throw _com_error(m_raised.value(operation));
     return m_failures.value(operation, S_OK);
 }
 

@@ -62,9 +62,11 @@ public:
 
     /// Every later call of \a operation ("GetDirectory", "get_Item", ...) answers \a result without doing anything.
     void fail(const QString &operation, HRESULT result);
+    /// Every later call of \a operation raises `_com_error` with \a result.
+    void raise(const QString &operation, HRESULT result);
     /// Objects of \a kind answer \a result when asked for \a iid.
     void refuse(Kind kind, REFIID iid, HRESULT result);
-    /// Takes back every fail and refuse.
+    /// Takes back every fail, raise and refuse.
     void mend();
 
     // ---- what happened ----
@@ -101,6 +103,7 @@ private:
     DWORD m_registration = 0;
     QVector<QPair<QString, Kind>> m_entries; // in the order of their adding
     QMap<QString, HRESULT> m_failures;
+    QMap<QString, HRESULT> m_raised;
     QVector<Refusal> m_refusals;
     QVector<Call> m_calls;
     mutable QMutex m_mutex;
