@@ -55,7 +55,7 @@ bool QuireCOMMutex::locked()
 
 QString QuireCOMMutex::name() const
 {
-    return m_label ? QString::fromLatin1(m_label) : m_name;
+    return m_label ? QString::fromUtf8(m_label) : m_name;
 }
 
 // The mutex is held here, so m_LockStr is this thread's. It was the last holder's until now.

@@ -28,7 +28,7 @@ namespace Quire {
 /// source file. Each line to the debugger is cut at 255 characters.
 ///
 /// Objects live on the stack of the thread that works; none is shared. A name given as a literal is kept by address and
-/// costs nothing while debugging is off.
+/// costs nothing while debugging is off. Names in 8 bits are UTF-8.
 class QUIRE_EXPORT QuireCOMMutex
 {
 public:
@@ -37,13 +37,18 @@ public:
 
     /// Takes the lock under \a name.
     QuireCOMMutex(QString name);
-    /// Takes the lock under the ASCII literal \a label, which must outlive the object.
+    /// Takes the lock under the literal \a label, which must outlive the object.
     template<std::size_t Size>
     QuireCOMMutex(const char (&label)[Size])
         : m_label(label)
     {
         threadlock();
     }
+    /// Takes the lock under the text in \a buffer, which is copied.
+    template<std::size_t Size>
+    QuireCOMMutex(char (&buffer)[Size])
+        : QuireCOMMutex(QString::fromUtf8(buffer))
+    {}
     /// Takes the lock without a name: its release writes no line.
     QuireCOMMutex();
     /// Releases the lock if this object acquired it.

@@ -292,6 +292,21 @@ TEST(QuireCOMMutex, KeepsANameGivenAsAString)
 TEST(QuireCOMMutex, HasAnEmptyNameByDefault)
 {
     const QuireCOMMutex lock;
+TEST(QuireCOMMutex, TakesALiteralForTheTextThatItIsAsAString)
+{
+    static const char label[] = "Class::\xc3\x9c"; // U with two dots in UTF-8
+    const QuireCOMMutex lock(label);
+    EXPECT_EQ(Probe::name(lock), QString::fromUtf8(label));
+}
+
+TEST(QuireCOMMutex, CopiesANameGivenInABuffer)
+{
+    char buffer[] = "Class::Method";
+    const QuireCOMMutex lock(buffer);
+    buffer[0] = 'X';
+    EXPECT_EQ(Probe::name(lock), QStringLiteral("Class::Method"));
+}
+
     EXPECT_EQ(Probe::name(lock), QString());
 }
 
