@@ -107,7 +107,8 @@ public:
     void Disconnect();
     /// True when the server says so. False when not loaded or when the question fails.
     bool IsConnected();
-    /// Who is signed on where; three empty texts when nobody is. No server call.
+    /// What the last successful Connect kept; three empty texts before it and after Disconnect. When the server ended
+    /// the connection by itself they stay, since only IsConnected asks the server. No server call.
     void GetConnectInfo(QString &server, QString &user, QString &password);
     /// The sign-on object, empty when not loaded. No server call.
     Orvex::ISignon4Ptr GetSignon();
