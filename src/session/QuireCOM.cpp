@@ -19,7 +19,7 @@ namespace Quire {
 QuireCOM *QuireCOM::TheQuireCOM = nullptr;
 bool QuireCOM::sUseUnicodeInterface = true;
 QMutex QuireCOM::m_ComMutex;
-std::atomic<quint32> QuireCOM::m_LockThreadID{0};
+QAtomicInteger<quint32> QuireCOM::m_LockThreadID;
 QString QuireCOM::m_LockStr;
 
 // ---- the one session ------------------------------------------------------------------------------------------------

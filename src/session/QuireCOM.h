@@ -3,6 +3,7 @@
 /// \file
 /// The session with the newsroom server.
 
+#include <QAtomicInteger>
 #include <QMutex>
 #include <QString>
 
@@ -72,8 +73,9 @@ public:
 
     /// The lock itself. Not recursive.
     static QMutex m_ComMutex;
-    /// System identifier of the thread that holds m_ComMutex through a lock object, 0 when nobody does.
-    static std::atomic<quint32> m_LockThreadID;
+    /// System identifier of the thread that holds m_ComMutex through a lock object, 0 when nobody does. Reads, compares
+    /// and copies as the number that it is, on any thread.
+    static QAtomicInteger<quint32> m_LockThreadID;
     /// Name of the lock object that acquired the mutex last, kept only while debugging is on. Read it only while
     /// holding the lock.
     static QString m_LockStr;

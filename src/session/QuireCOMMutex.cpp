@@ -27,7 +27,7 @@ void QuireCOMMutex::lock()
     if (sMutexDebugging)
         start = QTime::currentTime();
     QuireCOM::m_ComMutex.lock();
-    QuireCOM::m_LockThreadID.store(GetCurrentThreadId(), std::memory_order_relaxed);
+    QuireCOM::m_LockThreadID.storeRelaxed(GetCurrentThreadId());
     if (sMutexDebugging)
         traceLocked(start);
 }
@@ -39,7 +39,7 @@ bool QuireCOMMutex::tryLock()
 
 void QuireCOMMutex::unlock()
 {
-    QuireCOM::m_LockThreadID.store(0, std::memory_order_relaxed);
+    QuireCOM::m_LockThreadID.storeRelaxed(0);
     QuireCOM::m_ComMutex.unlock();
     if (sMutexDebugging)
         traceUnlocked();

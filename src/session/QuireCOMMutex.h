@@ -81,7 +81,7 @@ private:
     }
     /// True when the calling thread holds the mutex through a lock object. Relaxed suffices: a thread looks for its own
     /// identifier only, which nobody else ever stores.
-    bool threadlocked() { return QuireCOM::m_LockThreadID.load(std::memory_order_relaxed) == GetCurrentThreadId(); }
+    bool threadlocked() { return QuireCOM::m_LockThreadID.loadRelaxed() == GetCurrentThreadId(); }
 
     QString name() const;
     void traceLocked(const QTime &start);

@@ -76,14 +76,14 @@ void waitOnce(const QString &holder, const QString &waiter)
 TEST(QuireCOMMutex, IsFreeToBeginWith)
 {
     EXPECT_TRUE(mutexIsFree());
-    EXPECT_EQ(QuireCOM::m_LockThreadID.load(), 0u);
+    EXPECT_EQ(QuireCOM::m_LockThreadID, 0u);
 }
 
 TEST(QuireCOMMutex, HoldsTheMutexAndRecordsTheThread)
 {
     const QuireCOMMutex lock("holder");
     EXPECT_FALSE(mutexIsFree());
-    EXPECT_EQ(QuireCOM::m_LockThreadID.load(), GetCurrentThreadId());
+    EXPECT_EQ(QuireCOM::m_LockThreadID, GetCurrentThreadId());
     EXPECT_TRUE(Probe::owns(lock));
 }
 
@@ -93,7 +93,16 @@ TEST(QuireCOMMutex, ReleasesTheMutexAndForgetsTheThread)
         const QuireCOMMutex lock("holder");
     }
     EXPECT_TRUE(mutexIsFree());
-    EXPECT_EQ(QuireCOM::m_LockThreadID.load(), 0u);
+    EXPECT_EQ(QuireCOM::m_LockThreadID, 0u);
+}
+
+TEST(QuireCOMMutex, TheHoldersIdentifierIsCopiedAsNumbersAre)
+{
+    const QuireCOMMutex lock("holder");
+    auto holder = QuireCOM::m_LockThreadID;
+    EXPECT_EQ(holder, GetCurrentThreadId());
+    const auto isThisThread = [](auto id) { return id == GetCurrentThreadId(); };
+    EXPECT_TRUE(isThisThread(QuireCOM::m_LockThreadID));
 }
 
 TEST(QuireCOMMutex, LockerOnSameThreadDoesNotAcquireTwice)
@@ -111,7 +120,7 @@ TEST(QuireCOMMutex, DestroyingTheInnerLockerLeavesTheMutexHeld)
         const QuireCOMMutex inner("inner");
     }
     EXPECT_FALSE(mutexIsFree());
-    EXPECT_EQ(QuireCOM::m_LockThreadID.load(), GetCurrentThreadId());
+    EXPECT_EQ(QuireCOM::m_LockThreadID, GetCurrentThreadId());
 }
 
 TEST(QuireCOMMutex, DestroyingTheOuterLockerFreesTheMutex)
@@ -121,7 +130,7 @@ TEST(QuireCOMMutex, DestroyingTheOuterLockerFreesTheMutex)
         const QuireCOMMutex inner("inner");
     }
     EXPECT_TRUE(mutexIsFree());
-    EXPECT_EQ(QuireCOM::m_LockThreadID.load(), 0u);
+    EXPECT_EQ(QuireCOM::m_LockThreadID, 0u);
 }
 
 TEST(QuireCOMMutex, LockersMadeAfterTheOuterOneIsGoneAcquireAgain)
@@ -141,7 +150,7 @@ TEST(QuireCOMMutex, ReleasesTheMutexWhenAnExceptionPasses)
     } catch (const std::runtime_error &) {
     }
     EXPECT_TRUE(mutexIsFree());
-    EXPECT_EQ(QuireCOM::m_LockThreadID.load(), 0u);
+    EXPECT_EQ(QuireCOM::m_LockThreadID, 0u);
 }
 
 TEST(QuireCOMMutex, ASecondThreadWaitsForTheOutermostLockerOfTheFirst)
@@ -226,7 +235,7 @@ TEST(QuireCOMMutex, LockedIsFalseWhileTheMutexIsFreeAndLeavesItFree)
     const auto locker = idleLocker();
     EXPECT_FALSE(Probe::locked(*locker));
     EXPECT_TRUE(mutexIsFree());
-    EXPECT_EQ(QuireCOM::m_LockThreadID.load(), 0u);
+    EXPECT_EQ(QuireCOM::m_LockThreadID, 0u);
 }
 
 TEST(QuireCOMMutex, LockedIsTrueWhileAnotherThreadHoldsTheMutexAndLeavesItHeld)
@@ -235,7 +244,7 @@ TEST(QuireCOMMutex, LockedIsTrueWhileAnotherThreadHoldsTheMutexAndLeavesItHeld)
     const OtherHolder holder;
     EXPECT_TRUE(Probe::locked(*locker));
     EXPECT_FALSE(mutexIsFree());
-    EXPECT_NE(QuireCOM::m_LockThreadID.load(), 0u);
+    EXPECT_NE(QuireCOM::m_LockThreadID, 0u);
 }
 
 TEST(QuireCOMMutex, LockedIsTrueWhileThisThreadHoldsTheMutex)
@@ -249,7 +258,7 @@ TEST(QuireCOMMutex, TryLockNeitherRecordsTheThreadNorOwns)
     const auto locker = idleLocker();
     EXPECT_TRUE(Probe::tryLock(*locker));
     EXPECT_FALSE(mutexIsFree());
-    EXPECT_EQ(QuireCOM::m_LockThreadID.load(), 0u);
+    EXPECT_EQ(QuireCOM::m_LockThreadID, 0u);
     EXPECT_FALSE(Probe::owns(*locker));
     QuireCOM::m_ComMutex.unlock();
 }
@@ -283,15 +292,6 @@ TEST(QuireCOMMutex, KeepsALiteralByAddress)
     EXPECT_EQ(Probe::name(lock), QStringLiteral("Class::Method"));
 }
 
-TEST(QuireCOMMutex, KeepsANameGivenAsAString)
-{
-    const QuireCOMMutex lock(QStringLiteral("Class::Method:%1").arg(7));
-    EXPECT_EQ(Probe::name(lock), QStringLiteral("Class::Method:7"));
-}
-
-TEST(QuireCOMMutex, HasAnEmptyNameByDefault)
-{
-    const QuireCOMMutex lock;
 TEST(QuireCOMMutex, TakesALiteralForTheTextThatItIsAsAString)
 {
     static const char label[] = "Class::\xc3\x9c"; // U with two dots in UTF-8
@@ -307,6 +307,15 @@ TEST(QuireCOMMutex, CopiesANameGivenInABuffer)
     EXPECT_EQ(Probe::name(lock), QStringLiteral("Class::Method"));
 }
 
+TEST(QuireCOMMutex, KeepsANameGivenAsAString)
+{
+    const QuireCOMMutex lock(QStringLiteral("Class::Method:%1").arg(7));
+    EXPECT_EQ(Probe::name(lock), QStringLiteral("Class::Method:7"));
+}
+
+TEST(QuireCOMMutex, HasAnEmptyNameByDefault)
+{
+    const QuireCOMMutex lock;
     EXPECT_EQ(Probe::name(lock), QString());
 }
 

@@ -602,7 +602,7 @@ TEST_F(SignedOn, ARaisedFailureReleasesTheLock)
 {
     server.fail(text("get_SysReadRate"), E_FAIL);
     EXPECT_THROW(session->GetSysReadRate(), _com_error);
-    EXPECT_EQ(QuireCOM::m_LockThreadID.load(), 0u);
+    EXPECT_EQ(QuireCOM::m_LockThreadID, 0u);
     EXPECT_TRUE(QuireCOM::m_ComMutex.tryLock());
     QuireCOM::m_ComMutex.unlock();
 }

@@ -20,7 +20,7 @@ void SessionTest::TearDown()
     QuireCOM::UnloadCOM();
     EXPECT_EQ(QuireCOM::TheQuireCOM, nullptr);
     EXPECT_EQ(server.liveObjects(), 0);
-    EXPECT_EQ(QuireCOM::m_LockThreadID.load(), 0u);
+    EXPECT_EQ(QuireCOM::m_LockThreadID, 0u);
     EXPECT_TRUE(QuireCOM::m_ComMutex.tryLock());
     QuireCOM::m_ComMutex.unlock();
 }
