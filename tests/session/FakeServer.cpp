@@ -195,14 +195,14 @@ public:
     {
         *directory = nullptr;
         const HRESULT result = enter("GetDirectory", text(path));
-        if (FAILED(result))
+        if (empty(result))
             return result;
         QString properPath;
         const Kind kind = m_server.kindOf(Platform::toQString(path), &properPath);
         if (properPath.isNull())
             return static_cast<HRESULT>(0x8004040B);
         *directory = m_server.newObject(kind, properPath);
-        return S_OK;
+        return result;
     }
     HRESULT STDMETHODCALLTYPE Search(BSTR query, LONG *searchId) override
     {
@@ -233,7 +233,7 @@ public:
     {
         *data = nullptr;
         const HRESULT result = enter("LoadBlob", text(name));
-        return FAILED(result) ? result : handOut(Platform::toQString(name), data, value);
+        return empty(result) ? result : handOut(Platform::toQString(name), data, value, result);
     }
     HRESULT STDMETHODCALLTYPE SaveBlob(BSTR name, SAFEARRAY *data, LONG *value) override
     {
@@ -244,14 +244,14 @@ public:
     HRESULT STDMETHODCALLTYPE GetSystemForm(BSTR name, BSTR *form) override
     {
         const HRESULT result = enter("GetSystemForm", text(name));
-        *form = FAILED(result) ? nullptr : answerText(m_server.form);
+        *form = empty(result) ? nullptr : answerText(m_server.form);
         return result;
     }
     HRESULT STDMETHODCALLTYPE Reserved15() override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE get_ServerName(BSTR *name) override
     {
         const HRESULT result = enter("get_ServerName");
-        *name = FAILED(result) ? nullptr : answerText(m_server.serverName);
+        *name = empty(result) ? nullptr : answerText(m_server.serverName);
         return result;
     }
     HRESULT STDMETHODCALLTYPE GetUserInfo(BSTR *text1, BSTR *text2, BSTR *text3, BSTR *text4, LONG *number1,
@@ -270,7 +270,7 @@ public:
     {
         *data = nullptr;
         const HRESULT result = enter("LoadUserBlob");
-        return FAILED(result) ? result : handOut(QString(), data, value);
+        return empty(result) ? result : handOut(QString(), data, value, result);
     }
     HRESULT STDMETHODCALLTYPE SaveUserBlob(SAFEARRAY *data, LONG *value) override
     {
@@ -328,17 +328,20 @@ private:
         return S_OK;
     }
 
-    HRESULT handOut(const QString &name, SAFEARRAY **data, LONG *value)
+    /// True when the call leaves its out-parameters empty.
+    bool empty(HRESULT result) const { return FAILED(result) && !m_server.failsWithAnswer; }
+
+    HRESULT handOut(const QString &name, SAFEARRAY **data, LONG *value, HRESULT result)
     {
         const QByteArray blob = m_server.blobs.value(name);
         *value = m_server.blobValue;
         if (m_server.nullBlobs)
-            return S_OK;
+            return result;
         *data = SafeArrayCreateVector(m_server.blobType, 0, static_cast<ULONG>(blob.size()));
         const Platform::SafeArrayAccess access(*data);
         if (!blob.isEmpty())
             std::copy(blob.begin(), blob.end(), access.as<char>());
-        return S_OK;
+        return result;
     }
 };
 

@@ -57,6 +57,7 @@ public:
     bool nullBlobs = false;          ///< A blob is handed out as no array at all.
     LONG blobValue = 0;              ///< The value handed out with a blob.
     LONG searchId = 0;               ///< Answer of Search.
+    bool failsWithAnswer = false;    ///< A call that is to fail fills its out-parameters all the same.
 
     // ---- what goes wrong ----
 

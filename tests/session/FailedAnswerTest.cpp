@@ -1,0 +1,97 @@
+#include <gtest/gtest.h>
+
+#include <quire/platform/System.h>
+#include <quire/session/QuireCOM.h>
+
+#include "session/QtPrinting.h"
+#include "session/SessionFixture.h"
+
+// A server that fails and hands something out all the same: the answer is not used, and it is freed.
+
+using namespace Quire;
+
+namespace {
+
+QString text(const char *literal)
+{
+    return QString::fromLatin1(literal);
+}
+
+class FailedAnswer : public SessionTest
+{
+protected:
+    void SetUp() override
+    {
+        SessionTest::SetUp();
+        server.failsWithAnswer = true;
+        server.serverName = text("HUB1");
+        server.form = text("FORM");
+        server.blobs[QString()] = QByteArray("abc");
+        server.blobs[text("BLOB")] = QByteArray("abc");
+        connect();
+        m_bstrs = Platform::liveBstrs();
+        m_arrays = Platform::liveArrays();
+    }
+    void TearDown() override
+    {
+        EXPECT_EQ(Platform::liveBstrs(), m_bstrs);
+        EXPECT_EQ(Platform::liveArrays(), m_arrays);
+        SessionTest::TearDown();
+    }
+
+private:
+    __int64 m_bstrs = 0;
+    __int64 m_arrays = 0;
+};
+
+} // namespace
+
+TEST_F(FailedAnswer, OfTheServersNameIsNotItsName)
+{
+    server.fail(text("get_ServerName"), E_FAIL);
+    connect();
+    QString name;
+    QString user;
+    QString password;
+    session->GetConnectInfo(name, user, password);
+    EXPECT_EQ(name, text("HUB"));
+}
+
+TEST_F(FailedAnswer, OfADirectoryIsNeitherGivenNorKept)
+{
+    server.fail(text("get_Item"), E_FAIL);
+    server.fail(text("GetDirectory"), E_FAIL);
+    EXPECT_FALSE(session->GetCachedDir(text("NEWS")));
+    server.mend();
+    server.forgetCalls();
+    EXPECT_TRUE(session->GetCachedDir(text("NEWS")));
+    EXPECT_NE(server.calls(), QStringList());
+}
+
+TEST_F(FailedAnswer, OfASystemFormLeavesTheFormEmpty)
+{
+    server.fail(text("GetSystemForm"), E_FAIL);
+    QString form = text("old");
+    session->GetSystemForm(text("X"), form);
+    EXPECT_EQ(form, QString());
+}
+
+TEST_F(FailedAnswer, OfABlobIsNoBlob)
+{
+    server.fail(text("LoadBlob"), E_FAIL);
+    long size = -1;
+    long extra = -2;
+    EXPECT_EQ(session->LoadBlob(text("BLOB"), &size, &extra), nullptr);
+    EXPECT_EQ(size, -1);
+    EXPECT_EQ(extra, -2);
+}
+
+TEST_F(FailedAnswer, OfTheUsersBlobIsNoBlob)
+{
+    server.fail(text("LoadUserBlob"), E_FAIL);
+    long size = -1;
+    long extra = -2;
+    EXPECT_EQ(session->LoadUserBlob(&size, &extra), nullptr);
+    EXPECT_EQ(size, -1);
+    EXPECT_EQ(extra, -2);
+}
