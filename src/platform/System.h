@@ -17,9 +17,7 @@ inline LONG timeZoneDifference()
 {
 #if defined(_WIN32)
     _tzset();
-    long seconds = 0;
-    _get_timezone(&seconds);
-    return static_cast<LONG>(seconds);
+    return static_cast<LONG>(_timezone);
 #else
     tzset();
     return static_cast<LONG>(timezone);
