@@ -16,6 +16,12 @@ using Quire::getErrorString;
 
 namespace {
 
+/// A code as a host gets it: a `long` with the sign of the 32-bit number, however wide it is.
+constexpr long hresult(quint32 code)
+{
+    return static_cast<qint32>(code);
+}
+
 struct Expected
 {
     long code;
@@ -24,60 +30,60 @@ struct Expected
 
 // clang-format off
 const Expected commandErrors[] = {
-    {0x80040401L, "Input command has insufficient arguments."},
-    {0x80040402L, "Input argument not recognized."},
-    {0x80040404L, "Subdirectory limit reached."},
-    {0x80040405L, "Command is not authorized."},
-    {0x80040406L, "Improper command syntax."},
-    {0x80040408L, "Queue only allowed at lowest level."},
-    {0x80040409L, "System error."},
-    {0x8004040AL, "Entry already exists."},
-    {0x8004040BL, "Entry no longer exists."},
-    {0x8004040CL, "Destination invalid."},
-    {0x8004040EL, "Story currently being edited."},
-    {0x8004040FL, "Story/directory/queue locked."},
-    {0x80040410L, "Queue is purge locked (purge/remove)."},
-    {0x80040411L, "Queue is not empty."},
-    {0x80040412L, "Invalid from current special mode."},
-    {0x80040413L, "Can't find a keyword."},
-    {0x80040414L, "Queue doesn't allow batch operation."},
-    {0x80040415L, "No such user."},
-    {0x80040416L, "User not logged in."},
-    {0x80040418L, "User logged in (no message to send)."},
-    {0x8004041AL, "Read-only, no typing allowed."},
-    {0x8004041BL, "Could not open map story."},
-    {0x8004041CL, "No entry in map story."},
-    {0x80040420L, "User identification not accepted."},
-    {0x80040422L, "Directory or queue is empty."},
-    {0x8004042EL, "Move converted to duplicate."},
-    {0x80040438L, "System offline message."},
-    {0x80040442L, "Refresh mode on."},
-    {0x80040443L, "Print the message in the packet."},
-    {0x80040449L, "Unable to send mail."},
-    {0x8004044EL, "Password requested was too short."},
-    {0x80040450L, "Batch MOVE, DUP, KILL partial failure."},
-    {0x80040451L, "Command in progress."},
-    {0x80040452L, "Database element name too long."},
-    {0x80040453L, "Queue is being ordered."},
-    {0x80040454L, "This name is being used for a group."},
-    {0x80040455L, "Read-only wire story."},
-    {0x80040456L, "Queue is up to date."},
-    {0x80040457L, "No form for new story."},
-    {0x80040458L, "ZEKO syntax error on story save."},
-    {0x80040459L, "Open of old version for copying failed."},
-    {0x8004045AL, "No devices to monitor."},
-    {0x8004045BL, "Queue doesn't allow batch print."},
-    {0x8004045CL, "Queue is production locked."},
+    {hresult(0x80040401), "Input command has insufficient arguments."},
+    {hresult(0x80040402), "Input argument not recognized."},
+    {hresult(0x80040404), "Subdirectory limit reached."},
+    {hresult(0x80040405), "Command is not authorized."},
+    {hresult(0x80040406), "Improper command syntax."},
+    {hresult(0x80040408), "Queue only allowed at lowest level."},
+    {hresult(0x80040409), "System error."},
+    {hresult(0x8004040A), "Entry already exists."},
+    {hresult(0x8004040B), "Entry no longer exists."},
+    {hresult(0x8004040C), "Destination invalid."},
+    {hresult(0x8004040E), "Story currently being edited."},
+    {hresult(0x8004040F), "Story/directory/queue locked."},
+    {hresult(0x80040410), "Queue is purge locked (purge/remove)."},
+    {hresult(0x80040411), "Queue is not empty."},
+    {hresult(0x80040412), "Invalid from current special mode."},
+    {hresult(0x80040413), "Can't find a keyword."},
+    {hresult(0x80040414), "Queue doesn't allow batch operation."},
+    {hresult(0x80040415), "No such user."},
+    {hresult(0x80040416), "User not logged in."},
+    {hresult(0x80040418), "User logged in (no message to send)."},
+    {hresult(0x8004041A), "Read-only, no typing allowed."},
+    {hresult(0x8004041B), "Could not open map story."},
+    {hresult(0x8004041C), "No entry in map story."},
+    {hresult(0x80040420), "User identification not accepted."},
+    {hresult(0x80040422), "Directory or queue is empty."},
+    {hresult(0x8004042E), "Move converted to duplicate."},
+    {hresult(0x80040438), "System offline message."},
+    {hresult(0x80040442), "Refresh mode on."},
+    {hresult(0x80040443), "Print the message in the packet."},
+    {hresult(0x80040449), "Unable to send mail."},
+    {hresult(0x8004044E), "Password requested was too short."},
+    {hresult(0x80040450), "Batch MOVE, DUP, KILL partial failure."},
+    {hresult(0x80040451), "Command in progress."},
+    {hresult(0x80040452), "Database element name too long."},
+    {hresult(0x80040453), "Queue is being ordered."},
+    {hresult(0x80040454), "This name is being used for a group."},
+    {hresult(0x80040455), "Read-only wire story."},
+    {hresult(0x80040456), "Queue is up to date."},
+    {hresult(0x80040457), "No form for new story."},
+    {hresult(0x80040458), "ZEKO syntax error on story save."},
+    {hresult(0x80040459), "Open of old version for copying failed."},
+    {hresult(0x8004045A), "No devices to monitor."},
+    {hresult(0x8004045B), "Queue doesn't allow batch print."},
+    {hresult(0x8004045C), "Queue is production locked."},
 };
 
 const Expected loginErrors[] = {
-    {0x80040802L, "The news system is offline."},
-    {0x80040803L, "Your client system is not part of the news system configuration."},
-    {0x80040805L, "Resource is not available. Please attempt to connect to a different server."},
-    {0x80040806L, "The news system has run out of resources for new sessions."},
-    {0x80040807L, "Your client system is not listed as authorized for connection to the news system."},
-    {0x80040809L, "Your client application version is incompatible with your selected News Server.  Please select another server."},
-    {0x8004080EL, "Your client application version is incompatible with your selected News Server.  Please select another server."},
+    {hresult(0x80040802), "The news system is offline."},
+    {hresult(0x80040803), "Your client system is not part of the news system configuration."},
+    {hresult(0x80040805), "Resource is not available. Please attempt to connect to a different server."},
+    {hresult(0x80040806), "The news system has run out of resources for new sessions."},
+    {hresult(0x80040807), "Your client system is not listed as authorized for connection to the news system."},
+    {hresult(0x80040809), "Your client application version is incompatible with your selected News Server.  Please select another server."},
+    {hresult(0x8004080E), "Your client application version is incompatible with your selected News Server.  Please select another server."},
 };
 // clang-format on
 
@@ -126,17 +132,17 @@ TEST(ErrorString, HasAllLoginErrors)
 
 TEST(ErrorString, SaysThatACommandHasTooFewArguments)
 {
-    EXPECT_EQ(getErrorString(0x80040401L, false), QStringLiteral("Input command has insufficient arguments."));
+    EXPECT_EQ(getErrorString(hresult(0x80040401), false), QStringLiteral("Input command has insufficient arguments."));
 }
 
 TEST(ErrorString, IsEmptyForANumberWithoutARow)
 {
-    EXPECT_EQ(getErrorString(0x80040403L, false), QString());
+    EXPECT_EQ(getErrorString(hresult(0x80040403), false), QString());
 }
 
 TEST(ErrorString, IsEmptyForEveryOtherCommandError)
 {
-    for (long code = 0x80040400L; code < 0x80040800L; ++code) {
+    for (long code = hresult(0x80040400); code < hresult(0x80040800); ++code) {
         if (!listed(commandErrors, code)) {
             EXPECT_TRUE(getErrorString(code, false).isEmpty()) << std::hex << code;
             EXPECT_TRUE(getErrorString(code, true).isEmpty()) << std::hex << code;
@@ -146,7 +152,7 @@ TEST(ErrorString, IsEmptyForEveryOtherCommandError)
 
 TEST(ErrorString, IsEmptyForEveryOtherLoginError)
 {
-    for (long code = 0x80040800L; code < 0x80040C00L; ++code) {
+    for (long code = hresult(0x80040800); code < hresult(0x80040C00); ++code) {
         if (!listed(loginErrors, code)) {
             EXPECT_TRUE(getErrorString(code, false).isEmpty()) << std::hex << code;
             EXPECT_TRUE(getErrorString(code, true).isEmpty()) << std::hex << code;
@@ -156,85 +162,85 @@ TEST(ErrorString, IsEmptyForEveryOtherLoginError)
 
 TEST(ErrorString, DoesNotLookAtTheSeverityOfTheServersCodes)
 {
-    EXPECT_EQ(getErrorString(0x00040401L, false), getErrorString(0x80040401L, false));
-    EXPECT_EQ(getErrorString(0xE0040401L, false), getErrorString(0x80040401L, false));
+    EXPECT_EQ(getErrorString(hresult(0x00040401), false), getErrorString(hresult(0x80040401), false));
+    EXPECT_EQ(getErrorString(hresult(0xE0040401), false), getErrorString(hresult(0x80040401), false));
 }
 
 TEST(ErrorString, DoesNotLookAtLoginForTheServersCodes)
 {
-    EXPECT_EQ(getErrorString(0x80040457L, true), QStringLiteral("No form for new story."));
-    EXPECT_EQ(getErrorString(0x80040802L, true), QStringLiteral("The news system is offline."));
+    EXPECT_EQ(getErrorString(hresult(0x80040457), true), QStringLiteral("No form for new story."));
+    EXPECT_EQ(getErrorString(hresult(0x80040802), true), QStringLiteral("The news system is offline."));
 }
 
 TEST(ErrorString, SaysThatTheSystemIsOffline)
 {
-    EXPECT_EQ(getErrorString(0x80040802L, false), QStringLiteral("The news system is offline."));
+    EXPECT_EQ(getErrorString(hresult(0x80040802), false), QStringLiteral("The news system is offline."));
 }
 
 TEST(ErrorString, HasOneTextForBothVersionErrors)
 {
     const QString version = QStringLiteral("Your client application version is incompatible with your selected News "
                                            "Server.  Please select another server.");
-    EXPECT_EQ(getErrorString(0x80040809L, false), version);
-    EXPECT_EQ(getErrorString(0x8004080EL, false), version);
+    EXPECT_EQ(getErrorString(hresult(0x80040809), false), version);
+    EXPECT_EQ(getErrorString(hresult(0x8004080E), false), version);
 }
 
 TEST(ErrorString, TakesOnlyTheLow32BitsOfALong)
 {
     EXPECT_EQ(getErrorString(static_cast<long>(static_cast<qint32>(0x80040401)), false),
-              getErrorString(static_cast<long>(0x80040401L), false));
+              getErrorString(static_cast<long>(0x80040401U), false));
     EXPECT_EQ(getErrorString(static_cast<long>(static_cast<qint32>(0x80004005)), false),
-              getErrorString(static_cast<long>(0x80004005L), false));
+              getErrorString(static_cast<long>(0x80004005U), false));
 }
 
 TEST(ErrorString, AsksTheSystemForTheInterfaceFacilitysOtherGroups)
 {
-    EXPECT_TRUE(getErrorString(0x80040001L, false).contains(QStringLiteral("x80040001")));
-    EXPECT_TRUE(getErrorString(0x80040C01L, false).contains(QStringLiteral("x80040c01")));
+    EXPECT_TRUE(getErrorString(hresult(0x80040001), false).contains(QStringLiteral("x80040001")));
+    EXPECT_TRUE(getErrorString(hresult(0x80040C01), false).contains(QStringLiteral("x80040c01")));
 }
 
 TEST(ErrorString, AsksTheSystemForOtherFacilities)
 {
-    EXPECT_TRUE(getErrorString(0x80050401L, false).contains(QStringLiteral("x80050401")));
-    EXPECT_TRUE(getErrorString(0x90040401L, false).contains(QStringLiteral("x90040401")));
+    EXPECT_TRUE(getErrorString(hresult(0x80050401), false).contains(QStringLiteral("x80050401")));
+    EXPECT_TRUE(getErrorString(hresult(0x90040401), false).contains(QStringLiteral("x90040401")));
 }
 
 // ---- signing on -----------------------------------------------------------------------------------------------------
 
 TEST(ErrorString, SaysInvalidUserForAnInvalidParameterOnlyWhenSigningOn)
 {
-    EXPECT_EQ(getErrorString(0x80070057L, true), QStringLiteral("Invalid user name or password."));
-    EXPECT_NE(getErrorString(0x80070057L, false), QStringLiteral("Invalid user name or password."));
-    EXPECT_TRUE(getErrorString(0x80070057L, false).endsWith(QStringLiteral(" (x80070057)")));
+    EXPECT_EQ(getErrorString(hresult(0x80070057), true), QStringLiteral("Invalid user name or password."));
+    EXPECT_NE(getErrorString(hresult(0x80070057), false), QStringLiteral("Invalid user name or password."));
+    EXPECT_TRUE(getErrorString(hresult(0x80070057), false).endsWith(QStringLiteral(" (x80070057)")));
 }
 
 TEST(ErrorString, SaysInvalidUserForARefusedConnection)
 {
-    EXPECT_EQ(getErrorString(0x8007274DL, true), QStringLiteral("Invalid user name or password."));
+    EXPECT_EQ(getErrorString(hresult(0x8007274D), true), QStringLiteral("Invalid user name or password."));
     EXPECT_EQ(getErrorString(10061, true), QStringLiteral("Invalid user name or password."));
 }
 
 TEST(ErrorString, SaysServerNotFoundForAnUnavailableAddress)
 {
-    EXPECT_EQ(getErrorString(0x80072741L, true), QStringLiteral("News server not found."));
-    EXPECT_NE(getErrorString(0x80072741L, false), QStringLiteral("News server not found."));
+    EXPECT_EQ(getErrorString(hresult(0x80072741), true), QStringLiteral("News server not found."));
+    EXPECT_NE(getErrorString(hresult(0x80072741), false), QStringLiteral("News server not found."));
 }
 
 TEST(ErrorString, LooksAtTheLow16BitsOnlyWhenSigningOn)
 {
-    EXPECT_EQ(getErrorString(0x12340057L, true), QStringLiteral("Invalid user name or password."));
+    EXPECT_EQ(getErrorString(hresult(0x12340057), true), QStringLiteral("Invalid user name or password."));
 }
 
 TEST(ErrorString, AsksTheSystemForOtherCodesWhenSigningOn)
 {
-    EXPECT_EQ(getErrorString(0x80004005L, true), getErrorString(0x80004005L, false));
+    EXPECT_EQ(getErrorString(hresult(0x80004005), true), getErrorString(hresult(0x80004005), false));
 }
 
 // ---- the system's texts ---------------------------------------------------------------------------------------------
 
 TEST(ErrorString, EndsASystemMessageWithTheCodeInLowerCaseHexadecimal)
 {
-    const QString message = getErrorString(0x80004005L, false);
+    const QString message = getErrorString(hresult(0x80004005), false);
     EXPECT_TRUE(message.endsWith(QStringLiteral(" (x80004005)"))) << message.toStdString();
     EXPECT_GT(message.size(), 12);
 }
@@ -247,7 +253,7 @@ TEST(ErrorString, WritesTheCodeWithoutPadding)
 
 TEST(ErrorString, KeepsASystemMessageOnOneLine)
 {
-    for (const long code : {0x80004005L, 0x80070057L, 0x80070005L, 5L, 2L}) {
+    for (const long code : {hresult(0x80004005), hresult(0x80070057), hresult(0x80070005), 5L, 2L}) {
         const QString message = getErrorString(code, false);
         EXPECT_FALSE(message.contains(QLatin1Char('\n'))) << message.toStdString();
         EXPECT_FALSE(message.contains(QLatin1Char('\r'))) << message.toStdString();
@@ -256,8 +262,8 @@ TEST(ErrorString, KeepsASystemMessageOnOneLine)
 
 TEST(ErrorString, NamesTheCodeThatTheSystemHasNoTextFor)
 {
-    EXPECT_EQ(getErrorString(0x8ABCDEF1L, false), QStringLiteral("Unexpected error, code = x8abcdef1."));
-    EXPECT_EQ(getErrorString(0x8ABCDEF1L, true), QStringLiteral("Unexpected error, code = x8abcdef1."));
+    EXPECT_EQ(getErrorString(hresult(0x8ABCDEF1), false), QStringLiteral("Unexpected error, code = x8abcdef1."));
+    EXPECT_EQ(getErrorString(hresult(0x8ABCDEF1), true), QStringLiteral("Unexpected error, code = x8abcdef1."));
 }
 
 // ---- translation ----------------------------------------------------------------------------------------------------
@@ -265,14 +271,14 @@ TEST(ErrorString, NamesTheCodeThatTheSystemHasNoTextFor)
 TEST(ErrorString, TranslatesCommandErrorsUnderTheirComment)
 {
     const Echo echo;
-    EXPECT_EQ(getErrorString(0x80040458L, false),
+    EXPECT_EQ(getErrorString(hresult(0x80040458), false),
               QStringLiteral("QObject|ZEKO syntax error on story save.|orvex error"));
 }
 
 TEST(ErrorString, TranslatesLoginErrorsUnderTheirComment)
 {
     const Echo echo;
-    EXPECT_EQ(getErrorString(0x80040802L, false),
+    EXPECT_EQ(getErrorString(hresult(0x80040802), false),
               QStringLiteral("QObject|The news system is offline.|nrcs login error"));
 }
 
@@ -286,12 +292,12 @@ TEST(ErrorString, TranslatesNetworkFailuresUnderTheCommentOfLoginErrors)
 TEST(ErrorString, TranslatesTheUnexpectedErrorBeforeItsNumberIsFilledIn)
 {
     const Echo echo;
-    EXPECT_EQ(getErrorString(0x8ABCDEF1L, false),
+    EXPECT_EQ(getErrorString(hresult(0x8ABCDEF1), false),
               QStringLiteral("QObject|Unexpected error, code = x8abcdef1.|error message"));
 }
 
 TEST(ErrorString, DoesNotTranslateNumbersWithoutARow)
 {
     const Echo echo;
-    EXPECT_EQ(getErrorString(0x80040403L, false), QString());
+    EXPECT_EQ(getErrorString(hresult(0x80040403), false), QString());
 }

@@ -16,17 +16,6 @@
 
 using Quire::QuireCOM;
 
-namespace {
-
-void writeFile(const QString &path, const QByteArray &content)
-{
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(content);
-}
-
-} // namespace
-
 TEST(RegisterCOM, TakesAMissingLibraryForDone)
 {
     const QTemporaryDir folder;
@@ -37,6 +26,13 @@ TEST(RegisterCOM, TakesAMissingLibraryForDone)
 #ifndef Q_OS_WIN
 
 namespace {
+
+void writeFile(const QString &path, const QByteArray &content)
+{
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(content);
+}
 
 /// A folder with both of the server's libraries, and a regsvr32 that a test writes, first on the path of programs.
 class NativeOnlyRegisterCOM : public ::testing::Test
