@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstdio>
 
-#include <QFile>
 
 #ifdef Q_OS_WIN
 #include <fcntl.h>
@@ -130,13 +129,13 @@ void prepareStreams()
 
 #endif
 
+// By the C library, since QFile takes the end of a pipe for an error on Windows.
 bool readStandardInput(QByteArray &bytes)
 {
-    QFile input;
-    if (!input.open(stdin, QIODevice::ReadOnly))
-        return false;
-    bytes = input.readAll();
-    return input.error() == QFileDevice::NoError;
+    char buffer[65536];
+    while (const std::size_t count = std::fread(buffer, 1, sizeof buffer, stdin))
+        bytes.append(buffer, static_cast<int>(count));
+    return std::ferror(stdin) == 0;
 }
 
 } // namespace Tool
