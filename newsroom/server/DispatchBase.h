@@ -2,14 +2,12 @@
 
 #include <type_traits>
 
+#include <quire/newsroom/server/LateBinding.h>
 #include <quire/orvex/Orvex.h>
 
 namespace Newsroom {
 
 /// The IDispatch half of the server's objects, and that they give error information.
-///
-/// Without a type library at hand there is nothing to call late: no type information, no names, no members. This is the
-/// one place to put it.
 template<class Interface>
 class DispatchBase : public Interface, public ISupportErrorInfo
 {
@@ -18,16 +16,16 @@ public:
     {
         if (!count)
             return E_POINTER;
-        *count = 0;
+        *count = canBindLate(__uuidof(Interface)) ? 1 : 0;
         return S_OK;
     }
 
-    STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo **info) override
+    STDMETHODIMP GetTypeInfo(UINT index, LCID, ITypeInfo **info) override
     {
         if (!info)
             return E_POINTER;
         *info = nullptr;
-        return E_NOTIMPL;
+        return index == 0 ? lateTypeInfo(__uuidof(Interface), info) : DISP_E_BADINDEX;
     }
 
     STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR *names, UINT count, LCID, DISPID *ids) override
@@ -36,14 +34,16 @@ public:
             return E_POINTER;
         for (UINT i = 0; i < count; ++i)
             ids[i] = DISPID_UNKNOWN;
-        return DISP_E_UNKNOWNNAME;
+        return lateNames(__uuidof(Interface), names, count, ids);
     }
 
-    STDMETHODIMP Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS *, VARIANT *result, EXCEPINFO *, UINT *) override
+    STDMETHODIMP Invoke(DISPID member, REFIID, LCID, WORD flags, DISPPARAMS *parameters, VARIANT *result,
+                        EXCEPINFO *exception, UINT *wrongArgument) override
     {
         if (result)
             VariantInit(result);
-        return DISP_E_MEMBERNOTFOUND;
+        return lateInvoke(__uuidof(Interface), static_cast<Interface *>(this), member, flags, parameters, result,
+                          exception, wrongArgument);
     }
 
     STDMETHODIMP InterfaceSupportsErrorInfo(REFIID iid) override
