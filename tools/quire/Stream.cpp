@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstdio>
 
-
 #ifdef Q_OS_WIN
 #include <fcntl.h>
 #include <io.h>
