@@ -3,6 +3,8 @@
 #include <QFile>
 #include <QSet>
 #include <QTemporaryDir>
+#include <algorithm>
+#include <string>
 
 #include <quire/newsroom/Newsroom.h>
 #include <quire/newsroom/model/FormFields.h>
@@ -352,6 +354,83 @@ TEST_F(SampleTest, OtherQueuesHaveTheirCounts)
     EXPECT_EQ(countOf("SPORT.RESULTS.LEAGUE"), 3);
     EXPECT_EQ(countOf("SPORT.RESULTS.CUP"), 2);
     EXPECT_EQ(countOf("SPORT.RESULTS.RIDING"), 2);
+}
+
+TEST_F(SampleTest, WiresAndDesksHaveTheirCounts)
+{
+    for (const char *path : {"WIRES.FLASH", "WIRES.NATIONAL", "WIRES.WORLD", "WIRES.BUSINESS"})
+        EXPECT_EQ(countOf(path), 12) << path;
+    EXPECT_EQ(countOf("DESKS.WORLD"), 6);
+    EXPECT_EQ(countOf("DESKS.CULTURE"), 7);
+    EXPECT_EQ(countOf("DESKS.WEATHER"), 6);
+    EXPECT_EQ(countOf("DESKS.LANGUAGES.FRENCH"), 4);
+    EXPECT_EQ(countOf("DESKS.LANGUAGES.GERMAN"), 4);
+    for (const char *language : {"SPANISH", "POLISH", "GREEK", "ARABIC", "HEBREW", "JAPANESE", "HINDI"})
+        EXPECT_EQ(countOf((std::string("DESKS.LANGUAGES.") + language).c_str()), 3) << language;
+}
+
+TEST_F(SampleTest, TheWholeNewsroomIsLarge)
+{
+    EXPECT_GE(allStories().size(), 220);
+}
+
+TEST_F(SampleTest, WiresStateEveryUrgency)
+{
+    QSet<QString> urgencies;
+    for (const char *path : {"WIRES.FLASH", "WIRES.NATIONAL", "WIRES.WORLD", "WIRES.BUSINESS"}) {
+        for (const StoryPointer &story : stories(path)) {
+            const StoryField *field = story->text().field(QStringLiteral("urgency"));
+            ASSERT_NE(field, nullptr) << story->name().toStdString();
+            ASSERT_EQ(field->attributes.size(), 1) << story->name().toStdString();
+            EXPECT_EQ(field->attributes.first().value, field->value) << story->name().toStdString();
+            EXPECT_EQ(story->text().metaValue(QStringLiteral("wire")), QStringLiteral("W"));
+            urgencies.insert(field->value);
+        }
+    }
+    EXPECT_EQ(urgencies, (QSet<QString>{QStringLiteral("1"), QStringLiteral("2"), QStringLiteral("3"),
+                                        QStringLiteral("4"), QStringLiteral("5")}));
+    EXPECT_TRUE(queue("WIRES.WORLD").settings.readOnly);
+}
+
+TEST_F(SampleTest, LanguageDesksAreWrittenInTheirScripts)
+{
+    const QVector<QPair<const char *, QChar::Script>> scripts{
+        {"FRENCH", QChar::Script_Latin},      {"GERMAN", QChar::Script_Latin}, {"SPANISH", QChar::Script_Latin},
+        {"POLISH", QChar::Script_Latin},      {"GREEK", QChar::Script_Greek},  {"ARABIC", QChar::Script_Arabic},
+        {"HEBREW", QChar::Script_Hebrew},     {"JAPANESE", QChar::Script_Han}, {"HINDI", QChar::Script_Devanagari},
+        {"JAPANESE", QChar::Script_Hiragana},
+    };
+    for (const auto &language : scripts) {
+        for (const StoryPointer &story : stories((std::string("DESKS.LANGUAGES.") + language.first).c_str())) {
+            const QString body = story->text().plainBody();
+            const auto letters =
+                std::count_if(body.begin(), body.end(), [&](QChar c) { return c.script() == language.second; });
+            EXPECT_GE(letters, 20) << story->name().toStdString();
+        }
+    }
+}
+
+TEST_F(SampleTest, SomeStoriesHoldCharactersOfTwoUnits)
+{
+    const auto holders = [this](uint character) {
+        int count = 0;
+        for (const StoryPointer &story : allStories())
+            count += story->text().plainBody().contains(QString::fromUcs4(&character, 1)) ? 1 : 0;
+        return count;
+    };
+    EXPECT_GE(holders(0x1D11E), 2); // The clef of the tram song and of the trench.
+    EXPECT_EQ(holders(0x20BB7), 2); // A rare ideograph, at the culture desk and the Japanese one.
+    EXPECT_GE(holders(0x1F436), 1); // A dog.
+}
+
+TEST_F(SampleTest, SomeAnchorsAreLeftOpen)
+{
+    int open = 0;
+    for (const StoryPointer &story : allStories()) {
+        const QString &body = story->text().body;
+        open += body.contains(QLatin1String("<a href=")) && !body.contains(QLatin1String("</a>")) ? 1 : 0;
+    }
+    EXPECT_GE(open, 4);
 }
 
 TEST_F(SampleTest, AQueueWithoutAFormRefusesNewStories)
