@@ -45,6 +45,7 @@ inline bool localTime(__int64 seconds, std::tm &calendar)
         return false;
 #else
     const std::time_t time = seconds;
+    tzset(); // localtime_r need not look at TZ by itself
     if (!localtime_r(&time, &converted))
         return false;
 #endif
