@@ -8,6 +8,7 @@
 
 #include <memory>
 #include <string>
+#include <type_traits>
 
 /// Raises `_com_error`, through the handler of _set_com_error_handler.
 QUIRE_PLATFORM_EXPORT void _com_issue_error(HRESULT result);
@@ -32,6 +33,13 @@ public:
     _bstr_t(const _bstr_t &other) noexcept = default;
     _bstr_t(const char *text);
     _bstr_t(const OLECHAR *text);
+    /// L"..." as well, whose characters are not the automation's here.
+    template<typename Char, typename = std::enable_if_t<std::is_same_v<Char, wchar_t>>>
+    _bstr_t(const Char *text)
+    {
+        if (text)
+            *this = Platform::Detail::fromWide(text, std::char_traits<wchar_t>::length(text)).c_str();
+    }
     /// With `copy` false the object takes the string over.
     _bstr_t(BSTR string, bool copy);
     ~_bstr_t() = default;
