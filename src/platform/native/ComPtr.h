@@ -105,7 +105,12 @@ public:
 
     // ---- assigning
 
-    _com_ptr_t &operator=(const _com_ptr_t &other) noexcept { return operator=(other.m_pInterface); }
+    _com_ptr_t &operator=(const _com_ptr_t &other) noexcept
+    {
+        if (this != &other)
+            operator=(other.m_pInterface);
+        return *this;
+    }
     _com_ptr_t &operator=(Interface *pointer) noexcept
     {
         if (m_pInterface != pointer) {
@@ -344,7 +349,8 @@ private:
         result = OleRun(unknown);
         if (SUCCEEDED(result))
             result = unknown->QueryInterface(GetIID(), reinterpret_cast<void **>(&m_pInterface));
-        unknown->Release();
+        if (unknown) // a class object may answer S_OK without an object, which OleRun refuses
+            unknown->Release();
         return result;
     }
 
