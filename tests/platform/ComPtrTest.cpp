@@ -259,7 +259,7 @@ TEST_F(ComPtr, EqualsAnotherInterfaceOfTheSameObject)
 TEST_F(ComPtr, DiffersFromAnotherObject)
 {
     const ISupportErrorInfoPtr first(object.support());
-    const ISupportErrorInfoPtr second(other.support());
+    const IConnectionPointContainerPtr second(other.container());
     EXPECT_TRUE(first != second);
     EXPECT_FALSE(first == second);
 }
