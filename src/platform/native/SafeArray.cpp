@@ -182,13 +182,14 @@ HRESULT SafeArrayAllocDescriptor(UINT dimensions, SAFEARRAY **array)
 {
     if (!array)
         return E_POINTER;
+    *array = nullptr;
     if (dimensions == 0 || dimensions > 0xFFFF)
         return E_INVALIDARG;
     const std::size_t size = prefix + sizeof(SAFEARRAY) + (dimensions - 1) * sizeof(SAFEARRAYBOUND);
     char *memory = static_cast<char *>(std::calloc(1, size));
-    *array = memory ? reinterpret_cast<SAFEARRAY *>(memory + prefix) : nullptr;
     if (!memory)
         return E_OUTOFMEMORY;
+    *array = reinterpret_cast<SAFEARRAY *>(memory + prefix);
     (*array)->cDims = static_cast<USHORT>(dimensions);
     live.fetch_add(1, std::memory_order_relaxed);
     return S_OK;

@@ -51,6 +51,7 @@ QUIRE_PLATFORM_EXPORT SAFEARRAY *SafeArrayCreateVector(VARTYPE type, LONG lowerB
 QUIRE_PLATFORM_EXPORT SAFEARRAY *SafeArrayCreateVectorEx(VARTYPE type, LONG lowerBound, ULONG count, PVOID extra);
 
 /// A descriptor without a type; the caller fills in cbElements and the bounds and calls SafeArrayAllocData.
+/// `*array` is null after a failure.
 QUIRE_PLATFORM_EXPORT HRESULT SafeArrayAllocDescriptor(UINT dimensions, SAFEARRAY **array);
 QUIRE_PLATFORM_EXPORT HRESULT SafeArrayAllocDescriptorEx(VARTYPE type, UINT dimensions, SAFEARRAY **array);
 /// Memory for all elements, zeroed.
