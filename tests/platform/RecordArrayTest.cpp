@@ -1,0 +1,158 @@
+#include <gtest/gtest.h>
+
+#include <quire/platform/SafeArray.h>
+
+using Platform::SafeArray;
+
+namespace {
+
+/// Describes records of one number, lies on the test's stack, and counts what an array asks of it.
+class CountedRecordInfo final : public IRecordInfo
+{
+public:
+    LONG references = 0;
+    int cleared = 0;
+    int copied = 0;
+    HRESULT sizeResult = S_OK;
+
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID, void **object) override
+    {
+        *object = nullptr;
+        return E_NOINTERFACE;
+    }
+    ULONG STDMETHODCALLTYPE AddRef() override { return static_cast<ULONG>(++references); }
+    ULONG STDMETHODCALLTYPE Release() override { return static_cast<ULONG>(--references); }
+    HRESULT STDMETHODCALLTYPE RecordInit(PVOID) override { return S_OK; }
+    HRESULT STDMETHODCALLTYPE RecordClear(PVOID) override
+    {
+        ++cleared;
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE RecordCopy(PVOID source, PVOID destination) override
+    {
+        ++copied;
+        *static_cast<LONG *>(destination) = *static_cast<LONG *>(source);
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE GetGuid(GUID *) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE GetName(BSTR *) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE GetSize(ULONG *size) override
+    {
+        *size = sizeof(LONG);
+        return sizeResult;
+    }
+    HRESULT STDMETHODCALLTYPE GetTypeInfo(ITypeInfo **) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE GetField(PVOID, LPCOLESTR, VARIANT *) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE GetFieldNoCopy(PVOID, LPCOLESTR, VARIANT *, PVOID *) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE PutField(ULONG, PVOID, LPCOLESTR, VARIANT *) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE PutFieldNoCopy(ULONG, PVOID, LPCOLESTR, VARIANT *) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE GetFieldNames(ULONG *, BSTR *) override { return E_NOTIMPL; }
+    BOOL STDMETHODCALLTYPE IsMatchingType(IRecordInfo *info) override { return info == this; }
+    PVOID STDMETHODCALLTYPE RecordCreate() override { return nullptr; }
+    HRESULT STDMETHODCALLTYPE RecordCreateCopy(PVOID, PVOID *) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE RecordDestroy(PVOID) override { return E_NOTIMPL; }
+};
+
+SafeArray recordsOf(CountedRecordInfo *info, ULONG count)
+{
+    return SafeArray(SafeArrayCreateVectorEx(VT_RECORD, 0, count, static_cast<IRecordInfo *>(info)));
+}
+
+} // namespace
+
+TEST(RecordArray, HoldsItsDescriptionUntilDestroyed)
+{
+    CountedRecordInfo info;
+    {
+        const SafeArray array = recordsOf(&info, 1);
+        ASSERT_TRUE(array);
+        EXPECT_EQ(info.references, 1);
+    }
+    EXPECT_EQ(info.references, 0);
+}
+
+TEST(RecordArray, TakesTheSizeOfARecordFromItsDescription)
+{
+    CountedRecordInfo info;
+    EXPECT_EQ(SafeArrayGetElemsize(recordsOf(&info, 1).get()), sizeof(LONG));
+}
+
+TEST(RecordArray, IsNotMadeWhenTheDescriptionHasNoSize)
+{
+    CountedRecordInfo info;
+    info.sizeResult = E_FAIL;
+    EXPECT_FALSE(recordsOf(&info, 1));
+    EXPECT_EQ(info.references, 0);
+}
+
+TEST(RecordArray, OfHugeSizeKeepsNoDescription)
+{
+    CountedRecordInfo info;
+    EXPECT_FALSE(recordsOf(&info, 0xFFFFFFFF));
+    EXPECT_EQ(info.references, 0);
+}
+
+TEST(RecordArray, HasRecordsByType)
+{
+    CountedRecordInfo info;
+    VARTYPE type = VT_EMPTY;
+    EXPECT_EQ(SafeArrayGetVartype(recordsOf(&info, 1).get(), &type), S_OK);
+    EXPECT_EQ(type, VT_RECORD);
+}
+
+TEST(RecordArray, HandsOutItsDescriptionWithAReference)
+{
+    CountedRecordInfo info;
+    const SafeArray array = recordsOf(&info, 1);
+    IRecordInfoPtr found;
+    ASSERT_EQ(SafeArrayGetRecordInfo(array.get(), &found), S_OK);
+    EXPECT_EQ(found.GetInterfacePtr(), &info);
+    EXPECT_EQ(info.references, 2);
+}
+
+TEST(RecordArray, ReleasesTheDescriptionThatIsReplaced)
+{
+    CountedRecordInfo before;
+    CountedRecordInfo after;
+    const SafeArray array = recordsOf(&before, 1);
+    ASSERT_EQ(SafeArraySetRecordInfo(array.get(), &after), S_OK);
+    EXPECT_EQ(before.references, 0);
+    EXPECT_EQ(after.references, 1);
+}
+
+TEST(RecordArray, ClearsEachRecordWhenDestroyed)
+{
+    CountedRecordInfo info;
+    recordsOf(&info, 3);
+    EXPECT_EQ(info.cleared, 3);
+}
+
+TEST(RecordArray, PutsAndGetsByTheDescription)
+{
+    CountedRecordInfo info;
+    const SafeArray array = recordsOf(&info, 2);
+    LONG index = 1;
+    LONG record = 7;
+    ASSERT_EQ(SafeArrayPutElement(array.get(), &index, &record), S_OK);
+    record = 0;
+    ASSERT_EQ(SafeArrayGetElement(array.get(), &index, &record), S_OK);
+    EXPECT_EQ(record, 7);
+    EXPECT_EQ(info.copied, 2);
+}
+
+TEST(RecordArray, CopyHoldsTheDescriptionAndCopiesEachRecord)
+{
+    CountedRecordInfo info;
+    const SafeArray array = recordsOf(&info, 3);
+    SafeArray copy;
+    ASSERT_EQ(SafeArrayCopy(array.get(), copy.out()), S_OK);
+    EXPECT_EQ(info.references, 2);
+    EXPECT_EQ(info.copied, 3);
+}
+
+TEST(RecordArray, ThatIsOfNumbersHasNoDescription)
+{
+    const SafeArray array = SafeArray::ofBytes("abc", 3);
+    IRecordInfoPtr found;
+    EXPECT_EQ(SafeArrayGetRecordInfo(array.get(), &found), E_INVALIDARG);
+}
