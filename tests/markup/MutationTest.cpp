@@ -9,6 +9,8 @@
 
 #include <gtest/gtest.h>
 
+#include <quire/newsroom/Newsroom.h>
+
 #include "fuzz/markup/MarkupChecks.h"
 #include "markup/Support.h"
 
@@ -16,7 +18,8 @@ using namespace MarkupTest;
 
 namespace {
 
-QStringList sampleDocuments()
+/// Documents with every kind of node, written for this test.
+QStringList ownDocuments()
 {
     QStringList documents;
     const QDir folder(QStringLiteral(MARKUP_TEST_DATA "/documents"));
@@ -26,6 +29,26 @@ QStringList sampleDocuments()
             documents += QString::fromUtf8(file.readAll());
     }
     return documents;
+}
+
+/// The forms and the stories of the sample newsroom.
+QStringList newsroomDocuments()
+{
+    const auto newsroom = Newsroom::sampleModel();
+    QStringList documents;
+    for (const Newsroom::Form &form : newsroom->forms())
+        documents += form.markup;
+    for (const Newsroom::Entry &queue : newsroom->queues()) {
+        const auto stories = newsroom->stories(queue.number());
+        for (const Newsroom::StoryPointer &story : stories.value)
+            documents += story->markup(127);
+    }
+    return documents;
+}
+
+QStringList sampleDocuments()
+{
+    return ownDocuments() + newsroomDocuments();
 }
 
 /// Changes texts at random, the same way in every run.
@@ -79,7 +102,7 @@ private:
 TEST(Mutation, SampleDocumentsAreThereAndReadAsTheyAreWritten)
 {
     const QStringList documents = sampleDocuments();
-    EXPECT_GE(documents.size(), 4);
+    EXPECT_GE(documents.size(), 4 + 4 + 200);
     for (const QString &document : documents)
         EXPECT_EQ(MarkupFuzz::checkDocument(document), QString());
 }
