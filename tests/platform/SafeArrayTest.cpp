@@ -227,6 +227,7 @@ TEST(SafeArray, GotTextIsACopy)
     EXPECT_EQ(text.toString(), QStringLiteral("text"));
 }
 
+#ifndef _WIN32 // Wine 8 makes an empty text of it.
 TEST(SafeArray, TakesANullText)
 {
     const SafeArray array = vectorOf(VT_BSTR, 1);
@@ -234,6 +235,7 @@ TEST(SafeArray, TakesANullText)
     ASSERT_EQ(put(array, 0, nullptr), S_OK);
     EXPECT_EQ(*static_cast<BSTR *>(array.get()->pvData), nullptr);
 }
+#endif
 
 TEST(SafeArray, CountsTheObjectsPutIntoItAndReleasesThem)
 {
@@ -385,12 +387,14 @@ TEST(SafeArray, OfATypeThatIsNoElementIsNotMade)
         EXPECT_FALSE(vectorOf(static_cast<VARTYPE>(type), 1)) << type;
 }
 
+#ifndef _WIN32 // Wine 8 lets the size overflow.
 TEST(SafeArray, OfHugeSizeIsNotMade)
 {
     EXPECT_FALSE(vectorOf(VT_VARIANT, 0xFFFFFFFF));
     SAFEARRAYBOUND bounds[] = {{0x10000, 0}, {0x10000, 0}, {0x10000, 0}};
     EXPECT_FALSE(SafeArray(SafeArrayCreate(VT_VARIANT, 3, bounds)));
 }
+#endif
 
 TEST(SafeArray, DescriptorTakesAnElementSizeOfTheCallers)
 {
@@ -412,6 +416,7 @@ TEST(SafeArray, DescriptorHasNoType)
     EXPECT_EQ(SafeArrayGetVartype(array.get(), &type), E_INVALIDARG);
 }
 
+#ifndef _WIN32 // Wine 8 leaves the pointer as it was.
 TEST(SafeArray, DescriptorWithoutDimensionsIsNotMade)
 {
     for (const UINT dimensions : {0u, 0x10000u}) {
@@ -420,6 +425,7 @@ TEST(SafeArray, DescriptorWithoutDimensionsIsNotMade)
         EXPECT_EQ(array, nullptr) << dimensions;
     }
 }
+#endif
 
 TEST(SafeArray, NullIsAnInvalidArgument)
 {
