@@ -5,6 +5,10 @@
 
 #include <quire/orvex/Orvex.h>
 
+#include <quire/forms/AttributeCodec.h>
+#include <quire/forms/Field.h>
+#include <quire/forms/FormCache.h>
+#include <quire/forms/FormData.h>
 #include <quire/session/Dispatch2.h>
 #include <quire/session/DispatchCache.h>
 #include <quire/session/DispatchWrapper.h>
