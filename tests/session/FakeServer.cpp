@@ -483,8 +483,13 @@ HRESULT Server::enter(const QString &operation, const QString &text)
     Call call{text, QString(), Quire::QuireCOM::m_LockThreadID == GetCurrentThreadId()};
     if (call.lockedByCaller)
         call.label = Quire::QuireCOM::m_LockStr;
+    {
+        const QMutexLocker guard(&m_mutex);
+        m_calls.append(call);
+    }
+    if (onCall)
+        onCall(operation);
     const QMutexLocker guard(&m_mutex);
-    m_calls.append(call);
     if (m_raised.contains(operation))
         throw _com_error(m_raised.value(operation));
     return m_failures.value(operation, S_OK);

@@ -10,6 +10,7 @@
 
 #include <array>
 #include <atomic>
+#include <functional>
 
 #include <quire/orvex/Orvex.h>
 
@@ -69,6 +70,9 @@ public:
     void refuse(Kind kind, REFIID iid, HRESULT result);
     /// Takes back every fail, raise and refuse.
     void mend();
+
+    /// Called in every call, after it was recorded and before it is answered; on the calling thread, with no lock held.
+    std::function<void(const QString &operation)> onCall;
 
     // ---- what happened ----
 

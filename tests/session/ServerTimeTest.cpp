@@ -1,6 +1,5 @@
 #include <quire/session/ServerTime.h>
 
-#include <QByteArray>
 #include <QtGlobal>
 
 #include <gtest/gtest.h>
@@ -9,6 +8,8 @@
 #include <limits>
 
 #include <quire/platform/System.h>
+
+#include "session/Zone.h"
 
 namespace {
 
@@ -102,37 +103,6 @@ TEST(WindowsOnlyConvertOrvex2Date, LeavesTheRecordForATimeThatTheRunTimeCannotCo
 
 namespace {
 
-/// Another local time zone for one scope.
-class Zone
-{
-public:
-    explicit Zone(const char *rule)
-        : m_wasSet(qEnvironmentVariableIsSet("TZ"))
-        , m_before(qgetenv("TZ"))
-    {
-        qputenv("TZ", rule);
-        tzset();
-    }
-    ~Zone()
-    {
-        if (m_wasSet)
-            qputenv("TZ", m_before);
-        else
-            qunsetenv("TZ");
-        tzset();
-    }
-
-private:
-    Q_DISABLE_COPY(Zone)
-    bool m_wasSet;
-    QByteArray m_before;
-};
-
-const char *const berlin = "CET-1CEST,M3.5.0,M10.5.0/3";
-const char *const newYork = "EST5EDT,M3.2.0,M11.1.0";
-const char *const kolkata = "IST-5:30";
-const char *const auckland = "NZST-12NZDT,M9.5.0,M4.1.0/3"; // daylight saving in January
-
 long nowInSeconds()
 {
     return low32(std::time(nullptr));
@@ -169,25 +139,25 @@ TEST(NativeOnlyConvertDate2Orvex, IsTheSameNumberInUTC)
 
 TEST(NativeOnlyConvertDate2Orvex, AddsTheOffsetEastOfUTC)
 {
-    const Zone zone(berlin);
+    const Zone zone(Zones::berlin);
     EXPECT_EQ(ConvertDate2Orvex(1000000000), 1000003600);
 }
 
 TEST(NativeOnlyConvertDate2Orvex, SubtractsTheOffsetWestOfUTC)
 {
-    const Zone zone(newYork);
+    const Zone zone(Zones::newYork);
     EXPECT_EQ(ConvertDate2Orvex(1000000000), 999982000);
 }
 
 TEST(NativeOnlyConvertDate2Orvex, KnowsHalfHours)
 {
-    const Zone zone(kolkata);
+    const Zone zone(Zones::kolkata);
     EXPECT_EQ(ConvertDate2Orvex(1000000000), 1000019800);
 }
 
 TEST(NativeOnlyConvertDate2Orvex, GivesNowAsSecondsSince1970UTCWithoutDaylightSavingInJanuary1970)
 {
-    for (const char *rule : {berlin, newYork, kolkata}) {
+    for (const char *rule : {Zones::berlin, Zones::newYork, Zones::kolkata}) {
         const Zone zone(rule);
         expectNowMovedBy(0);
     }
@@ -195,13 +165,13 @@ TEST(NativeOnlyConvertDate2Orvex, GivesNowAsSecondsSince1970UTCWithoutDaylightSa
 
 TEST(NativeOnlyConvertDate2Orvex, GivesNowMovedByDaylightSavingInJanuary1970)
 {
-    const Zone zone(auckland);
+    const Zone zone(Zones::auckland);
     expectNowMovedBy(3600);
 }
 
 TEST(NativeOnlyConvertOrvex2Date, FillsAllNineFields)
 {
-    const Zone zone(berlin);
+    const Zone zone(Zones::berlin);
     std::tm out = {};
     ConvertOrvex2Date(1000000000, &out); // 2001-09-09 01:46:40 UTC
     expectDate(out, 2001, 9, 9, 3, 46, 40);
@@ -212,7 +182,7 @@ TEST(NativeOnlyConvertOrvex2Date, FillsAllNineFields)
 
 TEST(NativeOnlyConvertOrvex2Date, IsLocalWestOfUTC)
 {
-    const Zone zone(newYork);
+    const Zone zone(Zones::newYork);
     std::tm out = {};
     ConvertOrvex2Date(1000000000, &out);
     expectDate(out, 2001, 9, 8, 21, 46, 40);
