@@ -18,3 +18,8 @@
 #include <quire/session/ServerTime.h>
 #include <quire/session/StoryID.h>
 #include <quire/session/UserInfo.h>
+#include <quire/story/LocalStory.h>
+#include <quire/story/Story.h>
+#include <quire/tree/Attribute.h>
+#include <quire/tree/AttributeKeys.h>
+#include <quire/tree/Item.h>

@@ -1,0 +1,188 @@
+#include <quire/story/Story.h>
+
+#include <memory>
+#include <utility>
+
+#include "HeaderMarkup.h"
+#include "Sections.h"
+#include "TotalTime.h"
+#include <quire/forms/AttributeCodec.h>
+#include <quire/markup/NamedTag.h>
+#include <quire/markup/Parser.h>
+#include <quire/platform/Bstr.h>
+#include <quire/session/QuireCOMMutex.h>
+#include <quire/tree/Item.h>
+
+// The list item of a story: made while its queue loads, expanded when the host first asks for its attributes.
+
+namespace Quire {
+
+namespace {
+
+const int UrgentFlag = 1;
+const int VeryUrgentFlag = 2;
+const int UecFlag = 4;
+const int AlreadyFlag = 8;
+
+/// The keys of every story item. Made once, so that a hundred thousand items share their texts.
+struct PackedKeys
+{
+    const QString storyId = QLatin1String(Attr_Storyid);
+    const QString header = QLatin1String(Attr_Header);
+    const QString fields = QLatin1String(Attr_Fields);
+    const QString lock = QLatin1String(Attr_Lock);
+};
+
+const PackedKeys &packedKeys()
+{
+    static const PackedKeys keys;
+    return keys;
+}
+
+/// An attribute of the header's meta element and what the item gets for it: the value, or a fixed letter.
+struct HeaderAttribute
+{
+    QString name;
+    QString key;
+    QString letter;
+};
+
+const std::vector<HeaderAttribute> &headerAttributes()
+{
+    static const std::vector<HeaderAttribute> attributes{
+        {QStringLiteral("wire"), QLatin1String(Attr_Wire), QString()},
+        {QStringLiteral("mail"), QLatin1String(Attr_Mail), QString()},
+        {QStringLiteral("words"), QLatin1String(Attr_Words), QString()},
+        {QStringLiteral("rate"), QLatin1String(Attr_Rate), QString()},
+        {QStringLiteral("locked"), QLatin1String(Attr_Lock), QString()},
+        {QStringLiteral("break"), QLatin1String(Attr_Break), QStringLiteral("B")},
+        {QStringLiteral("float"), QLatin1String(Attr_Float), QStringLiteral("F")},
+        {QStringLiteral("hold"), QLatin1String(Attr_Hold), QStringLiteral("H")},
+    };
+    return attributes;
+}
+
+/// Characters count, not their halves: what lies beyond the basic plane is kept when it is printable.
+bool isPrintable(const QString &text, int index, int *length)
+{
+    const QChar first = text.at(index);
+    const bool pair = first.isHighSurrogate() && index + 1 < text.length() && text.at(index + 1).isLowSurrogate();
+    *length = pair ? 2 : 1;
+    return pair ? QChar::isPrint(QChar::surrogateToUcs4(first, text.at(index + 1))) : first.isPrint();
+}
+
+QString printableOnly(const QString &text)
+{
+    QString kept;
+    int from = 0; // start of the run of printable characters that is not yet kept
+    int length = 1;
+    for (int index = 0; index < text.length(); index += length) {
+        if (isPrintable(text, index, &length))
+            continue;
+        kept += text.midRef(from, index - from);
+        from = index + length;
+    }
+    if (from == 0)
+        return text;
+    kept += text.midRef(from);
+    return kept;
+}
+
+int flagsOf(const XML::NamedTag &field)
+{
+    int flags = 0;
+    if (!field.m_Attributes.value(QStringLiteral("uec")).isEmpty())
+        flags |= UecFlag;
+    const int urgency = field.m_Attributes.value(QStringLiteral("urgency")).toInt();
+    if (urgency > 1)
+        flags |= UrgentFlag;
+    if (urgency > 2)
+        flags |= VeryUrgentFlag;
+    if (!field.m_Attributes.value(QStringLiteral("aready")).isEmpty())
+        flags |= AlreadyFlag;
+    return flags;
+}
+
+/// The attribute of a field element, without a name when the field has no identifier or no value.
+Attribute attributeOf(XML::NamedTag &field)
+{
+    const QString id = field.m_Attributes.value(QStringLiteral("id"));
+    const QString raw = field.GetEnclosedTextItem();
+    if (id.isEmpty() || raw.isEmpty())
+        return {};
+    Attribute attribute{id, printableOnly(raw), flagsOf(field)};
+    DecodeAttribute(attribute.name, attribute.value);
+    return attribute;
+}
+
+XML::NamedTag *asElement(XML::Tag *tag)
+{
+    return dynamic_cast<XML::NamedTag *>(tag);
+}
+
+} // namespace
+
+void Story::InitStoryItem(Item &item, Orvex::IStory2Ptr story)
+{
+    item.type = Item_Story;
+    if (!story)
+        return;
+    {
+        const QuireCOMMutex lock("static::InitStoryItem");
+        Platform::Bstr name;
+        if (SUCCEEDED(story->get_StoryName(name.out())) && name)
+            item.name = name.toString();
+    }
+    StoryID id{0, 0, 0};
+    GetStoryID(story, id);
+    QString text;
+    GetSection(story, Section::Whole, text, true);
+    const QString head = ExtractTextSection(text, Section::elementName(Section::Head));
+    const QString fields = ExtractTextSection(text, Section::elementName(Section::Fields));
+
+    const PackedKeys &keys = packedKeys();
+    item.attributes.reserve(item.attributes.size() + 3);
+    item.AddAttr(keys.storyId, StoryID2String(id, false));
+    if (!head.isEmpty())
+        item.AddAttr(keys.header, head);
+    else
+        item.AddAttr(keys.lock, QString()); // a story whose header cannot be read is shown as locked
+    if (!fields.isEmpty())
+        item.AddAttr(keys.fields, fields);
+}
+
+void Story::InitStoryHeaderAttributes(Item &item, QString &headerText)
+{
+    const HeaderMarkup header(headerText);
+    const QString id = header.storyID();
+    if (!id.isEmpty())
+        item.AddAttr(QLatin1String(Attr_Headerid), id);
+    if (!header.hasMeta())
+        return;
+    for (const HeaderAttribute &attribute : headerAttributes()) {
+        const QString value = header.meta(attribute.name);
+        if (!value.isEmpty())
+            item.AddAttr(attribute.key, attribute.letter.isNull() ? value : attribute.letter);
+    }
+}
+
+void Story::InitStoryFieldAttributes(Item &item, QString &fieldsText)
+{
+    const QString elementName = QStringLiteral("f");
+    TotalTime total;
+    const std::unique_ptr<XML::Tag> root(XML::Parser().Parse(fieldsText));
+    XML::NamedTag *field = asElement(root->FindTag(elementName, QString(), QString()));
+    while (field) {
+        Attribute attribute = attributeOf(*field);
+        if (!attribute.name.isEmpty()) {
+            total.note(attribute);
+            item.attributes.push_back(std::move(attribute));
+        }
+        field = asElement(XML::Tag::FindNextTag(field, elementName, QString(), QString()));
+    }
+    const QString computed = total.computed();
+    if (!computed.isEmpty())
+        item.AddAttr(TotalTime::fieldName(), computed);
+}
+
+} // namespace Quire

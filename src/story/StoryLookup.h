@@ -1,0 +1,21 @@
+#pragma once
+
+/// \file
+/// Finds a story on the server. Not part of the public surface.
+
+#include <QString>
+
+#include <quire/orvex/Orvex.h>
+#include <quire/session/StoryID.h>
+
+namespace Quire {
+
+/// The handle of the story \a id of the queue \a path, empty when there is none. The queue is searched from its
+/// beginning; other stories that are met are put into the session's cache. When that does not find it the server is
+/// asked for the story itself. What the server raises ends the search; nothing leaves.
+IDispatchPtr lookupStory(const QString &path, StoryID *id);
+
+/// The story \a id of the queue \a path; see Story::GetStory with an index.
+Orvex::IStory2Ptr lookupStoryAt(const QString &path, StoryID id, int index, bool *notFound);
+
+} // namespace Quire
