@@ -23,3 +23,6 @@
 #include <quire/tree/Attribute.h>
 #include <quire/tree/AttributeKeys.h>
 #include <quire/tree/Item.h>
+#include <quire/tree/ItemList.h>
+#include <quire/tree/ListMutexLocker.h>
+#include <quire/tree/SearchList.h>

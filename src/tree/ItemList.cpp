@@ -1,0 +1,161 @@
+#include <quire/tree/ItemList.h>
+
+#include <algorithm>
+#include <utility>
+
+#include <quire/tree/ListMutexLocker.h>
+
+namespace Quire {
+
+ItemList::ItemList() = default;
+
+ItemList::~ItemList()
+{
+    Unlock();
+    // The innermost first, so that the mutex is free when it goes.
+    while (!m_forgottenLockers.empty())
+        m_forgottenLockers.pop_back();
+}
+
+void ItemList::SetID(int id)
+{
+    m_id = id;
+}
+
+int ItemList::ID()
+{
+    return m_id;
+}
+
+void ItemList::SetName(const QString &name)
+{
+    m_name = name;
+}
+
+const QString &ItemList::Name()
+{
+    return m_name;
+}
+
+int ItemList::Size()
+{
+    const ListMutexLocker lock("ItemList::Size()", &m_mutex);
+    return static_cast<int>(m_items.size());
+}
+
+void ItemList::Append(const Item &item)
+{
+    const ListMutexLocker lock("ItemList::Append()", &m_mutex);
+    m_items.push_back(item);
+}
+
+int ItemList::Find(const QString &name)
+{
+    const ListMutexLocker lock("ItemList::Find()", &m_mutex);
+    const auto found = std::find_if(m_items.begin(), m_items.end(), [&](const Item &item) {
+        return item.name.size() == name.size() && item.name.compare(name, Qt::CaseInsensitive) == 0;
+    });
+    return found == m_items.end() ? -1 : static_cast<int>(found - m_items.begin());
+}
+
+Item *ItemList::Nth(int index)
+{
+    const ListMutexLocker lock("ItemList::Nth()", &m_mutex);
+    return ItemList::u_Nth(index);
+}
+
+int ItemList::FindByAttribute(const QString &name, const QString &value)
+{
+    const ListMutexLocker lock("ItemList::FindByAttribute()", &m_mutex);
+    const auto found = std::find_if(m_items.begin(), m_items.end(), [&](const Item &item) {
+        const int index = item.FindAttr(name);
+        return index >= 0 && item.attributes[static_cast<std::size_t>(index)].value == value;
+    });
+    return found == m_items.end() ? -1 : static_cast<int>(found - m_items.begin());
+}
+
+void ItemList::Clear()
+{
+    const ListMutexLocker lock("ItemList::Clear()", &m_mutex);
+    m_items.clear();
+}
+
+void ItemList::SortUnique()
+{
+    const ListMutexLocker lock("ItemList::SortUnique()", &m_mutex);
+    // Places are sorted, not items: an item is several times as large as what is compared.
+    std::vector<Item *> order;
+    order.reserve(m_items.size());
+    for (Item &item : m_items)
+        order.push_back(&item);
+    std::stable_sort(order.begin(), order.end(), [](const Item *a, const Item *b) { return *a < *b; });
+    order.erase(std::unique(order.begin(), order.end(), [](const Item *a, const Item *b) { return *a == *b; }),
+                order.end());
+    std::vector<Item> sorted;
+    sorted.reserve(order.size());
+    for (Item *const item : order)
+        sorted.push_back(std::move(*item));
+    m_items = std::move(sorted);
+}
+
+int ItemList::u_Size()
+{
+    return static_cast<int>(m_items.size());
+}
+
+Item *ItemList::u_Nth(int index)
+{
+    const bool exists = index >= 0 && static_cast<std::size_t>(index) < m_items.size();
+    return exists ? &m_items[static_cast<std::size_t>(index)] : nullptr;
+}
+
+void ItemList::u_Append(Item &&item)
+{
+    m_items.push_back(std::move(item));
+}
+
+bool ItemList::HasChanged(bool reset)
+{
+    const ListMutexLocker lock("ItemList::HasChanged()", &m_mutex);
+    return reset ? m_changed.exchange(false) : m_changed.load();
+}
+
+void ItemList::SetChanged()
+{
+    const ListMutexLocker lock("ItemList::SetChanged()", &m_mutex);
+    m_changed = true;
+}
+
+// ---- the host's lock ------------------------------------------------------------------------------------------------
+
+void ItemList::Lock()
+{
+    hold(std::make_unique<ListMutexLocker>("ItemList::Lock()", &m_mutex));
+}
+
+bool ItemList::tryLock()
+{
+    auto locker = std::make_unique<ListMutexLocker>("ItemList::tryLock()", &m_mutex, true);
+    if (!locker->IsLocked())
+        return false; // the record of the thread that holds the list stays, or nobody could release it any more
+    hold(std::move(locker));
+    return true;
+}
+
+/// Keeps the record for Unlock, on the thread that holds the mutex. A record that was kept before is out of reach then,
+/// and its mutex stays held until the list goes.
+void ItemList::hold(std::unique_ptr<ListMutexLocker> locker)
+{
+    m_forgottenLockers.reserve(m_forgottenLockers.size() + 1);
+    std::unique_ptr<ListMutexLocker> before(m_heldLocker.exchange(locker.release()));
+    if (before)
+        m_forgottenLockers.push_back(std::move(before));
+}
+
+void ItemList::Unlock()
+{
+    // Out of the list first: once the mutex is free another thread keeps its own record there.
+    const std::unique_ptr<ListMutexLocker> held(m_heldLocker.exchange(nullptr));
+}
+
+} // namespace Quire

@@ -1,0 +1,99 @@
+#pragma once
+
+/// \file
+/// A list of items that several threads share.
+
+#include <QMutex>
+#include <QString>
+#include <QtGlobal>
+
+#include <atomic>
+#include <memory>
+#include <vector>
+
+#include <quire/platform/Export.h>
+#include <quire/tree/Item.h>
+
+namespace Quire {
+
+class ListMutexLocker;
+
+/// The one container through which the host sees what the server has: the entries of a directory, the stories of a
+/// queue, the hits of a search.
+///
+/// Items are kept by value. Any thread may call any operation, also while a queue's worker appends: each operation
+/// takes the list's lock for its own duration, but for those that begin with `u_`, for the list's identifier and name,
+/// which belong to the thread that made the list. The host may hold the lock across several calls with Lock or tryLock;
+/// the operations can then still be called on that thread.
+///
+/// Pointers to items stay valid until items are added, cleared or sorted. So hold the lock for as long as you use such
+/// a pointer, or u_Size and u_Nth. While holding it, call nothing that calls the server: the lock of a list and the
+/// server access lock are never held together.
+class QUIRE_EXPORT ItemList
+{
+public:
+    ItemList();
+    /// Releases what Lock and tryLock still hold. No thread may be using the list.
+    virtual ~ItemList();
+
+    /// Sets the list's number; of search lists, the number of the search.
+    virtual void SetID(int id);
+    virtual int ID();
+    /// Sets the list's name: the path of a directory or queue, or the text of a search.
+    virtual void SetName(const QString &name);
+    virtual const QString &Name();
+
+    /// The number of items.
+    virtual int Size();
+    /// Appends a copy of \a item. Does not set the change flag.
+    virtual void Append(const Item &item);
+    /// Index of the first item called \a name without regard to letter case, -1 when there is none.
+    virtual int Find(const QString &name);
+    /// The item at \a index, null when there is none.
+    virtual Item *Nth(int index);
+    /// Index of the first item whose first attribute called \a name has exactly the value \a value, -1 when there is
+    /// none.
+    virtual int FindByAttribute(const QString &name, const QString &value);
+    /// Destroys all items. Does not set the change flag.
+    virtual void Clear();
+    /// Sorts the items by sort key and drops those whose key equals that of an earlier item. Does not set the change
+    /// flag. Only search hits have keys: any other list whose keys the host has not set is left with its first item.
+    virtual void SortUnique();
+    /// As Size, without taking the lock.
+    virtual int u_Size();
+    /// As Nth, without taking the lock.
+    virtual Item *u_Nth(int index);
+    /// Whether the list has changed since the flag was last cleared; with \a reset clears it. True for a new list.
+    virtual bool HasChanged(bool reset);
+    /// Sets the change flag.
+    virtual void SetChanged();
+
+    /// Takes the lock until Unlock, waiting as long as that takes. It does not nest: after a second Lock on the same
+    /// thread one Unlock leaves the list locked, until it is destroyed.
+    void Lock();
+    /// Takes the lock until Unlock if that is possible at once; also true when the thread holds it already.
+    bool tryLock();
+    /// Releases what Lock or tryLock took last; nothing happens when that is nothing.
+    void Unlock();
+
+protected:
+    /// Moves \a item to the end. Under the caller's lock.
+    void u_Append(Item &&item);
+    /// The list's lock, for a ListMutexLocker of a derived class.
+    QMutex &listMutex() { return m_mutex; }
+
+private:
+    Q_DISABLE_COPY(ItemList)
+
+    void hold(std::unique_ptr<ListMutexLocker> locker);
+
+    QMutex m_mutex;
+    std::atomic<ListMutexLocker *> m_heldLocker{nullptr}; // owned; written only by who holds the mutex
+    qint32 m_id = 0;
+    QString m_name;
+    std::vector<Item> m_items; // guarded by m_mutex
+    std::atomic<bool> m_changed{true};
+    std::vector<std::unique_ptr<ListMutexLocker>> m_forgottenLockers; // guarded by m_mutex
+};
+
+} // namespace Quire

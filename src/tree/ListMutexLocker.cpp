@@ -1,0 +1,137 @@
+#include <quire/tree/ListMutexLocker.h>
+
+#include <QMessageLogger>
+#include <QMutexLocker>
+
+#include <quire/platform/Automation.h>
+
+namespace Quire {
+
+bool ListMutexLocker::sDebugListLocks = false;
+
+namespace {
+
+QMessageLogger logger(const char *function)
+{
+    return QMessageLogger("quireDir", 0, function);
+}
+
+} // namespace
+
+/// The records that own a list's mutex, of all threads. Chained through the records themselves, so that nothing can
+/// fail between acquiring a mutex and being found here. Guarded by a leaf mutex.
+class ActiveLockers
+{
+public:
+    static bool contains(const QMutex *mutex, quint32 threadId)
+    {
+        const QMutexLocker guard(&s_mutex);
+        // By thread as well: another thread that has just released the mutex may still have its record here.
+        for (const ListMutexLocker *record = s_first; record; record = record->m_next) {
+            if (record->m_mutex == mutex && record->m_threadId == threadId)
+                return true;
+        }
+        return false;
+    }
+
+    static void add(ListMutexLocker *record)
+    {
+        const QMutexLocker guard(&s_mutex);
+        record->m_next = s_first;
+        if (s_first)
+            s_first->m_previous = record;
+        s_first = record;
+    }
+
+    static void remove(ListMutexLocker *record)
+    {
+        const QMutexLocker guard(&s_mutex);
+        (record->m_previous ? record->m_previous->m_next : s_first) = record->m_next;
+        if (record->m_next)
+            record->m_next->m_previous = record->m_previous;
+    }
+
+    /// Name and thread of a record on \a mutex; false when there is none.
+    static bool holder(const QMutex *mutex, QString *name, quint32 *threadId)
+    {
+        const QMutexLocker guard(&s_mutex);
+        for (const ListMutexLocker *record = s_first; record; record = record->m_next) {
+            if (record->m_mutex == mutex) {
+                *name = record->name();
+                *threadId = record->m_threadId;
+                return true;
+            }
+        }
+        return false;
+    }
+
+private:
+    static QBasicMutex s_mutex;
+    static ListMutexLocker *s_first;
+};
+
+QBasicMutex ActiveLockers::s_mutex;
+ListMutexLocker *ActiveLockers::s_first = nullptr;
+
+ListMutexLocker::ListMutexLocker(const QString &name, QMutex *mutex, bool tryOnly)
+    : ListMutexLocker(name, nullptr, mutex, tryOnly)
+{}
+
+ListMutexLocker::ListMutexLocker(const QString &name, const char *label, QMutex *mutex, bool tryOnly)
+    : m_name(name)
+    , m_label(label)
+    , m_mutex(mutex)
+    , m_threadId(static_cast<quint32>(GetCurrentThreadId()))
+{
+    if (ActiveLockers::contains(m_mutex, m_threadId))
+        m_locked = true;
+    else if (tryOnly)
+        tryLock();
+    else
+        lock();
+}
+
+ListMutexLocker::~ListMutexLocker()
+{
+    if (!m_owns)
+        return;
+    m_mutex->unlock();
+    ActiveLockers::remove(this);
+    if (sDebugListLocks)
+        logger("ListMutexLocker::unlock").debug("%s unlocked (thread %d)", qPrintable(name()), int(m_threadId));
+}
+
+QString ListMutexLocker::name() const
+{
+    return m_label ? QString::fromUtf8(m_label) : m_name;
+}
+
+void ListMutexLocker::lock()
+{
+    QString holder;
+    quint32 holderThread = 0;
+    if (sDebugListLocks && ActiveLockers::holder(m_mutex, &holder, &holderThread)) {
+        logger("ListMutexLocker::lock")
+            .debug("%s (thread %d) blocked on %s (thread %d)", qPrintable(name()), int(m_threadId), qPrintable(holder),
+                   int(holderThread));
+    }
+    m_mutex->lock();
+    ActiveLockers::add(this);
+    m_locked = true;
+    m_owns = true;
+    if (sDebugListLocks)
+        logger("ListMutexLocker::lock").debug("%s locked (thread %d)", qPrintable(name()), int(m_threadId));
+}
+
+void ListMutexLocker::tryLock()
+{
+    if (!m_mutex->tryLock())
+        return;
+    ActiveLockers::add(this);
+    if (sDebugListLocks)
+        logger("ListMutexLocker::trylock").debug("%s trylocked (thread %d)", qPrintable(name()), int(m_threadId));
+    m_locked = true;
+    m_owns = true;
+}
+
+} // namespace Quire

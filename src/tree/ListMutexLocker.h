@@ -1,0 +1,63 @@
+#pragma once
+
+/// \file
+/// Holds the mutex of an item list for one scope.
+
+#include <QMutex>
+#include <QString>
+#include <QtGlobal>
+
+#include <cstddef>
+
+#include <quire/platform/Export.h>
+
+namespace Quire {
+
+/// Holds the mutex of one item list while it lives, and makes it re-entrant: a thread that holds a list's mutex through
+/// one record may make more of them for the same list, which acquire nothing.
+///
+/// Records are destroyed by the thread that made them, innermost first, and must not outlive the list. The name says
+/// what is about to be done with the list; it shows only in the lines that sDebugListLocks turns on.
+class QUIRE_EXPORT ListMutexLocker
+{
+public:
+    /// Writes a line to the debug log, with "quireDir" as the source file, whenever a list's mutex is acquired, waited
+    /// for or released. Initially false; nothing in the library sets it. Set it before other threads use lists.
+    static bool sDebugListLocks;
+
+    /// Takes \a mutex under the literal \a name, which must outlive the record. With \a tryOnly it does not wait: ask
+    /// IsLocked.
+    template<std::size_t Size>
+    ListMutexLocker(const char (&name)[Size], QMutex *mutex, bool tryOnly = false)
+        : ListMutexLocker(QString(), name, mutex, tryOnly)
+    {}
+    /// The same under a name of any kind.
+    ListMutexLocker(const QString &name, QMutex *mutex, bool tryOnly = false);
+    /// Releases the mutex if this record acquired it.
+    ~ListMutexLocker();
+
+    /// True when this thread holds the mutex, through this record or an earlier one.
+    bool IsLocked() const { return m_locked; }
+    /// True when this record acquired the mutex.
+    bool Owns() const { return m_owns; }
+
+private:
+    Q_DISABLE_COPY(ListMutexLocker)
+    friend class ActiveLockers;
+
+    ListMutexLocker(const QString &name, const char *label, QMutex *mutex, bool tryOnly);
+    QString name() const;
+    void lock();
+    void tryLock();
+
+    QString m_name;
+    const char *m_label; // in place of m_name when the name is a literal
+    QMutex *m_mutex;
+    quint32 m_threadId;
+    bool m_locked = false;
+    bool m_owns = false;
+    ListMutexLocker *m_previous = nullptr; // neighbours among the records that own a mutex
+    ListMutexLocker *m_next = nullptr;
+};
+
+} // namespace Quire

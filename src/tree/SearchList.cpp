@@ -1,0 +1,54 @@
+#include <quire/tree/SearchList.h>
+
+#include <quire/session/QuireCOM.h>
+
+namespace Quire {
+
+SearchList::SearchList(int searchId, const QString &searchStr)
+{
+    ItemList::SetID(searchId);
+    ItemList::SetName(searchStr);
+}
+
+SearchList::~SearchList() = default;
+
+int SearchList::SearchID()
+{
+    return ID();
+}
+
+QString SearchList::SearchStr()
+{
+    return Name();
+}
+
+long SearchList::GetTotalHits()
+{
+    return m_totalHits;
+}
+
+void SearchList::SetTotalHits(long totalHits)
+{
+    m_totalHits = static_cast<qint32>(totalHits);
+}
+
+bool SearchList::IsSearchComplete()
+{
+    return m_searchComplete;
+}
+
+void SearchList::SetSearchComplete()
+{
+    m_searchComplete = true;
+}
+
+void SearchList::StopSearch()
+{
+    QuireCOM *const session = QuireCOM::TheQuireCOM;
+    if (!session || IsSearchComplete())
+        return;
+    session->StopSearch(SearchID());
+    SetSearchComplete();
+}
+
+} // namespace Quire
