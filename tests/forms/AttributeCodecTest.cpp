@@ -264,10 +264,8 @@ struct LocalDate
 };
 
 #ifdef Q_OS_WIN
-const LocalDate localDates[] = {{"C", "09/09/01"},
-                                {"English_United States", "9/9/2001"},
-                                {"German_Germany", "09.09.2001"},
-                                {"French_France", "09/09/2001"}};
+const LocalDate localDates[] = {
+    {"C", "09/09/01"}, {"English_United States", "9/9/2001"}, {"French_France", "09/09/2001"}};
 #else
 const LocalDate localDates[] = {{"C", "09/09/01"},
                                 {"POSIX", "09/09/01"},
