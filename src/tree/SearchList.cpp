@@ -1,6 +1,9 @@
 #include <quire/tree/SearchList.h>
 
+#include <utility>
+
 #include <quire/session/QuireCOM.h>
+#include <quire/tree/ListMutexLocker.h>
 
 namespace Quire {
 
@@ -40,6 +43,22 @@ bool SearchList::IsSearchComplete()
 void SearchList::SetSearchComplete()
 {
     m_searchComplete = true;
+}
+
+void SearchList::AddHit(Item &&item)
+{
+    const ListMutexLocker lock("SearchList::AddHit()", &listMutex());
+    u_Append(std::move(item));
+    SetChanged();
+}
+
+void SearchList::Complete(long totalHits)
+{
+    const ListMutexLocker lock("SearchList::Complete()", &listMutex());
+    SetSearchComplete();
+    SetTotalHits(totalHits);
+    SortUnique();
+    SetChanged();
 }
 
 void SearchList::StopSearch()

@@ -35,6 +35,11 @@ public:
     bool IsSearchComplete();
     /// Marks the search as ended.
     void SetSearchComplete();
+    /// Moves \a item to the end and sets the change flag.
+    void AddHit(Item &&item);
+    /// Marks the search as ended with \a totalHits found on the server, sorts the hits, drops double ones and sets the
+    /// change flag: all under one lock, so that nobody reads the hits of an ended search before they are sorted.
+    void Complete(long totalHits);
     /// Has the server stop the search, unless it is complete or there is no session, and marks it as ended.
     void StopSearch();
 
