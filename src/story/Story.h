@@ -177,8 +177,8 @@ public:
     /// Returns whether the element was found with the prefix; whether it was found at all is told by \a start, -1 if
     /// not. Without an end tag \a end is its length less 1. Beyond that nothing is checked.
     static bool GetTextSectionPos(QString &text, QString tag, int &start, int &end);
-    /// The element \a tag of \a text with its tags, found as by GetTextSectionPos; empty when its end is not behind its
-    /// start.
+    /// The element \a tag of \a text with its tags, found as by GetTextSectionPos; empty when it has no end tag, or the
+    /// first one stands before its start.
     static QString ExtractTextSection(QString &text, QString tag);
 
     /// \}
