@@ -2,7 +2,7 @@
 
 #include "HeaderMarkup.h"
 #include "Sections.h"
-#include <quire/platform/Bstr.h>
+#include "StoryLookup.h"
 #include <quire/session/QuireCOMMutex.h>
 
 // What the header says, and the identifier of a server's story.
@@ -69,11 +69,8 @@ QString Story::GetHeaderStoryID(Orvex::IStory2Ptr story)
 void Story::GetStoryID(Orvex::IStory2Ptr story, StoryID &id)
 {
     const QuireCOMMutex lock("static::GetStoryID");
-    if (!story)
-        return;
-    Platform::Bstr text;
-    if (SUCCEEDED(story->get_StoryUnique(text.out())))
-        String2StoryID(text.toString(), &id, 10);
+    if (story)
+        readStoryID(story, &id);
 }
 
 } // namespace Quire

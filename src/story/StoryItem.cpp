@@ -5,6 +5,7 @@
 
 #include "HeaderMarkup.h"
 #include "Sections.h"
+#include "StoryLookup.h"
 #include "TotalTime.h"
 #include <quire/forms/AttributeCodec.h>
 #include <quire/markup/NamedTag.h>
@@ -115,6 +116,14 @@ Attribute attributeOf(XML::NamedTag &field)
     return attribute;
 }
 
+/// The identifier as items carry it, empty when the server does not tell it.
+QString identifierOf(const Orvex::IStory2Ptr &story)
+{
+    const QuireCOMMutex lock("static::GetStoryID");
+    StoryID id{0, 0, 0};
+    return readStoryID(story, &id) ? StoryID2String(id, false) : QString();
+}
+
 XML::NamedTag *asElement(XML::Tag *tag)
 {
     return dynamic_cast<XML::NamedTag *>(tag);
@@ -133,16 +142,14 @@ void Story::InitStoryItem(Item &item, Orvex::IStory2Ptr story)
         if (SUCCEEDED(story->get_StoryName(name.out())) && name)
             item.name = name.toString();
     }
-    StoryID id{0, 0, 0};
-    GetStoryID(story, id);
+    const PackedKeys &keys = packedKeys();
+    item.attributes.reserve(item.attributes.size() + 3);
+    item.AddAttr(keys.storyId, identifierOf(story));
     QString text;
     GetSection(story, Section::Whole, text, true);
     const QString head = ExtractTextSection(text, Section::elementName(Section::Head));
     const QString fields = ExtractTextSection(text, Section::elementName(Section::Fields));
 
-    const PackedKeys &keys = packedKeys();
-    item.attributes.reserve(item.attributes.size() + 3);
-    item.AddAttr(keys.storyId, StoryID2String(id, false));
     if (!head.isEmpty())
         item.AddAttr(keys.header, head);
     else

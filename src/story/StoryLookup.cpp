@@ -32,16 +32,6 @@ Entry entryAt(const Orvex::IQueue2Ptr &queue, int position)
     return {handle, Dispatch2Story(handle)};
 }
 
-/// Reads the identifier; false when the server does not tell it, so that nothing is known of the story.
-bool readID(const Orvex::IStory2Ptr &story, StoryID *id)
-{
-    Platform::Bstr text;
-    if (FAILED(story->get_StoryUnique(text.out())))
-        return false;
-    String2StoryID(text.toString(), id, 10);
-    return true;
-}
-
 /// A story that is passed over is kept unless it differs in one of the two later parts alone: that may be the wanted
 /// story in another version.
 bool isWorthCaching(SID_Diff_t difference)
@@ -58,7 +48,7 @@ Entry search(QuireCOM &session, const QString &path, const Orvex::IQueue2Ptr &qu
         if (!entry.story)
             break;
         StoryID found{};
-        if (!readID(entry.story, &found))
+        if (!readStoryID(entry.story, &found))
             continue;
         const SID_Diff_t difference = CmpStoryID(wanted, &found);
         if (difference == SID_Identical)
@@ -76,7 +66,7 @@ Orvex::IStory2Ptr expectedAt(QuireCOM &session, const QString &path, const Orvex
 {
     const Entry entry = entryAt(queue, index);
     StoryID found{};
-    if (!entry.story || !readID(entry.story, &found))
+    if (!entry.story || !readStoryID(entry.story, &found))
         return {};
     const SID_Diff_t difference = CmpStoryID(wanted, &found);
     if (difference == SID_Identical)
@@ -104,6 +94,15 @@ Orvex::IStory2Ptr findStoryAt(QuireCOM &session, const QString &path, StoryID *w
 }
 
 } // namespace
+
+bool readStoryID(const Orvex::IStory2Ptr &story, StoryID *id)
+{
+    Platform::Bstr text;
+    if (FAILED(story->get_StoryUnique(text.out())))
+        return false;
+    String2StoryID(text.toString(), id, 10);
+    return true;
+}
 
 IDispatchPtr lookupStory(const QString &path, StoryID *id)
 {

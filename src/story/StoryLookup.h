@@ -1,7 +1,7 @@
 #pragma once
 
 /// \file
-/// Finds a story on the server. Not part of the public surface.
+/// Finds stories on the server and tells which they are. Not part of the public surface.
 
 #include <QString>
 
@@ -9,6 +9,10 @@
 #include <quire/session/StoryID.h>
 
 namespace Quire {
+
+/// Reads the identifier of a server's story, under the caller's access lock. False when the server does not tell it; \a
+/// id is left alone then.
+bool readStoryID(const Orvex::IStory2Ptr &story, StoryID *id);
 
 /// The handle of the story \a id of the queue \a path, empty when there is none. The queue is searched from its
 /// beginning; other stories that are met are put into the session's cache. When that does not find it the server is
