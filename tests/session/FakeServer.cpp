@@ -1,5 +1,7 @@
 #include "session/FakeServer.h"
 
+#include <utility>
+
 #include <QMutexLocker>
 
 #include <quire/platform/Bstr.h>
@@ -125,6 +127,21 @@ class QueueObject : public TreeObject<Orvex::IQueue2, Kind::Queue>
 public:
     using TreeObject::TreeObject;
 
+    HRESULT STDMETHODCALLTYPE get_Item(VARIANT index, VARIANT *item) override
+    {
+        const bool number = index.vt == VT_INT;
+        const HRESULT result =
+            enter("get_Item", QLatin1String(number ? "VT_INT " : "other ") + QString::number(index.intVal));
+        if (FAILED(result))
+            return result;
+        const QVector<QueueEntry> entries = m_server.queues.value(m_path);
+        if (!number || index.intVal < 0 || index.intVal >= entries.size())
+            return m_server.endOfQueue;
+        const QueueEntry &entry = entries.at(index.intVal);
+        if (SUCCEEDED(entry.result))
+            handOut(entry, item);
+        return entry.result;
+    }
     HRESULT STDMETHODCALLTYPE get_QueueID(Orvex::QueueIdentifier *) override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE get_FormName(BSTR *) override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE get_Update(VARIANT_BOOL *) override { return E_NOTIMPL; }
@@ -132,6 +149,36 @@ public:
     HRESULT STDMETHODCALLTYPE CreateStory(LONG, VARIANT *) override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE Delete(VARIANT) override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE DeleteAll() override { return E_NOTIMPL; }
+
+private:
+    void handOut(const QueueEntry &entry, VARIANT *item) const
+    {
+        switch (entry.form) {
+        case QueueEntry::Dispatch:
+            item->vt = VT_DISPATCH;
+            item->pdispVal = m_server.newStory(m_path, entry.story);
+            break;
+        case QueueEntry::Unknown:
+            item->vt = VT_UNKNOWN;
+            item->punkVal = m_server.newStory(m_path, entry.story);
+            break;
+        case QueueEntry::Null:
+            item->vt = VT_DISPATCH;
+            item->pdispVal = nullptr;
+            break;
+        case QueueEntry::Number:
+            item->vt = VT_I4;
+            item->lVal = 7;
+            break;
+        case QueueEntry::Text:
+            item->vt = VT_BSTR;
+            item->bstrVal = Platform::toBstr(QStringLiteral("story"));
+            break;
+        case QueueEntry::Nothing:
+            item->vt = VT_EMPTY;
+            break;
+        }
+    }
 };
 
 /// An object that is neither directory nor queue nor story.
@@ -140,21 +187,101 @@ using BareObject = Object<IDispatch, Kind::Bare>;
 class StoryObject : public Object<Orvex::IStory2, Kind::Story>
 {
 public:
-    using Object::Object;
+    StoryObject(Server &server, const QString &path, StoryDataPtr story)
+        : Object(server, path)
+        , m_story(std::move(story))
+    {
+        ++m_story->objects;
+        ++m_story->references;
+    }
+    ~StoryObject() override { --m_story->objects; }
 
-    HRESULT STDMETHODCALLTYPE get_StoryName(BSTR *) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE get_StoryUnique(BSTR *) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE Unlock() override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE get_FormName(BSTR *) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE get_Field(BSTR, BSTR *) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE put_Field(BSTR, BSTR) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE Save(VARIANT_BOOL) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE IsLocked(LONG, VARIANT_BOOL *) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE get_Section(LONG, BSTR *) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE put_Section(LONG, BSTR) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE get_SectionXml(LONG, BSTR *) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE put_SectionXml(LONG, BSTR) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE Lock(LONG, BSTR *) override { return E_NOTIMPL; }
+    ULONG STDMETHODCALLTYPE AddRef() override
+    {
+        ++m_story->references;
+        return Object::AddRef();
+    }
+    ULONG STDMETHODCALLTYPE Release() override
+    {
+        --m_story->references;
+        return Object::Release();
+    }
+
+    HRESULT STDMETHODCALLTYPE get_StoryName(BSTR *name) override
+    {
+        return answer("get_StoryName", QString(), name, [this] { return m_story->name; });
+    }
+    HRESULT STDMETHODCALLTYPE get_StoryUnique(BSTR *identifier) override
+    {
+        return answer("get_StoryUnique", QString(), identifier, [this] { return m_story->unique; });
+    }
+    HRESULT STDMETHODCALLTYPE Unlock() override { return enter("Unlock"); }
+    HRESULT STDMETHODCALLTYPE get_FormName(BSTR *name) override
+    {
+        return answer("get_FormName", QString(), name, [this] { return m_story->formName; });
+    }
+    HRESULT STDMETHODCALLTYPE get_Field(BSTR name, BSTR *value) override
+    {
+        return answer("get_Field", text(name), value, [&] { return m_story->fields.value(text(name)); });
+    }
+    HRESULT STDMETHODCALLTYPE put_Field(BSTR name, BSTR value) override
+    {
+        const HRESULT result = enter("put_Field", text(name) + QStringLiteral(", ") + text(value));
+        if (SUCCEEDED(result))
+            m_story->fields[text(name)] = text(value);
+        return result;
+    }
+    HRESULT STDMETHODCALLTYPE Save(VARIANT_BOOL flag) override { return enter("Save", QString::number(flag)); }
+    HRESULT STDMETHODCALLTYPE IsLocked(LONG lockType, VARIANT_BOOL *locked) override
+    {
+        const HRESULT result = enter("IsLocked", QString::number(lockType));
+        if (SUCCEEDED(result) || m_server.failsWithAnswer)
+            *locked = m_story->locked;
+        return result;
+    }
+    HRESULT STDMETHODCALLTYPE get_Section(LONG section, BSTR *text) override
+    {
+        return answer("get_Section", QString::number(section), text, [&] { return m_story->plain.value(section); });
+    }
+    HRESULT STDMETHODCALLTYPE put_Section(LONG section, BSTR text) override
+    {
+        return put("put_Section", section, text, &m_story->plain);
+    }
+    HRESULT STDMETHODCALLTYPE get_SectionXml(LONG section, BSTR *text) override
+    {
+        return answer("get_SectionXml", QString::number(section), text, [&] { return m_story->markup.value(section); });
+    }
+    HRESULT STDMETHODCALLTYPE put_SectionXml(LONG section, BSTR text) override
+    {
+        return put("put_SectionXml", section, text, &m_story->markup);
+    }
+    HRESULT STDMETHODCALLTYPE Lock(LONG lockType, BSTR *holder) override
+    {
+        const HRESULT result = enter("Lock", QString::number(lockType));
+        *holder = answerText(m_story->holder);
+        return result;
+    }
+
+private:
+    template<typename Value>
+    HRESULT answer(const char *operation, const QString &arguments, BSTR *out, const Value &value)
+    {
+        *out = nullptr;
+        const HRESULT result = enter(operation, arguments);
+        if (SUCCEEDED(result) || m_server.failsWithAnswer)
+            *out = answerText(value());
+        return result;
+    }
+
+    HRESULT put(const char *operation, LONG section, BSTR value, QMap<int, QString> *sections)
+    {
+        const HRESULT result = enter(operation, QStringLiteral("%1, %2").arg(section).arg(text(value)));
+        if (SUCCEEDED(result))
+            (*sections)[section] = text(value);
+        return result;
+    }
+
+    const StoryDataPtr m_story;
 };
 
 /// The sign-on object. Its kind counts as Bare in refusals of queries.
@@ -220,7 +347,11 @@ public:
         *story = nullptr;
         const HRESULT result =
             enter("GetStory", QStringLiteral("%1, %2, %3, %4").arg(text(queuePath)).arg(number).arg(zero1).arg(zero2));
-        if (SUCCEEDED(result) && m_server.storiesExist)
+        if (FAILED(result))
+            return result;
+        if (m_server.direct.contains(number))
+            *story = m_server.newStory(Platform::toQString(queuePath), m_server.direct.value(number));
+        else if (m_server.storiesExist)
             *story = m_server.newObject(Kind::Story, Platform::toQString(queuePath));
         return result;
     }
@@ -537,11 +668,19 @@ IDispatch *Server::newObject(Kind kind, const QString &path)
     case Kind::Queue:
         return new QueueObject(*this, path);
     case Kind::Story:
-        return new StoryObject(*this, path);
+        return new StoryObject(*this, path, std::make_shared<StoryData>(QString()));
     case Kind::Bare:
         break;
     }
     return new BareObject(*this, path);
+}
+
+IDispatch *Server::newStory(const QString &path, const StoryDataPtr &story)
+{
+    if (!story)
+        return new BareObject(*this, path);
+    const QString number = story->unique.section(QLatin1Char(':'), 0, 0);
+    return new StoryObject(*this, path + QLatin1Char('#') + number, story);
 }
 
 } // namespace FakeServer

@@ -11,6 +11,7 @@
 #include <array>
 #include <atomic>
 #include <functional>
+#include <memory>
 
 #include <quire/orvex/Orvex.h>
 
@@ -28,6 +29,44 @@ struct Call
 /// A place in the tree, or the kind of handle that the server gives for it.
 enum class Kind { Directory, Queue, Story, Bare };
 
+/// A story as the server keeps it. A null text is answered as null. Filled by the test; the two counts by the server.
+struct StoryData
+{
+    explicit StoryData(const QString &identifier)
+        : unique(identifier)
+    {}
+
+    QString unique; ///< Answer of get_StoryUnique; what stands before its first ":" names the story's calls.
+    QString name;
+    QString formName;
+    QMap<QString, QString> fields; ///< A field that is not there is answered as null.
+    QMap<int, QString> markup;     ///< Sections of get_SectionXml, 127 for the whole text.
+    QMap<int, QString> plain;      ///< Sections of get_Section.
+    QString holder;                ///< Answer of Lock, whatever its result.
+    VARIANT_BOOL locked = VARIANT_FALSE;
+
+    std::atomic<int> objects{0};    ///< Live objects that stand for the story.
+    std::atomic<int> references{0}; ///< References to these objects.
+};
+using StoryDataPtr = std::shared_ptr<StoryData>;
+
+/// What a queue hands out at one position.
+struct QueueEntry
+{
+    enum Form {
+        Dispatch, ///< VT_DISPATCH
+        Unknown,  ///< VT_UNKNOWN
+        Null,     ///< VT_DISPATCH without an object.
+        Number,   ///< VT_I4
+        Text,     ///< VT_BSTR
+        Nothing   ///< VT_EMPTY
+    };
+
+    StoryDataPtr story; ///< Null: an object that is no story.
+    Form form = Dispatch;
+    HRESULT result = S_OK; ///< When it is a failure, nothing is handed out.
+};
+
 /// The state behind all objects. Registered as the class of the sign-on object while it lives; it must outlive its
 /// objects, which liveObjects() counts. Any thread.
 class Server
@@ -41,6 +80,10 @@ public:
     /// Adds an entry to the tree; the directory above must be there. Names are compared without regard to case.
     void add(Kind kind, const QString &path);
     void remove(const QString &path);
+
+    QMap<QString, QVector<QueueEntry>> queues; ///< The entries of each queue, by its path as added.
+    HRESULT endOfQueue = E_NOINTERFACE;        ///< What a position behind the last entry answers.
+    QMap<int, StoryDataPtr> direct;            ///< What GetStory gives for a number, ahead of storiesExist.
 
     HRESULT creation = S_OK;      ///< What creating the sign-on object answers.
     bool connectionPoints = true; ///< The sign-on object is a container of connection points.
@@ -91,6 +134,9 @@ public:
     QStringList children(const QString &path) const;
     /// A new object for an entry with one reference, for the caller.
     IDispatch *newObject(Kind kind, const QString &path);
+    /// A new object for a story of the queue \a path with one reference, for the caller; no story when \a story is
+    /// null.
+    IDispatch *newStory(const QString &path, const StoryDataPtr &story);
     void born() { ++m_live; }
     void died() { --m_live; }
 
