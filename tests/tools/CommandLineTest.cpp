@@ -14,9 +14,9 @@ TEST_F(CommandLineTest, HelpNamesEveryVerbAndExitCode)
     EXPECT_EQ(run.code, 0);
     EXPECT_EQ(run.errors, QString());
     for (const char *word :
-         {"info",       "tree",       "cat",      "blob",       "parse",          "error",      "newsroom", "demo",
-          "--newsroom", "--built-in", "--user",   "--password", "QUIRE_PASSWORD", "--server",   "--json",   "--version",
-          "Examples:",  "0 done",     "1 failed", "2 wrong",    "3 sign-on",      "4 not found"})
+         {"info",   "tree",      "cat",        "blob",       "parse",    "error",      "newsroom",       "demo",
+          "story",  "form",      "--newsroom", "--built-in", "--user",   "--password", "QUIRE_PASSWORD", "--server",
+          "--json", "--version", "Examples:",  "0 done",     "1 failed", "2 wrong",    "3 sign-on",      "4 not found"})
         EXPECT_TRUE(run.output.contains(QLatin1String(word))) << word;
 }
 
@@ -29,8 +29,8 @@ TEST_F(CommandLineTest, WithoutArgumentsTheHelpIsShown)
 
 TEST_F(CommandLineTest, EveryHelpHasExamplesAndFitsIntoEightyColumns)
 {
-    for (const char *verb : {"", "info", "tree", "cat", "blob put", "blob get", "blob rm", "parse", "error",
-                             "newsroom import", "newsroom export", "newsroom check", "demo"}) {
+    for (const char *verb : {"", "info", "tree", "story", "cat", "form", "blob put", "blob get", "blob rm", "parse",
+                             "error", "newsroom import", "newsroom export", "newsroom check", "demo"}) {
         const Outcome run = quire((QByteArray(verb) + " --help").constData());
         EXPECT_EQ(run.code, 0) << verb;
         EXPECT_TRUE(run.output.contains(QLatin1String("Examples:\n  "))) << verb;

@@ -1,8 +1,8 @@
 #include "CatCommand.h"
 
 #include "Output.h"
-#include "Session.h"
-#include "StoryNumber.h"
+#include "SectionName.h"
+#include "ServerStory.h"
 
 namespace Tool {
 
@@ -22,15 +22,15 @@ void CatCommand::run(Host &host) const
     const StoryNumber number = StoryNumber::parse(m_number);
     Session session(host.options);
     session.signOn();
-    const TreeEntry queue = session.openQueue(m_path);
-    const StoryEntry story = number.open(session, queue);
-    const QString markup = wholeMarkup(story);
+    ServerStory story(session, m_path, number);
+    const StoryEntry &entry = story.entry();
+    const QString markup = story.section(StorySection::Whole, true);
     if (host.options.json)
-        return host.output.json({{QStringLiteral("path"), queue.path},
-                                 {QStringLiteral("number"), story.id.part1},
-                                 {QStringLiteral("id"), Quire::StoryID2String(story.id, true)},
-                                 {QStringLiteral("name"), story.name},
-                                 {QStringLiteral("form"), story.form},
+        return host.output.json({{QStringLiteral("path"), story.path()},
+                                 {QStringLiteral("number"), entry.id.part1},
+                                 {QStringLiteral("id"), Quire::StoryID2String(entry.id, true)},
+                                 {QStringLiteral("name"), entry.name},
+                                 {QStringLiteral("form"), entry.form},
                                  {QStringLiteral("markup"), markup}});
     host.output.document(markup);
 }

@@ -13,9 +13,11 @@
 #include "DemoCommand.h"
 #include "ErrorCommand.h"
 #include "Failure.h"
+#include "FormCommand.h"
 #include "InfoCommand.h"
 #include "NewsroomCommand.h"
 #include "ParseCommand.h"
+#include "StoryCommand.h"
 #include "TreeCommand.h"
 #include "Words.h"
 
@@ -28,7 +30,7 @@ constexpr char helpDescription[] = "quire: browse and edit a newsroom from the c
 constexpr char helpFooter[] = "Without options it signs on to the built-in sample newsroom.\n\n"
                               "Examples:\n"
                               "  quire tree\n"
-                              "  quire cat WIRES.WORLD '#1'\n"
+                              "  quire story WIRES.WORLD '#1'\n"
                               "  quire newsroom import ~/texts nr\n"
                               "  quire --newsroom nr tree --json\n"
                               "  quire error 0x80040405\n\n"
@@ -57,7 +59,9 @@ CommandLine::CommandLine()
     declareOptions();
     add<InfoCommand>();
     add<TreeCommand>();
+    add<StoryCommand>();
     add<CatCommand>();
+    add<FormCommand>();
     add<BlobCommand>();
     add<ParseCommand>();
     add<ErrorCommand>();

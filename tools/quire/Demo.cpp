@@ -5,6 +5,8 @@
 #include "Blobs.h"
 #include "Failure.h"
 #include "Output.h"
+#include "SectionName.h"
+#include "ServerStory.h"
 #include "TextWidth.h"
 #include "TreeSummary.h"
 #include "TreeWalk.h"
@@ -79,7 +81,7 @@ StoryEntry Demo::firstStoryWithText(TreeEntry &queue, QString &text)
             continue;
         for (qint32 position = 0; position < walk.entry().count; ++position) {
             const StoryEntry story = readStory(walk.entry(), position);
-            text = bodyText(story);
+            text = ServerStory(m_session, walk.entry(), story).text();
             if (text.size() < fewestCharactersOfStory)
                 continue;
             queue = walk.entry();
@@ -95,11 +97,12 @@ void Demo::read()
     TreeEntry queue;
     QString text;
     const qint32 number = firstStoryWithText(queue, text).id.part1;
-    const StoryEntry story = m_session.openStory(queue, number);
-    check(bodyText(story) == text, QStringLiteral("the story reads the same by its number"));
+    ServerStory opened(m_session, queue, StoryNumber{number, false});
+    const StoryEntry &story = opened.entry();
+    check(opened.text() == text, QStringLiteral("the story reads the same by its number"));
     check(!!m_session.com().GetCachedStory(queue.path, &story.id, true),
           QStringLiteral("the session keeps the story's handle"));
-    const QString markup = wholeMarkup(story);
+    const QString markup = opened.section(StorySection::Whole, true);
     say(QStringLiteral("%1, number %2, \"%3\"").arg(queue.path, QString::number(number), story.name));
     say(QString());
     const QStringList lines = wrapText(text, m_columns - indent);

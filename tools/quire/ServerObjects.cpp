@@ -21,10 +21,6 @@ constexpr qint32 live = 1 << 0;        // word 3
 constexpr qint32 lockedE = 1 << 2;     // word 3
 constexpr qint32 indexed = 1 << 6;     // word 3
 
-// Numbers of story sections.
-constexpr LONG body = 8;
-constexpr LONG wholeStory = 127;
-
 void require(HRESULT result, const QString &what)
 {
     if (FAILED(result))
@@ -34,11 +30,6 @@ void require(HRESULT result, const QString &what)
 QString positionText(const TreeEntry &entry, qint32 position)
 {
     return QStringLiteral("entry %1 of %2").arg(QString::number(position + 1), entry.path);
-}
-
-QString storyText(const StoryEntry &story)
-{
-    return QStringLiteral("story %1").arg(Quire::StoryID2String(story.id, true));
 }
 
 /// What directories and queues have in common.
@@ -155,22 +146,6 @@ StoryEntry readStory(const IDispatchPtr &handle, const QString &where)
     require(entry.story->get_FormName(text.out()), where);
     entry.form = text.toString();
     return entry;
-}
-
-QString wholeMarkup(const StoryEntry &story)
-{
-    const Quire::QuireCOMMutex lock("quire::wholeMarkup");
-    Platform::Bstr text;
-    require(story.story->get_SectionXml(wholeStory, text.out()), storyText(story));
-    return text.toString();
-}
-
-QString bodyText(const StoryEntry &story)
-{
-    const Quire::QuireCOMMutex lock("quire::bodyText");
-    Platform::Bstr text;
-    require(story.story->get_Section(body, text.out()), storyText(story));
-    return text.toString();
 }
 
 } // namespace Tool

@@ -62,9 +62,5 @@ TreeEntry readChild(const TreeEntry &directory, qint32 position);
 StoryEntry readStory(const TreeEntry &queue, qint32 position);
 /// The story behind a handle; \a where names it in a failure.
 StoryEntry readStory(const IDispatchPtr &handle, const QString &where);
-/// A story's whole markup.
-QString wholeMarkup(const StoryEntry &story);
-/// A story's text as a person reads it, a line for each paragraph.
-QString bodyText(const StoryEntry &story);
 
 } // namespace Tool
