@@ -49,7 +49,7 @@ public:
     /// Replaces the value of that field; a field that is not there is not added.
     void SetField(const QString &name, const QString &value) override;
     /// Writes the story to the process's local story file, in UTF-8 with byte-order mark. The file is replaced whole or
-    /// not at all. True in any case.
+    /// not at all, unless its folder takes no new file: then it is overwritten. True in any case.
     bool Save(bool flag) override;
     /// False.
     bool UpdateHeaderID() override;

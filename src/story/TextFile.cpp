@@ -1,6 +1,7 @@
 #include "TextFile.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QSaveFile>
 #include <QTextCodec>
 #include <QTextStream>
@@ -19,6 +20,36 @@ bool decode(QTextCodec *codec, const QByteArray &bytes, QString *text)
     return state.invalidChars == 0 && state.remainingChars == 0;
 }
 
+bool writeText(QFileDevice &file, const QString &text)
+{
+    QTextStream stream(&file);
+    stream.setCodec("UTF-8");
+    stream.setGenerateByteOrderMark(true);
+    stream << text;
+    stream.flush();
+    return stream.status() == QTextStream::Ok;
+}
+
+bool writeInPlace(const QString &path, const QString &text)
+{
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly) && writeText(file, text);
+}
+
+/// Replacing a file asks for rights on its folder only; its own are to count as well.
+bool mayWrite(const QString &path)
+{
+    return !QFileInfo(path).isFile() ||
+           QFile(path).open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::ExistingOnly);
+}
+
+/// A device or a pipe is written to; a file in its place would be another thing.
+bool isReplaceable(const QString &path)
+{
+    const QFileInfo target(path);
+    return target.isFile() || !target.exists();
+}
+
 } // namespace
 
 QString readTextFile(const QString &path)
@@ -32,22 +63,21 @@ QString readTextFile(const QString &path)
     QString text;
     if (decode(QTextCodec::codecForName("UTF-8"), bytes, &text) || decode(QTextCodec::codecForLocale(), bytes, &text))
         return text;
-    return QString::fromLatin1(bytes);
+    return QString::fromLatin1(bytes.constData(), bytes.size()); // without the size it would end at a zero
 }
 
 bool writeTextFile(const QString &path, const QString &text)
 {
-    QSaveFile file(path);
-    if (path.isEmpty() || !file.open(QIODevice::WriteOnly))
+    if (path.isEmpty() || !mayWrite(path))
         return false;
-    QTextStream stream(&file);
-    stream.setCodec("UTF-8");
-    stream.setGenerateByteOrderMark(true);
-    stream << text;
-    stream.flush();
-    if (stream.status() != QTextStream::Ok)
-        file.cancelWriting();
-    return file.commit();
+    if (!isReplaceable(path))
+        return writeInPlace(path, text);
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly))
+        return writeInPlace(path, text); // no file may be made in that folder
+    if (!writeText(file, text))
+        return false;                                 // what was written is given up
+    return file.commit() || writeInPlace(path, text); // Windows replaces no file that another program has open
 }
 
 } // namespace Quire

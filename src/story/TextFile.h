@@ -12,7 +12,9 @@ namespace Quire {
 QString readTextFile(const QString &path);
 
 /// Writes \a text to the file \a path, in UTF-8 with a byte-order mark. The file is replaced whole or, when anything
-/// goes wrong, left as it was. True when it was written.
+/// goes wrong, left as it was; links to it and its permissions stay. A file that may be written but not replaced (no
+/// other may be made in its folder, or on Windows another program has it open) is overwritten. True when it was
+/// written.
 bool writeTextFile(const QString &path, const QString &text);
 
 } // namespace Quire
