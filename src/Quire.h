@@ -9,6 +9,7 @@
 #include <quire/forms/Field.h>
 #include <quire/forms/FormCache.h>
 #include <quire/forms/FormData.h>
+#include <quire/notify/Notification.h>
 #include <quire/notify/Search.h>
 #include <quire/session/Dispatch2.h>
 #include <quire/session/DispatchCache.h>
