@@ -13,7 +13,7 @@ FrameworkLog *theLog = nullptr;
 
 void logMessage(QtMsgType type, const QMessageLogContext &context, const QString &text)
 {
-    theLog->add({type, QString::fromLatin1(context.file), text});
+    theLog->add({type, QString::fromLatin1(context.file), QString::fromLatin1(context.function), text});
 }
 
 #ifdef Q_OS_WIN

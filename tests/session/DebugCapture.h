@@ -29,6 +29,7 @@ struct LogMessage
 {
     QtMsgType type;
     QString file;
+    QString function;
     QString text;
 };
 

@@ -300,7 +300,10 @@ public:
     ULONG STDMETHODCALLTYPE Release() override { return Object::Release(); }
 
     HRESULT STDMETHODCALLTYPE EnumConnectionPoints(IEnumConnectionPoints **) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE FindConnectionPoint(REFIID, IConnectionPoint **) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE FindConnectionPoint(REFIID iid, IConnectionPoint **point) override
+    {
+        return m_server.findConnectionPoint ? m_server.findConnectionPoint(iid, point) : E_NOTIMPL;
+    }
 
     HRESULT STDMETHODCALLTYPE Reserved1() override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE Disconnect() override

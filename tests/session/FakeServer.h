@@ -117,6 +117,9 @@ public:
     /// Called in every call, after it was recorded and before it is answered; on the calling thread, with no lock held.
     std::function<void(const QString &operation)> onCall;
 
+    /// Answers FindConnectionPoint; without it the answer is E_NOTIMPL.
+    std::function<HRESULT(REFIID iid, IConnectionPoint **point)> findConnectionPoint;
+
     // ---- what happened ----
 
     QStringList calls() const;
