@@ -24,7 +24,10 @@
 #include <quire/story/Story.h>
 #include <quire/tree/Attribute.h>
 #include <quire/tree/AttributeKeys.h>
+#include <quire/tree/Directory.h>
 #include <quire/tree/Item.h>
 #include <quire/tree/ItemList.h>
 #include <quire/tree/ListMutexLocker.h>
+#include <quire/tree/Queue.h>
+#include <quire/tree/QueueUpdateMgr.h>
 #include <quire/tree/SearchList.h>

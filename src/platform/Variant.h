@@ -7,6 +7,31 @@
 
 namespace Platform {
 
+/// \a unknown as an IDispatch, with a reference of its own. Empty for null and for an object that is none
+/// (E_NOINTERFACE); any other failure of the question raises `_com_error`.
+inline IDispatchPtr toDispatch(IUnknown *unknown)
+{
+    return unknown ? IDispatchPtr(unknown) : IDispatchPtr();
+}
+
+/// The object in \a value, with a reference of its own: VT_DISPATCH as it is, VT_UNKNOWN asked for IDispatch as above,
+/// and either by reference. Empty for any other type and for a null object.
+inline IDispatchPtr toDispatch(const VARIANT &value)
+{
+    switch (V_VT(&value)) {
+    case VT_DISPATCH:
+        return IDispatchPtr(V_DISPATCH(&value));
+    case VT_UNKNOWN:
+        return toDispatch(V_UNKNOWN(&value));
+    case VT_DISPATCH | VT_BYREF:
+        return V_DISPATCHREF(&value) ? IDispatchPtr(*V_DISPATCHREF(&value)) : IDispatchPtr();
+    case VT_UNKNOWN | VT_BYREF:
+        return V_UNKNOWNREF(&value) ? toDispatch(*V_UNKNOWNREF(&value)) : IDispatchPtr();
+    default:
+        return IDispatchPtr();
+    }
+}
+
 /// The one owner of a VARIANT: an index on its way to a server, or the value a server hands out. One thread at a time.
 class Variant
 {
@@ -61,28 +86,10 @@ public:
 
     VARTYPE type() const noexcept { return V_VT(&m_variant); }
 
-    /// The object in the value, with a reference of its own: VT_DISPATCH as it is, VT_UNKNOWN asked for IDispatch, and
-    /// either by reference. Empty for any other type, for a null object, and for one that is not an IDispatch
-    /// (E_NOINTERFACE); any other failure of the question raises `_com_error`.
-    IDispatchPtr toDispatch() const
-    {
-        switch (type()) {
-        case VT_DISPATCH:
-            return IDispatchPtr(V_DISPATCH(&m_variant));
-        case VT_UNKNOWN:
-            return fromUnknown(V_UNKNOWN(&m_variant));
-        case VT_DISPATCH | VT_BYREF:
-            return V_DISPATCHREF(&m_variant) ? IDispatchPtr(*V_DISPATCHREF(&m_variant)) : IDispatchPtr();
-        case VT_UNKNOWN | VT_BYREF:
-            return V_UNKNOWNREF(&m_variant) ? fromUnknown(*V_UNKNOWNREF(&m_variant)) : IDispatchPtr();
-        default:
-            return IDispatchPtr();
-        }
-    }
+    /// The object in the value, see toDispatch below.
+    IDispatchPtr toDispatch() const;
 
 private:
-    static IDispatchPtr fromUnknown(IUnknown *unknown) { return unknown ? IDispatchPtr(unknown) : IDispatchPtr(); }
-
     /// An array that somebody left locked cannot be freed; the value goes all the same, so that no one meets it again.
     void clear() noexcept
     {
@@ -92,5 +99,10 @@ private:
 
     VARIANT m_variant;
 };
+
+inline IDispatchPtr Variant::toDispatch() const
+{
+    return Platform::toDispatch(m_variant);
+}
 
 } // namespace Platform

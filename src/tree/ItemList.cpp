@@ -39,19 +39,19 @@ const QString &ItemList::Name()
 
 int ItemList::Size()
 {
-    const ListMutexLocker lock("ItemList::Size()", &m_mutex);
+    const ListMutexLocker lock("ItemList::Size()", m_mutex.get());
     return static_cast<int>(m_items.size());
 }
 
 void ItemList::Append(const Item &item)
 {
-    const ListMutexLocker lock("ItemList::Append()", &m_mutex);
+    const ListMutexLocker lock("ItemList::Append()", m_mutex.get());
     m_items.push_back(item);
 }
 
 int ItemList::Find(const QString &name)
 {
-    const ListMutexLocker lock("ItemList::Find()", &m_mutex);
+    const ListMutexLocker lock("ItemList::Find()", m_mutex.get());
     const auto found = std::find_if(m_items.begin(), m_items.end(), [&](const Item &item) {
         return item.name.size() == name.size() && item.name.compare(name, Qt::CaseInsensitive) == 0;
     });
@@ -60,13 +60,13 @@ int ItemList::Find(const QString &name)
 
 Item *ItemList::Nth(int index)
 {
-    const ListMutexLocker lock("ItemList::Nth()", &m_mutex);
+    const ListMutexLocker lock("ItemList::Nth()", m_mutex.get());
     return ItemList::u_Nth(index);
 }
 
 int ItemList::FindByAttribute(const QString &name, const QString &value)
 {
-    const ListMutexLocker lock("ItemList::FindByAttribute()", &m_mutex);
+    const ListMutexLocker lock("ItemList::FindByAttribute()", m_mutex.get());
     const auto found = std::find_if(m_items.begin(), m_items.end(), [&](const Item &item) {
         const int index = item.FindAttr(name);
         return index >= 0 && item.attributes[static_cast<std::size_t>(index)].value == value;
@@ -76,13 +76,13 @@ int ItemList::FindByAttribute(const QString &name, const QString &value)
 
 void ItemList::Clear()
 {
-    const ListMutexLocker lock("ItemList::Clear()", &m_mutex);
+    const ListMutexLocker lock("ItemList::Clear()", m_mutex.get());
     m_items.clear();
 }
 
 void ItemList::SortUnique()
 {
-    const ListMutexLocker lock("ItemList::SortUnique()", &m_mutex);
+    const ListMutexLocker lock("ItemList::SortUnique()", m_mutex.get());
     // Places are sorted, not items: an item is several times as large as what is compared.
     std::vector<Item *> order;
     order.reserve(m_items.size());
@@ -116,13 +116,13 @@ void ItemList::u_Append(Item &&item)
 
 bool ItemList::HasChanged(bool reset)
 {
-    const ListMutexLocker lock("ItemList::HasChanged()", &m_mutex);
+    const ListMutexLocker lock("ItemList::HasChanged()", m_mutex.get());
     return reset ? m_changed.exchange(false) : m_changed.load();
 }
 
 void ItemList::SetChanged()
 {
-    const ListMutexLocker lock("ItemList::SetChanged()", &m_mutex);
+    const ListMutexLocker lock("ItemList::SetChanged()", m_mutex.get());
     m_changed = true;
 }
 
@@ -130,12 +130,12 @@ void ItemList::SetChanged()
 
 void ItemList::Lock()
 {
-    hold(std::make_unique<ListMutexLocker>("ItemList::Lock()", &m_mutex));
+    hold(std::make_unique<ListMutexLocker>("ItemList::Lock()", m_mutex.get()));
 }
 
 bool ItemList::tryLock()
 {
-    auto locker = std::make_unique<ListMutexLocker>("ItemList::tryLock()", &m_mutex, true);
+    auto locker = std::make_unique<ListMutexLocker>("ItemList::tryLock()", m_mutex.get(), true);
     if (!locker->IsLocked())
         return false; // the record of the thread that holds the list stays, or nobody could release it any more
     hold(std::move(locker));

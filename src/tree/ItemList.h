@@ -79,16 +79,18 @@ public:
 protected:
     /// Moves \a item to the end. Under the caller's lock.
     void u_Append(Item &&item);
+    /// Sets the change flag. Needs no lock.
+    void u_SetChanged() { m_changed = true; }
     /// The list's lock, for a ListMutexLocker of a derived class.
-    QMutex &listMutex() { return m_mutex; }
+    const std::shared_ptr<QMutex> &listMutex() const { return m_mutex; }
 
 private:
     Q_DISABLE_COPY(ItemList)
 
     void hold(std::unique_ptr<ListMutexLocker> locker);
 
-    QMutex m_mutex;
-    std::atomic<ListMutexLocker *> m_heldLocker{nullptr}; // owned; written only by who holds the mutex
+    const std::shared_ptr<QMutex> m_mutex = std::make_shared<QMutex>(); // shared with workers that outlive the list
+    std::atomic<ListMutexLocker *> m_heldLocker{nullptr};               // owned; written only by who holds the mutex
     qint32 m_id = 0;
     QString m_name;
     std::vector<Item> m_items; // guarded by m_mutex

@@ -47,14 +47,14 @@ void SearchList::SetSearchComplete()
 
 void SearchList::AddHit(Item &&item)
 {
-    const ListMutexLocker lock("SearchList::AddHit()", &listMutex());
+    const ListMutexLocker lock("SearchList::AddHit()", listMutex().get());
     u_Append(std::move(item));
     SetChanged();
 }
 
 void SearchList::Complete(long totalHits)
 {
-    const ListMutexLocker lock("SearchList::Complete()", &listMutex());
+    const ListMutexLocker lock("SearchList::Complete()", listMutex().get());
     SetSearchComplete();
     SetTotalHits(totalHits);
     SortUnique();

@@ -1,26 +1,9 @@
 #pragma once
 
-#include <quire/platform/Automation.h>
+#include <quire/platform/Apartment.h>
 
 namespace Tool {
 
-/// The thread's membership in the automation library: joined when made, left when destroyed, on the same thread.
-class Apartment
-{
-public:
-    Apartment()
-        : m_result(CoInitializeEx(nullptr, COINIT_MULTITHREADED))
-    {}
-    ~Apartment()
-    {
-        if (SUCCEEDED(m_result))
-            CoUninitialize();
-    }
-    Apartment(const Apartment &) = delete;
-    Apartment &operator=(const Apartment &) = delete;
-
-private:
-    HRESULT m_result;
-};
+using Platform::Apartment;
 
 } // namespace Tool

@@ -1,0 +1,64 @@
+#include "EntryFlags.h"
+
+#include <array>
+
+namespace Quire {
+
+namespace {
+
+struct Flag
+{
+    const char *key;
+    LONG EntryFlags::*word;
+    LONG mask;
+    QString name; // the key's text, made once for all items
+};
+
+const LONG editLockMask = 1 << 2; // in the third word
+const LONG liveMask = 1 << 0;     // in the third word
+
+/// In the order in which items get the attributes.
+const std::array<Flag, 5> &flagTable()
+{
+    static const std::array<Flag, 5> table{{
+        {Attr_Indexed, &EntryFlags::word3, 1 << 6, QLatin1String(Attr_Indexed)},
+        {Attr_Lock, &EntryFlags::word1, 1 << 1, QLatin1String(Attr_Lock)},
+        {Attr_ConfirmEdit, &EntryFlags::word1, 1 << 6, QLatin1String(Attr_ConfirmEdit)},
+        {Attr_Inverted, &EntryFlags::word1, 1 << 0, QLatin1String(Attr_Inverted)},
+        {Attr_Sorted, &EntryFlags::word2, 1 << 7, QLatin1String(Attr_Sorted)},
+    }};
+    return table;
+}
+
+} // namespace
+
+bool EntryFlags::has(const char *key) const
+{
+    for (const Flag &flag : flagTable()) {
+        if (flag.key == key)
+            return (this->*flag.word & flag.mask) != 0;
+    }
+    return false;
+}
+
+bool EntryFlags::isEditLock() const
+{
+    return (word3 & editLockMask) != 0;
+}
+
+bool EntryFlags::isLive() const
+{
+    return (word3 & liveMask) != 0;
+}
+
+void EntryFlags::addTo(Item &item) const
+{
+    for (const Flag &flag : flagTable()) {
+        if ((this->*flag.word & flag.mask) == 0)
+            continue;
+        const bool edit = flag.key == Attr_Lock && isEditLock();
+        item.AddAttr(flag.name, edit ? QStringLiteral("E") : QString());
+    }
+}
+
+} // namespace Quire

@@ -1,0 +1,322 @@
+#include <quire/tree/Queue.h>
+
+#include <QMutexLocker>
+
+#include <limits>
+#include <utility>
+
+#include "EntryFlags.h"
+#include "QueueListThread.h"
+#include "QueueLoad.h"
+#include "ServerCall.h"
+#include "WorkerPresence.h"
+#include <quire/notify/Search.h>
+#include <quire/platform/Bstr.h>
+#include <quire/session/Dispatch2.h>
+#include <quire/session/QuireCOM.h>
+#include <quire/session/QuireCOMMutex.h>
+#include <quire/story/Story.h>
+#include <quire/tree/ListMutexLocker.h>
+#include <quire/tree/QueueUpdateMgr.h>
+
+// Making and loading a queue.
+
+namespace Quire {
+
+bool Queue::useThreading = true;
+qint32 Queue::sLoadIncrement = 200;
+
+namespace {
+
+const qint32 threadedChunk = 20;
+const qint32 synchronousChunk = 100;
+const unsigned long longestWait = 100; // milliseconds
+
+} // namespace
+
+int Queue::getLoadIncrement()
+{
+    return sLoadIncrement;
+}
+
+void Queue::setLoadIncrement(int increment)
+{
+    if (increment > 0)
+        sLoadIncrement = increment;
+}
+
+// ---- making and ending one ------------------------------------------------------------------------------------------
+
+Queue::Queue(IDispatchPtr object)
+    : Queue(object, true)
+{}
+
+Queue::Queue(const IDispatchPtr &object, bool registerNow)
+    : m_chunkSize(useThreading ? threadedChunk : synchronousChunk)
+    , m_presence(std::make_shared<WorkerPresence>())
+    , m_registerNow(registerNow)
+{
+    if (Describe(object))
+        Queue::Populate(object);
+}
+
+/// Reads what the queue is called and how it behaves; false when the object is no queue.
+bool Queue::Describe(const IDispatchPtr &object)
+{
+    const QuireCOMMutex lock("Queue::Queue");
+    const Orvex::IQueue2Ptr queue = Dispatch2Queue(object);
+    if (!queue)
+        return false;
+    Platform::Bstr name;
+    check(queue->get_Name(name.out()), queue);
+    ItemList::SetName(name.toString());
+    check(queue->get_QueueID(&m_identifier), queue);
+    m_queueId = static_cast<qint32>(m_identifier.number);
+    EntryFlags flags;
+    check(readFlags(queue, &flags), queue);
+    m_flags1 = flags.word1;
+    m_flags2 = flags.word2;
+    m_flags3 = flags.word3;
+    m_liveRefresh = flags.isLive();
+    return true;
+}
+
+Queue::~Queue()
+{
+    const std::shared_ptr<QueueLoad> hanging = AbandonLoad(longestWait);
+    m_presence->close();
+    if (m_liveRefresh)
+        StopUpdates(hanging);
+}
+
+/// Ends the reports of a queue that goes. A load that hangs may hold the access lock, so it does that itself then.
+void Queue::StopUpdates(const std::shared_ptr<QueueLoad> &hanging)
+try {
+    if (hanging && hanging->switchOffWhenEnded(Name(), m_queueId))
+        QueueUpdateMgr::Forget(m_queueId);
+    else
+        QueueUpdateMgr::EndQueueUpdates(this);
+} catch (...) {
+    // A server that does not want to stop reporting is not listened to: the queue's number is forgotten.
+}
+
+bool Queue::IsDirectory()
+{
+    return false;
+}
+
+bool Queue::IsQueue()
+{
+    return true;
+}
+
+// ---- loading --------------------------------------------------------------------------------------------------------
+
+void Queue::Refresh()
+{
+    if (!QuireCOM::TheQuireCOM)
+        return;
+    AbandonLoad(0); // or what it still reads would arrive beside the same stories read anew
+    Directory::Refresh();
+}
+
+void Queue::Populate()
+{
+    m_moreAvailable = false;
+    Directory::Populate();
+}
+
+void Queue::Populate(IDispatchPtr object)
+{
+    Orvex::IQueue2Ptr queue;
+    {
+        const QuireCOMMutex lock("Queue::Populate");
+        queue = Dispatch2Queue(object);
+    }
+    if (!queue)
+        return;
+    m_loadError = S_OK;
+    if (useThreading)
+        StartThread(queue);
+    else
+        LoadNow(queue);
+}
+
+/// The number of stories at which a load from now on stops, -1 for none. Under the list's lock.
+qint32 Queue::NextLimit()
+{
+    if (m_liveRefresh)
+        return -1;
+    const qint64 limit = qint64{u_Size()} + sLoadIncrement;
+    return static_cast<qint32>(qMin<qint64>(limit, std::numeric_limits<qint32>::max()));
+}
+
+/// Lets a worker go on behind the stories that are there. A worker that is still running is abandoned at the same
+/// moment: under the list's lock, so that nothing of it arrives after the stories have been counted.
+void Queue::StartThread(const Orvex::IQueue2Ptr &queue)
+{
+    std::unique_ptr<QueueListThread> worker;
+    {
+        const ListMutexLocker lock("Queue::Populate()", listMutex().get());
+        m_complete = false;
+        m_loadLimit = NextLimit();
+        worker = std::make_unique<QueueListThread>(std::make_shared<QueueLoad>(this, m_loadLimit), queue, u_Size(),
+                                                   m_loadGate);
+        const QMutexLocker guard(&m_workerMutex);
+        std::swap(worker, m_loadThread);
+        if (worker)
+            worker->load()->abandon();
+        m_loadThread->start(QThread::InheritPriority);
+    }
+    QueueListThread::retire(std::move(worker));
+}
+
+void Queue::LoadNow(const Orvex::IQueue2Ptr &queue)
+{
+    AbandonLoad(0);
+    {
+        const ListMutexLocker lock("Queue::Populate()", listMutex().get());
+        m_loadLimit = NextLimit();
+    }
+    QueueLoad load(this, m_loadLimit);
+    int position = 0;
+    try {
+        while (!load.loadChunk(queue, position)) {
+        }
+    } catch (const _com_error &failure) {
+        load.fail(failure.Error());
+        throw;
+    }
+    if (!m_liveRefresh)
+        return;
+    if (m_registerNow)
+        QueueUpdateMgr::BeginQueueUpdates(this);
+    else
+        m_registrationDue = true;
+}
+
+/// Does what was put off while the access lock was held around the making of this queue.
+void Queue::RegisterIfLoaded()
+{
+    m_registerNow = true;
+    if (std::exchange(m_registrationDue, false))
+        QueueUpdateMgr::BeginQueueUpdates(this);
+}
+
+bool Queue::LoadListChunk(Orvex::IQueuePtr queue, int &position)
+{
+    return QueueLoad(this, m_loadLimit).loadChunk(queue, position);
+}
+
+Item Queue::MakeItem(const IDispatchPtr &handle)
+{
+    Orvex::IStory2Ptr story;
+    {
+        const QuireCOMMutex lock("Queue::LoadListChunk:Story");
+        story = Dispatch2Story(handle);
+    }
+    Item item(QString(), Item_Story);
+    Story::InitStoryItem(item, story);
+    return item;
+}
+
+bool Queue::MoreStoriesAvailable()
+{
+    return m_moreAvailable;
+}
+
+void Queue::LoadMore()
+{
+    // Of several threads that ask for more at once, one gets it.
+    if (!m_moreAvailable.exchange(false))
+        return;
+    try {
+        Populate();
+    } catch (...) {
+        m_moreAvailable = true;
+        throw;
+    }
+}
+
+// ---- the end of a load ----------------------------------------------------------------------------------------------
+
+void Queue::Completed()
+{
+    const std::shared_ptr<WorkerPresence> presence = m_presence;
+    if (m_liveRefresh)
+        QueueUpdateMgr::BeginQueueUpdates(this);
+    if (!presence->isClosed())
+        m_complete = true;
+}
+
+bool Queue::IsComplete()
+{
+    if (!m_complete)
+        return false;
+    const std::unique_ptr<QueueListThread> worker = TakeEndedWorker(longestWait);
+    return true;
+}
+
+bool Queue::IsFinished()
+{
+    const std::unique_ptr<QueueListThread> worker = TakeEndedWorker(0);
+    const QMutexLocker guard(&m_workerMutex);
+    return !m_loadThread;
+}
+
+long Queue::GetError()
+{
+    return m_loadError;
+}
+
+/// The worker when it has ended, after waiting at most \a wait ms for that; a worker that runs stays where it is.
+std::unique_ptr<QueueListThread> Queue::TakeEndedWorker(unsigned long wait)
+{
+    const QMutexLocker guard(&m_workerMutex);
+    if (!m_loadThread || QThread::currentThread() == m_loadThread.get())
+        return nullptr;
+    if (!m_loadThread->isFinished() && (wait == 0 || !m_loadThread->wait(wait)))
+        return nullptr;
+    return std::move(m_loadThread);
+}
+
+void Queue::cancelQueueLoad(bool wait)
+{
+    if (wait) {
+        AbandonLoad(longestWait);
+        return;
+    }
+    const QMutexLocker guard(&m_workerMutex);
+    if (m_loadThread)
+        m_loadThread->load()->cancel();
+}
+
+/// Cancels the load and lets go of it, at the latest after \a wait ms. Returns it when it is still running.
+std::shared_ptr<QueueLoad> Queue::AbandonLoad(unsigned long wait)
+{
+    std::unique_ptr<QueueListThread> worker;
+    {
+        const QMutexLocker guard(&m_workerMutex);
+        worker = std::move(m_loadThread);
+    }
+    if (!worker)
+        return nullptr;
+    std::shared_ptr<QueueLoad> load = worker->load();
+    load->cancel();
+    const bool own = QThread::currentThread() == worker.get();
+    const bool ended = worker->isFinished() || (!own && wait > 0 && worker->wait(wait));
+    load->abandon();
+    QueueListThread::retire(std::move(worker));
+    return ended ? nullptr : load;
+}
+
+SearchList *Queue::StartSearch(const QString &text)
+{
+    Search *const searcher = Search::TheSearcher;
+    if (!searcher)
+        return nullptr;
+    const QString root = QStringLiteral(".");
+    return searcher->StartSearch(Name() == root ? QString() : Name(), text);
+}
+
+} // namespace Quire

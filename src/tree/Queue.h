@@ -1,0 +1,184 @@
+#pragma once
+
+/// \file
+/// A queue of stories.
+
+#include <QMutex>
+#include <QString>
+
+#include <atomic>
+#include <memory>
+#include <vector>
+
+#include <quire/orvex/Orvex.h>
+#include <quire/platform/Export.h>
+#include <quire/session/StoryID.h>
+#include <quire/tree/Directory.h>
+
+namespace Quire {
+
+class Field;
+class FormData;
+class QueueListThread;
+class QueueLoad;
+class Story;
+class WorkerPresence;
+
+/// The stories of one queue of the server, as items, and what can be done with them.
+///
+/// A queue can be long, so its list is read in chunks: on a thread of its own while the host shows what has arrived
+/// (useThreading), or at once. Loading stops after some stories more than there were (getLoadIncrement); LoadMore goes
+/// on. Poll HasChanged to learn that stories arrived, IsComplete to learn that the load has ended.
+///
+/// The caller owns the queue. All operations but the destructor may be called on any thread at any time, also while a
+/// load runs. Neither destroying the queue nor cancelling waits for more than 100 ms, whatever the server does: a load
+/// that hangs in a call is abandoned and cleans up after itself. Do neither from the queue's own Completed.
+///
+/// What the server refuses raises `_com_error`, unless said otherwise. During a threaded load it raises nowhere: the
+/// load ends, what arrived stays, and GetError tells.
+class QUIRE_EXPORT Queue : public Directory
+{
+public:
+    /// Load on a thread of the queue's own. Initially true. Also picks the number of stories in a chunk when a queue is
+    /// made: 20 with, 100 without.
+    static bool useThreading;
+    /// How many stories a load adds at most, initially 200. Use the functions below.
+    static qint32 sLoadIncrement;
+    static int getLoadIncrement();
+    /// Nothing happens unless \a increment is positive.
+    static void setLoadIncrement(int increment);
+
+    /// The queue that \a object is; begins to load it. An empty list without a name for any other object.
+    explicit Queue(IDispatchPtr object);
+    /// Ends the server's reports and the load. A subclass that overrides Completed calls cancelQueueLoad(true) in its
+    /// own destructor.
+    ~Queue() override;
+
+    bool IsDirectory() override;
+    bool IsQueue() override;
+    void Refresh() override;
+    SearchList *StartSearch(const QString &text) override;
+
+    /// \name Loading
+    /// \{
+
+    /// The last threaded load has ended, also when it failed. Collects the worker.
+    virtual bool IsComplete();
+    /// Called by the worker when a load has ended without being cancelled: registers a queue with live refresh for
+    /// updates and makes IsComplete true. Overrides call it first.
+    virtual void Completed();
+    /// No worker is running. Collects the worker.
+    virtual bool IsFinished();
+    /// The HRESULT with which the last load failed, 0 when it did not.
+    long GetError();
+    /// Tells the worker to stop after the chunk that it is reading. With \a wait also lets go of it: after at most 100
+    /// ms nothing arrives any more.
+    void cancelQueueLoad(bool wait);
+
+    /// \}
+    /// \name The queue's form
+    /// \{
+
+    /// The fields of the queue's form, in its order: identifier, label as value, flags 0. Empty when there is no form.
+    virtual void RetrieveFields(std::vector<Attribute> &out);
+
+    /// \}
+    /// \name Stories; the caller owns those that are returned
+    /// \{
+
+    /// The story \a id of the list. Null when it is not in the list or for null; see also the next.
+    virtual Story *GetStory(const StoryID *id);
+    /// The story at \a index of the list, opened. Null without such an item, for one that is marked as locked, when the
+    /// server has no story there, and without a session.
+    virtual Story *GetStory(int index);
+    /// Has the server make a story at \a position. Null when it makes none and without a session.
+    virtual Story *CreateStory(int position);
+    /// Has the server delete its story number \a index. False when it does not, and without a session or queue. The
+    /// list stays as it is.
+    virtual bool Delete(int index);
+    /// Has the server delete all stories of the queue. False when it does not, and without a session or queue.
+    virtual bool DeleteAll();
+
+    /// \}
+    /// \name Reports of changes; see QueueUpdateMgr
+    /// \{
+
+    /// Turns the server's reports on or off.
+    virtual void SetUpdate(bool on);
+    /// Whether the server reports changes; false without a session or queue.
+    virtual bool GetUpdate();
+    /// The queue is to be watched; said by the server when the queue was made.
+    virtual bool GetLiveRefresh();
+
+    /// \}
+
+    /// The load stopped at its limit, or failed: there is more to load.
+    virtual bool MoreStoriesAvailable();
+    /// Loads more if there is more: with threading behind what is there; without, from the first story on again, so
+    /// that stories are repeated.
+    virtual void LoadMore();
+
+protected:
+    /// The form of the queue that \a object is, null when there is none. Owned by FormCache.
+    virtual FormData *GetFormA(IDispatchPtr object);
+    /// Loads the queue that \a object is, as far as the limit. A load that is running is abandoned first.
+    void Populate(IDispatchPtr object) override;
+    void Populate() override;
+
+public:
+    /// The field of the queue's form called \a name without regard to letter case, null when there is none. Owned by
+    /// FormCache.
+    Field *FindField(const QString &name);
+    /// The queue's number, by which updates name it.
+    qint32 QueueID() const { return m_queueId; }
+
+protected:
+    /// Reads one chunk of \a queue from \a position on, which moves behind it, into the list. True when there is
+    /// nothing more to read for now.
+    bool LoadListChunk(Orvex::IQueuePtr queue, int &position);
+
+    /// A worker takes and releases this before each chunk: hold it to make a load pause.
+    QMutex &loadGate() { return *m_loadGate; }
+
+private:
+    friend class Directory;
+    friend class QueueListThread;
+    friend class QueueLoad;
+    friend class QueueUpdateMgr;
+    friend struct QueueProbe; // the tests look at the workers
+
+    Queue(const IDispatchPtr &object, bool registerNow);
+
+    bool Describe(const IDispatchPtr &object);
+    qint32 NextLimit();
+    void StartThread(const Orvex::IQueue2Ptr &queue);
+    void LoadNow(const Orvex::IQueue2Ptr &queue);
+    void RegisterIfLoaded();
+    std::unique_ptr<QueueListThread> TakeEndedWorker(unsigned long wait);
+    std::shared_ptr<QueueLoad> AbandonLoad(unsigned long wait);
+    void StopUpdates(const std::shared_ptr<QueueLoad> &hanging);
+    bool IsOpenable(int index);
+    static Item MakeItem(const IDispatchPtr &handle);
+    static void SwitchUpdate(const QString &name, qint32 queueId, bool on);
+
+    // Constant after construction.
+    qint32 m_queueId = 0;
+    Orvex::QueueIdentifier m_identifier{};
+    const qint32 m_chunkSize;
+    bool m_liveRefresh = false;
+    const std::shared_ptr<QMutex> m_loadGate = std::make_shared<QMutex>();
+    const std::shared_ptr<WorkerPresence> m_presence;
+    // Of the thread that makes the queue: whether it is registered as soon as it is loaded, or is due to be.
+    bool m_registerNow;
+    bool m_registrationDue = false;
+    // Free: each value by itself.
+    std::atomic<qint32> m_loadLimit{0};
+    std::atomic<bool> m_moreAvailable{false};
+    std::atomic<bool> m_complete{false};
+    std::atomic<qint32> m_loadError{0};
+    // Guarded by m_workerMutex, a leaf.
+    std::unique_ptr<QueueListThread> m_loadThread;
+    QMutex m_workerMutex;
+};
+
+} // namespace Quire

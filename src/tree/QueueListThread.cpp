@@ -1,0 +1,73 @@
+#include "QueueListThread.h"
+
+#include <QMutexLocker>
+
+#include <algorithm>
+#include <new>
+#include <utility>
+#include <vector>
+
+#include "QueueLoad.h"
+#include <quire/platform/Apartment.h>
+
+namespace Quire {
+
+QueueListThread::QueueListThread(std::shared_ptr<QueueLoad> load, Orvex::IQueuePtr server, int position,
+                                 std::shared_ptr<QMutex> gate)
+    : m_load(std::move(load))
+    , m_gate(std::move(gate))
+    , m_server(server)
+    , m_position(position)
+{}
+
+QueueListThread::~QueueListThread() = default;
+
+void QueueListThread::run()
+{
+    const Platform::Apartment apartment;
+    bool ended = true;
+    try {
+        ended = readChunks();
+    } catch (const _com_error &failure) {
+        m_load->fail(failure.Error());
+    } catch (const std::bad_alloc &) {
+        m_load->fail(E_OUTOFMEMORY);
+    } catch (...) {
+        m_load->fail(E_FAIL);
+    }
+    m_server = nullptr; // while the apartment lasts
+    if (ended && !m_load->isCancelled()) {
+        exit(0);
+        m_load->complete();
+    }
+    m_load->end();
+}
+
+/// False when the load was cancelled before its end.
+bool QueueListThread::readChunks()
+{
+    while (!m_load->isCancelled()) {
+        m_gate->lock();
+        m_gate->unlock();
+        if (m_load->loadChunk(m_server, m_position))
+            return true;
+    }
+    return false;
+}
+
+void QueueListThread::retire(std::unique_ptr<QueueListThread> worker)
+{
+    // Never destroyed: a worker that hangs until the process ends must not meet the end of its own thread object.
+    static QBasicMutex mutex;
+    static auto *const retired = new std::vector<std::unique_ptr<QueueListThread>>;
+    std::vector<std::unique_ptr<QueueListThread>> ended; // destroyed without the mutex
+    const QMutexLocker lock(&mutex);
+    if (worker)
+        retired->push_back(std::move(worker));
+    const auto firstEnded = std::stable_partition(retired->begin(), retired->end(),
+                                                  [](const auto &candidate) { return !candidate->isFinished(); });
+    std::move(firstEnded, retired->end(), std::back_inserter(ended));
+    retired->erase(firstEnded, retired->end());
+}
+
+} // namespace Quire

@@ -1,0 +1,45 @@
+#pragma once
+
+/// \file
+/// The thread that loads a queue. Not part of the public surface.
+
+#include <QMutex>
+#include <QThread>
+
+#include <memory>
+
+#include <quire/orvex/Orvex.h>
+
+namespace Quire {
+
+class QueueLoad;
+
+/// Runs one load of a queue, with a reference of its own to the server's queue, which it gives up at its end.
+///
+/// Made, started and collected on any thread. Never destroyed while it runs: retire() takes care of one that hangs.
+class QueueListThread : public QThread
+{
+public:
+    /// Is going to read \a server from \a position on, and to pause while somebody holds \a gate.
+    QueueListThread(std::shared_ptr<QueueLoad> load, Orvex::IQueuePtr server, int position,
+                    std::shared_ptr<QMutex> gate);
+    ~QueueListThread() override;
+
+    const std::shared_ptr<QueueLoad> &load() const { return m_load; }
+
+    /// Destroys \a worker, null allowed, now or, when it is still running, some time after it has ended.
+    static void retire(std::unique_ptr<QueueListThread> worker);
+
+protected:
+    void run() override;
+
+private:
+    bool readChunks();
+
+    const std::shared_ptr<QueueLoad> m_load;
+    const std::shared_ptr<QMutex> m_gate;
+    Orvex::IQueuePtr m_server;
+    int m_position;
+};
+
+} // namespace Quire

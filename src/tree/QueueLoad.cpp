@@ -1,0 +1,139 @@
+#include "QueueLoad.h"
+
+#include <QMutexLocker>
+
+#include <limits>
+#include <new>
+#include <utility>
+
+#include "ObjectArray.h"
+#include "ServerCall.h"
+#include "WorkerPresence.h"
+#include <quire/platform/Variant.h>
+#include <quire/session/QuireCOMMutex.h>
+#include <quire/tree/ListMutexLocker.h>
+#include <quire/tree/Queue.h>
+
+namespace Quire {
+
+QueueLoad::QueueLoad(Queue *queue, qint32 limit)
+    : m_listMutex(queue->listMutex())
+    , m_presence(queue->m_presence)
+    , m_chunkSize(queue->m_chunkSize)
+    , m_limit(limit)
+    , m_queue(queue)
+{}
+
+/// Does \a change to the queue under its list's lock; false when the load has been abandoned.
+template<typename Change>
+bool QueueLoad::publish(Change change)
+{
+    const ListMutexLocker lock("Queue::LoadListChunk()", m_listMutex.get());
+    if (!m_queue)
+        return false;
+    change(*m_queue);
+    return true;
+}
+
+bool QueueLoad::loadChunk(const Orvex::IQueuePtr &server, int &position)
+{
+    if (!server)
+        return true;
+    Platform::Variant answer;
+    {
+        const QuireCOMMutex lock("Queue::LoadListChunk:GetList");
+        check(server->GetList(position, m_chunkSize, answer.out()), server);
+    }
+    const ObjectArray stories(answer);
+    const int count = stories.size();
+    if (count < 1) {
+        publish([](Queue &queue) { queue.m_moreAvailable = false; });
+        return true;
+    }
+    for (int index = 0; index < count; ++index) {
+        if (!append(stories.at(index)))
+            return true;
+    }
+    position = count > std::numeric_limits<int>::max() - position ? std::numeric_limits<int>::max() : position + count;
+    const bool last = count != m_chunkSize;
+    const bool finished = last || (m_limit >= 1 && position >= m_limit);
+    const bool current = publish([&](Queue &queue) {
+        queue.u_SetChanged();
+        if (finished)
+            queue.m_moreAvailable = !last;
+    });
+    return finished || !current;
+}
+
+/// Makes an item of the story and appends it; an empty handle is passed over. False when abandoned.
+bool QueueLoad::append(const IDispatchPtr &handle)
+{
+    if (!handle)
+        return true;
+    Item item = Queue::MakeItem(handle);
+    return publish([&](Queue &queue) { queue.u_Append(std::move(item)); });
+}
+
+void QueueLoad::abandon()
+{
+    cancel();
+    const ListMutexLocker lock("Queue::cancelQueueLoad()", m_listMutex.get());
+    m_queue = nullptr;
+}
+
+void QueueLoad::fail(HRESULT error)
+{
+    publish([&](Queue &queue) {
+        queue.m_loadError = error;
+        queue.m_moreAvailable = true;
+    });
+}
+
+void QueueLoad::complete()
+{
+    Queue *queue = nullptr;
+    publish([&](Queue &current) {
+        queue = &current;
+        m_presence->enter();
+    });
+    if (!queue)
+        return;
+    HRESULT error = S_OK;
+    try {
+        queue->Completed();
+    } catch (const _com_error &failure) {
+        error = failure.Error();
+    } catch (...) {
+        error = E_FAIL;
+    }
+    if (FAILED(error) && m_presence->isInside()) {
+        queue->m_loadError = error;
+        queue->m_complete = true; // whatever went wrong, the host waits for it
+    }
+    m_presence->leave();
+}
+
+bool QueueLoad::switchOffWhenEnded(const QString &queueName, qint32 queueId)
+{
+    const QMutexLocker lock(&m_endMutex);
+    if (m_ended)
+        return false;
+    m_switchOff = true;
+    m_queueName = queueName;
+    m_queueId = queueId;
+    return true;
+}
+
+void QueueLoad::end()
+try {
+    {
+        const QMutexLocker lock(&m_endMutex);
+        m_ended = true;
+    }
+    if (m_switchOff)
+        Queue::SwitchUpdate(m_queueName, m_queueId, false);
+} catch (...) {
+    // The queue is gone, and with it whoever would be told.
+}
+
+} // namespace Quire

@@ -1,0 +1,71 @@
+#pragma once
+
+/// \file
+/// One load of a queue's stories. Not part of the public surface.
+
+#include <QMutex>
+#include <QString>
+
+#include <atomic>
+#include <memory>
+
+#include <quire/orvex/Orvex.h>
+
+namespace Quire {
+
+class Queue;
+class WorkerPresence;
+
+/// Reads chunks of stories from the server into a queue's list, for as long as it is the queue's load: once abandoned
+/// it never touches the queue again, which may then be gone.
+///
+/// Shared by the queue and the worker. The server's queue is read by the worker alone; the rest may be called on any
+/// thread.
+class QueueLoad
+{
+public:
+    /// A load of at most up to \a limit stories, -1 for all.
+    QueueLoad(Queue *queue, qint32 limit);
+
+    /// Reads one chunk; see Queue::LoadListChunk. Also true once abandoned.
+    bool loadChunk(const Orvex::IQueuePtr &server, int &position);
+
+    /// No further chunk is to be read.
+    void cancel() { m_cancelled = true; }
+    bool isCancelled() const { return m_cancelled; }
+    /// Nothing of this load reaches the queue from now on.
+    void abandon();
+
+    /// The load ends with a failure: there is more to load.
+    void fail(HRESULT error);
+    /// Calls the queue's Completed. Nothing leaves.
+    void complete();
+
+    /// Has the worker switch the server's reports off when it ends; false when it has ended already.
+    bool switchOffWhenEnded(const QString &queueName, qint32 queueId);
+    /// The worker's last word.
+    void end();
+
+private:
+    template<typename Change>
+    bool publish(Change change);
+    bool append(const IDispatchPtr &handle);
+
+    // Constant after construction.
+    const std::shared_ptr<QMutex> m_listMutex;
+    const std::shared_ptr<WorkerPresence> m_presence;
+    const qint32 m_chunkSize;
+    const qint32 m_limit;
+
+    std::atomic<bool> m_cancelled{false};
+    Queue *m_queue; // guarded by m_listMutex; null once abandoned
+
+    // Guarded by m_endMutex, a leaf.
+    QMutex m_endMutex;
+    bool m_ended = false;
+    bool m_switchOff = false;
+    QString m_queueName;
+    qint32 m_queueId = 0;
+};
+
+} // namespace Quire

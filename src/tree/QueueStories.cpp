@@ -1,0 +1,214 @@
+#include <quire/tree/Queue.h>
+
+#include <QMessageLogger>
+
+#include <memory>
+
+#include "ServerCall.h"
+#include "WorkerPresence.h"
+#include <quire/forms/FormCache.h>
+#include <quire/platform/Bstr.h>
+#include <quire/session/Dispatch2.h>
+#include <quire/session/QuireCOM.h>
+#include <quire/session/QuireCOMMutex.h>
+#include <quire/story/Story.h>
+#include <quire/tree/ListMutexLocker.h>
+
+// What can be done with the stories of a queue, its form, and its reports.
+
+namespace Quire {
+
+namespace {
+
+/// The queue \a name on the server, empty when there is none. Under the access lock.
+Orvex::IQueue2Ptr findQueue(const QString &name)
+{
+    QuireCOM *const session = QuireCOM::TheQuireCOM;
+    return session ? Dispatch2Queue(session->GetCachedDir(name)) : Orvex::IQueue2Ptr();
+}
+
+/// Reads the identifier of a story. Raises what the server refuses.
+StoryID readID(const Orvex::IStory2Ptr &story)
+{
+    Platform::Bstr text;
+    check(story->get_StoryUnique(text.out()), story);
+    StoryID id{};
+    String2StoryID(text.toString(), &id, 10);
+    return id;
+}
+
+/// Keeps a story of the server's in the session's cache; false when \a handle is none. Under the access lock.
+bool cacheStory(const QString &queueName, const IDispatchPtr &handle, StoryID *id)
+{
+    const Orvex::IStory2Ptr story = Dispatch2Story(handle);
+    if (!story)
+        return false;
+    *id = readID(story);
+    QuireCOM::TheQuireCOM->AddStoryToCache(queueName, id, handle);
+    return true;
+}
+
+/// Drops the story from the session's cache if it tells its identifier.
+void uncacheStory(const QString &queueName, const IDispatchPtr &handle)
+{
+    const Orvex::IStory2Ptr story = Dispatch2Story(handle);
+    Platform::Bstr text;
+    if (!story || FAILED(story->get_StoryUnique(text.out())))
+        return;
+    StoryID id{};
+    String2StoryID(text.toString(), &id, 10);
+    QuireCOM::TheQuireCOM->RemoveStoryFromCache(queueName, &id);
+}
+
+} // namespace
+
+// ---- stories --------------------------------------------------------------------------------------------------------
+
+Story *Queue::GetStory(const StoryID *id)
+{
+    if (!id)
+        return nullptr;
+    const int index = FindByAttribute(QLatin1String(Attr_Storyid), StoryID2String(*id, false));
+    return index < 0 ? nullptr : GetStory(index);
+}
+
+Story *Queue::GetStory(int index)
+{
+    if (index < 0 || index >= Size() || !QuireCOM::TheQuireCOM)
+        return nullptr;
+    Orvex::IQueue2Ptr queue;
+    {
+        const QuireCOMMutex lock("Queue::GetStory:GetCachedDir");
+        queue = findQueue(Name());
+    }
+    if (!queue || !IsOpenable(index))
+        return nullptr;
+    StoryID id{};
+    {
+        const QuireCOMMutex lock("Queue::GetStory:get_StoryUnique");
+        if (!cacheStory(Name(), itemAt(queue, index), &id))
+            return nullptr;
+    }
+    return new Story(Name(), &id);
+}
+
+/// There is such an item, and it is not marked as locked.
+bool Queue::IsOpenable(int index)
+{
+    const ListMutexLocker lock("Queue::GetStory()", listMutex().get());
+    const Item *const item = u_Nth(index);
+    return item && item->FindAttr(QLatin1String(Attr_Lock)) < 0;
+}
+
+Story *Queue::CreateStory(int position)
+{
+    StoryID id{};
+    {
+        const QuireCOMMutex lock("Queue::CreateStory");
+        const Orvex::IQueue2Ptr queue = findQueue(Name());
+        if (!queue)
+            return nullptr;
+        Platform::Variant answer;
+        check(queue->CreateStory(position, answer.out()), queue);
+        if (!cacheStory(Name(), answer.toDispatch(), &id))
+            return nullptr;
+    }
+    return new Story(Name(), &id);
+}
+
+bool Queue::Delete(int index)
+{
+    const QuireCOMMutex lock("Queue::Delete");
+    const Orvex::IQueue2Ptr queue = findQueue(Name());
+    if (!queue)
+        return false;
+    uncacheStory(Name(), itemAt(queue, index));
+    return SUCCEEDED(queue->Delete(Platform::Variant(LONG{index}).get()));
+}
+
+bool Queue::DeleteAll()
+{
+    const QuireCOMMutex lock("Queue::DeleteAll");
+    const Orvex::IQueue2Ptr queue = findQueue(Name());
+    if (!queue)
+        return false;
+    const HRESULT result = queue->DeleteAll();
+    QuireCOM::TheQuireCOM->RemoveStoriesFromCache(Name());
+    return SUCCEEDED(result);
+}
+
+// ---- the form -------------------------------------------------------------------------------------------------------
+
+FormData *Queue::GetFormA(IDispatchPtr object)
+{
+    const QuireCOMMutex lock("Queue::GetForm");
+    const Orvex::IQueue2Ptr queue = Dispatch2Queue(object);
+    if (!queue)
+        return nullptr;
+    Platform::Bstr name;
+    check(queue->get_FormName(name.out()), queue);
+    return FormCache::getForm(name.toString());
+}
+
+Field *Queue::FindField(const QString &name)
+{
+    FormData *const form = GetFormA(ServerObject());
+    if (!form)
+        return nullptr;
+    for (Field &field : form->m_Fields) {
+        if (field.m_Id.compare(name, Qt::CaseInsensitive) == 0)
+            return &field;
+    }
+    return nullptr;
+}
+
+void Queue::RetrieveFields(std::vector<Attribute> &out)
+{
+    out.clear();
+    const FormData *const form = GetFormA(ServerObject());
+    if (!form)
+        return;
+    for (const Field &field : form->m_Fields)
+        out.push_back({field.m_Id, field.m_Label, 0});
+}
+
+// ---- reports --------------------------------------------------------------------------------------------------------
+
+void Queue::SetUpdate(bool on)
+{
+    const QString name = Name();
+    const qint32 queueId = m_queueId;
+    // The server may take its time, and the queue may go meanwhile: nothing of it is touched from here on.
+    const WorkerPresence::Outside outside(m_presence);
+    SwitchUpdate(name, queueId, on);
+}
+
+void Queue::SwitchUpdate(const QString &name, qint32 queueId, bool on)
+{
+    const QuireCOMMutex lock("Queue::SetUpdate");
+    const Orvex::IQueue2Ptr queue = findQueue(name);
+    if (!queue)
+        return;
+    const HRESULT result = queue->put_Update(on ? VARIANT_TRUE : VARIANT_FALSE);
+    QMessageLogger("quireDir", 0, "Queue::SetUpdate")
+        .debug("Queue Update %s: %d %s", on ? "ON" : "OFF", int{queueId}, qPrintable(name));
+    check(result, queue);
+}
+
+bool Queue::GetUpdate()
+{
+    const QuireCOMMutex lock("Queue::GetUpdate");
+    const Orvex::IQueue2Ptr queue = findQueue(Name());
+    if (!queue)
+        return false;
+    VARIANT_BOOL on = VARIANT_FALSE;
+    check(queue->get_Update(&on), queue);
+    return on != VARIANT_FALSE;
+}
+
+bool Queue::GetLiveRefresh()
+{
+    return m_liveRefresh;
+}
+
+} // namespace Quire

@@ -1,0 +1,164 @@
+#include <quire/tree/QueueUpdateMgr.h>
+
+#include <QMutexLocker>
+#include <QThread>
+
+#include <algorithm>
+#include <memory>
+
+#include "WorkerPresence.h"
+#include <quire/tree/Queue.h>
+
+namespace Quire {
+
+QueueUpdateMgr QueueUpdateMgr::sManager;
+
+namespace {
+
+bool contains(const std::vector<qint32> &numbers, qint32 number)
+{
+    return std::find(numbers.begin(), numbers.end(), number) != numbers.end();
+}
+
+void addOnce(std::vector<qint32> &numbers, qint32 number)
+{
+    if (!contains(numbers, number))
+        numbers.push_back(number);
+}
+
+bool removeOne(std::vector<qint32> &numbers, qint32 number)
+{
+    const auto found = std::find(numbers.begin(), numbers.end(), number);
+    if (found == numbers.end())
+        return false;
+    numbers.erase(found);
+    return true;
+}
+
+} // namespace
+
+/// A queue that is about to be watched: what other threads report of it meanwhile counts. What the server reports on
+/// this very thread, out of the call that asks it to, tells nothing new.
+class QueueUpdateMgr::Beginning
+{
+public:
+    Beginning(QueueUpdateMgr &manager, qint32 queueId)
+        : m_manager(manager)
+        , m_queueId(queueId)
+        , m_thread(QThread::currentThreadId())
+    {
+        const QMutexLocker state(&m_manager.m_stateMutex);
+        m_manager.m_beginnings.push_back(this);
+    }
+    ~Beginning()
+    {
+        const QMutexLocker state(&m_manager.m_stateMutex);
+        m_manager.m_beginnings.pop_back(); // they are nested: the manager's mutex is held
+    }
+    Beginning(const Beginning &) = delete;
+    Beginning &operator=(const Beginning &) = delete;
+
+    /// A change of a queue is reported. Under the state mutex, as the next.
+    void note(qint32 queueId)
+    {
+        if (queueId == m_queueId && QThread::currentThreadId() != m_thread)
+            m_changed = true;
+    }
+    bool hasChanged() const { return m_changed; }
+
+private:
+    QueueUpdateMgr &m_manager;
+    const qint32 m_queueId;
+    const Qt::HANDLE m_thread;
+    bool m_changed = false;
+};
+
+QueueUpdateMgr::QueueUpdateMgr() = default;
+
+QueueUpdateMgr::~QueueUpdateMgr()
+{
+    const QMutexLocker state(&m_stateMutex);
+    m_watchedQueues.clear();
+    m_pendingQueues.clear();
+}
+
+void QueueUpdateMgr::BeginQueueUpdates(Queue *queue)
+{
+    if (queue)
+        sManager.pBeginQueueUpdates(queue);
+}
+
+void QueueUpdateMgr::EndQueueUpdates(Queue *queue)
+{
+    if (queue)
+        sManager.pEndQueueUpdates(queue);
+}
+
+void QueueUpdateMgr::Update(qint32 queueId)
+{
+    sManager.pUpdate(queueId);
+}
+
+bool QueueUpdateMgr::NeedsRefresh(Queue *queue, bool clear)
+{
+    return queue && sManager.pNeedsRefresh(queue, clear);
+}
+
+void QueueUpdateMgr::Forget(qint32 queueId)
+{
+    sManager.pForget(queueId);
+}
+
+void QueueUpdateMgr::pBeginQueueUpdates(Queue *queue)
+{
+    const std::shared_ptr<WorkerPresence> presence = queue->m_presence;
+    const qint32 queueId = queue->m_queueId;
+    const QMutexLocker lock(&m_mutex);
+    Beginning beginning(*this, queueId);
+    queue->SetUpdate(true);
+    const QMutexLocker state(&m_stateMutex);
+    if (presence->isClosed())
+        return; // the queue has gone while the server was asked; its load switches the reports off again
+    removeOne(m_pendingQueues, queueId);
+    addOnce(m_watchedQueues, queueId);
+    if (beginning.hasChanged())
+        m_pendingQueues.push_back(queueId);
+}
+
+void QueueUpdateMgr::pEndQueueUpdates(Queue *queue)
+{
+    const QMutexLocker lock(&m_mutex);
+    const qint32 queueId = queue->m_queueId;
+    try {
+        queue->SetUpdate(false);
+    } catch (...) {
+        pForget(queueId);
+        throw;
+    }
+    pForget(queueId);
+}
+
+void QueueUpdateMgr::pUpdate(qint32 queueId)
+{
+    const QMutexLocker state(&m_stateMutex);
+    if (contains(m_watchedQueues, queueId))
+        addOnce(m_pendingQueues, queueId);
+    for (Beginning *const beginning : m_beginnings)
+        beginning->note(queueId);
+}
+
+bool QueueUpdateMgr::pNeedsRefresh(Queue *queue, bool clear)
+{
+    const QMutexLocker state(&m_stateMutex);
+    const qint32 queueId = queue->m_queueId;
+    return clear ? removeOne(m_pendingQueues, queueId) : contains(m_pendingQueues, queueId);
+}
+
+void QueueUpdateMgr::pForget(qint32 queueId)
+{
+    const QMutexLocker state(&m_stateMutex);
+    removeOne(m_watchedQueues, queueId);
+    removeOne(m_pendingQueues, queueId);
+}
+
+} // namespace Quire

@@ -1,0 +1,76 @@
+#include "WorkerPresence.h"
+
+#include <QMutexLocker>
+
+#include <utility>
+
+namespace Quire {
+
+namespace {
+
+/// The queue that this thread is inside of; a worker belongs to one.
+thread_local const WorkerPresence *currentPresence = nullptr;
+
+} // namespace
+
+void WorkerPresence::enter()
+{
+    const QMutexLocker lock(&m_mutex);
+    ++m_inside;
+    currentPresence = this;
+}
+
+void WorkerPresence::leave()
+{
+    if (!isInside())
+        return;
+    const QMutexLocker lock(&m_mutex);
+    --m_inside;
+    currentPresence = nullptr;
+    m_left.wakeAll();
+}
+
+bool WorkerPresence::isInside() const
+{
+    return currentPresence == this;
+}
+
+void WorkerPresence::close()
+{
+    const QMutexLocker lock(&m_mutex);
+    m_closed = true;
+    const int own = isInside() ? 1 : 0;
+    while (m_inside > own)
+        m_left.wait(&m_mutex);
+}
+
+bool WorkerPresence::isClosed() const
+{
+    const QMutexLocker lock(&m_mutex);
+    return m_closed;
+}
+
+bool WorkerPresence::enterAgain()
+{
+    const QMutexLocker lock(&m_mutex);
+    if (m_closed)
+        return false;
+    ++m_inside;
+    currentPresence = this;
+    return true;
+}
+
+WorkerPresence::Outside::Outside(std::shared_ptr<WorkerPresence> presence)
+    : m_presence(std::move(presence))
+    , m_wasInside(m_presence->isInside())
+{
+    m_presence->leave();
+}
+
+WorkerPresence::Outside::~Outside()
+{
+    if (m_wasInside)
+        m_presence->enterAgain();
+}
+
+} // namespace Quire

@@ -1,0 +1,55 @@
+#pragma once
+
+/// \file
+/// Whether a worker is inside a queue. Not part of the public surface.
+
+#include <QMutex>
+#include <QWaitCondition>
+
+#include <memory>
+
+namespace Quire {
+
+/// Lets a queue go while one of its workers may be running the queue's Completed: its destructor waits until they have
+/// left. A worker that calls the server from there is outside for that long, since nobody knows for how long; it must
+/// not touch the queue afterwards unless it got inside again.
+///
+/// Shared by a queue and its workers. Any thread; a leaf lock.
+class WorkerPresence
+{
+public:
+    /// This thread is going to be inside. The caller makes sure that the queue is still there.
+    void enter();
+    /// This thread is not inside any more; nothing happens when it was not.
+    void leave();
+    /// Whether this thread is inside.
+    bool isInside() const;
+
+    /// The queue goes: nobody gets inside any more. Waits until all have left but for this thread.
+    void close();
+    bool isClosed() const;
+
+    /// Leaves for one scope if this thread was inside, and tries to get inside again at its end.
+    class Outside
+    {
+    public:
+        explicit Outside(std::shared_ptr<WorkerPresence> presence);
+        ~Outside();
+        Outside(const Outside &) = delete;
+        Outside &operator=(const Outside &) = delete;
+
+    private:
+        std::shared_ptr<WorkerPresence> m_presence;
+        bool m_wasInside;
+    };
+
+private:
+    bool enterAgain();
+
+    mutable QMutex m_mutex;
+    QWaitCondition m_left;
+    int m_inside = 0;      // guarded by m_mutex
+    bool m_closed = false; // guarded by m_mutex
+};
+
+} // namespace Quire
