@@ -1,6 +1,5 @@
 #include <quire/forms/FormCache.h>
 
-#include <algorithm>
 #include <utility>
 
 #include <QMutex>
@@ -12,8 +11,8 @@ namespace Quire {
 
 namespace {
 
-/// Guards the lists of all caches. Held for looking at a list or changing it, never across anything else.
-QMutex listMutex;
+/// Guards the forms of all caches. Held for looking them up and for changing them, never across anything else.
+QMutex formsMutex;
 
 } // namespace
 
@@ -58,10 +57,9 @@ void FormCache::Clear()
 
 FormData *FormCache::findForm(const QString &name)
 {
-    const QMutexLocker locker(&listMutex);
-    const auto found =
-        std::find_if(m_Forms.begin(), m_Forms.end(), [&name](const FormData &form) { return form.m_FormName == name; });
-    return found == m_Forms.end() ? nullptr : &*found;
+    const QMutexLocker locker(&formsMutex);
+    const auto found = m_Forms.find(name);
+    return found == m_Forms.end() ? nullptr : &found->second;
 }
 
 void FormCache::addForm(const QString &name)
@@ -74,19 +72,19 @@ void FormCache::addForm(const QString &name)
     if (text.isEmpty())
         return;
     FormData form(name, text);
-    const QMutexLocker locker(&listMutex);
-    m_Forms.push_back(std::move(form));
+    const QMutexLocker locker(&formsMutex);
+    m_Forms.emplace(name, std::move(form)); // unless another thread was faster
 }
 
-std::list<FormData> FormCache::forms() const
+FormCache::Forms FormCache::forms() const
 {
-    const QMutexLocker locker(&listMutex);
+    const QMutexLocker locker(&formsMutex);
     return m_Forms;
 }
 
-std::list<FormData> FormCache::exchangeForms(std::list<FormData> forms) noexcept
+FormCache::Forms FormCache::exchangeForms(Forms forms) noexcept
 {
-    const QMutexLocker locker(&listMutex);
+    const QMutexLocker locker(&formsMutex);
     m_Forms.swap(forms);
     return forms;
 }

@@ -3,7 +3,7 @@
 /// \file
 /// The forms that the server has delivered.
 
-#include <list>
+#include <map>
 
 #include <QString>
 
@@ -42,13 +42,15 @@ public:
 private:
     FormCache();
 
+    // Their nodes stay where they are when others come and go, as getForm promises.
+    using Forms = std::map<QString, FormData>;
+
     FormData *findForm(const QString &name);
     void addForm(const QString &name);
-    std::list<FormData> forms() const;
-    std::list<FormData> exchangeForms(std::list<FormData> forms) noexcept;
+    Forms forms() const;
+    Forms exchangeForms(Forms forms) noexcept;
 
-    // In the order of their first fetching. What was appended stays where it is, as getForm promises.
-    std::list<FormData> m_Forms;
+    Forms m_Forms; // by name
 };
 
 } // namespace Quire

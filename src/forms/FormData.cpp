@@ -30,9 +30,9 @@ struct Grid
 };
 
 /// The value of an attribute, null when it is missing.
-QString attribute(const XML::NamedTag &element, const char *name)
+QString attribute(const XML::NamedTag &element, const QString &name)
 {
-    return element.m_Attributes.value(QLatin1String(name));
+    return element.m_Attributes.value(name);
 }
 
 void readLength(const QString &value, qint32 &length)
@@ -68,18 +68,18 @@ void readAlign(const QString &value, qint32 &align)
 /// Changes \a field by what \a element says. There is no reading "lalign": labels are always on the left.
 void read(XML::NamedTag &element, Field &field)
 {
-    const QString id = attribute(element, "idref");
+    const QString id = attribute(element, QStringLiteral("idref"));
     if (!id.isNull())
         field.m_Id = id;
     // A bare "ro" is a yes: whether the attribute is there counts for more than whether it has a value.
-    field.m_ReadOnly =
-        element.HasAttribute(QStringLiteral("ro")) && attribute(element, "ro").toLower() != QLatin1String("no");
-    readLength(attribute(element, "length"), field.m_Length);
-    readStyle(attribute(element, "style"), field.m_Style);
-    readAlign(attribute(element, "align"), field.m_Align);
+    field.m_ReadOnly = element.HasAttribute(QStringLiteral("ro")) &&
+                       attribute(element, QStringLiteral("ro")).toLower() != QLatin1String("no");
+    readLength(attribute(element, QStringLiteral("length")), field.m_Length);
+    readStyle(attribute(element, QStringLiteral("style")), field.m_Style);
+    readAlign(attribute(element, QStringLiteral("align")), field.m_Align);
     field.m_Label = element.GetEnclosedTextItem();
-    readLength(attribute(element, "llength"), field.m_LabelLength);
-    readStyle(attribute(element, "lstyle"), field.m_LabelStyle);
+    readLength(attribute(element, QStringLiteral("llength")), field.m_LabelLength);
+    readStyle(attribute(element, QStringLiteral("lstyle")), field.m_LabelStyle);
 }
 
 /// Finds all rows and cells of \a form in one walk: a walk for each cell, or each row, would take far too long in a
@@ -96,7 +96,7 @@ Grid gridOf(XML::Tag &form)
             grid.rows.push_back({static_cast<XML::NamedTag *>(tag), grid.cells.size(), 0});
         } else if (tag->TagMatch(cellName, QString(), QString()) && !openRows.isEmpty()) {
             auto *cell = static_cast<XML::NamedTag *>(tag);
-            if (!attribute(*cell, "idref").isNull())
+            if (!attribute(*cell, QStringLiteral("idref")).isNull())
                 grid.cells.push_back(cell);
         }
         return XML::Walk::Enter;
