@@ -13,11 +13,9 @@
 
 #include <benchmark/benchmark.h>
 
-#include <cstdio>
-#include <map>
-#include <string>
-
 #include <quire/session/QuireCOMMutex.h>
+
+#include "../Comparison.h"
 
 using Quire::QuireCOMMutex;
 
@@ -59,35 +57,6 @@ void NamedLockObject(benchmark::State &state)
     }
 }
 
-/// The table on the console, and the median processor time of each benchmark.
-class Medians : public benchmark::ConsoleReporter
-{
-public:
-    void ReportRuns(const std::vector<Run> &runs) override
-    {
-        ConsoleReporter::ReportRuns(runs);
-        for (const Run &run : runs) {
-            if (run.aggregate_name == "median")
-                m_medians[run.run_name.function_name] = run.GetAdjustedCPUTime();
-        }
-    }
-
-    /// Prints the ratio of two medians; true when it is within its bound.
-    bool holds(const char *what, const char *rival, double bound) const
-    {
-        const auto measured = m_medians.find(what);
-        const auto compared = m_medians.find(rival);
-        if (measured == m_medians.end() || compared == m_medians.end())
-            return true; // left out by a filter
-        const double ratio = measured->second / compared->second;
-        std::printf("%-16s / %-10s = %.2f  (at most %.1f)\n", what, rival, ratio, bound);
-        return ratio <= bound;
-    }
-
-private:
-    std::map<std::string, double> m_medians;
-};
-
 } // namespace
 
 BENCHMARK(PlainMutex);
@@ -97,22 +66,11 @@ BENCHMARK(NamedLockObject);
 
 int main(int argc, char **argv)
 {
-    // Defaults for a comparison; what the command line says comes after them and wins.
-    std::vector<char *> arguments(argv, argv + argc);
-    static char repetitions[] = "--benchmark_repetitions=15";
-    static char interleaving[] = "--benchmark_enable_random_interleaving=true";
-    static char aggregates[] = "--benchmark_report_aggregates_only=true";
-    arguments.insert(arguments.begin() + 1, {repetitions, interleaving, aggregates});
-    int count = static_cast<int>(arguments.size());
-    benchmark::Initialize(&count, arguments.data());
-    if (benchmark::ReportUnrecognizedArguments(count, arguments.data()))
+    Comparison comparison;
+    if (!comparison.run(argc, argv))
         return 2;
-
-    Medians medians;
-    benchmark::RunSpecifiedBenchmarks(&medians);
-    std::printf("\n");
-    bool held = medians.holds("LockObject", "PlainMutex", 2.0);
-    held &= medians.holds("NestedLockObject", "PlainMutex", 0.5);
-    held &= medians.holds("NestedLockObject", "LockObject", 0.5);
+    bool held = comparison.holds("LockObject", "PlainMutex", 2.0);
+    held &= comparison.holds("NestedLockObject", "PlainMutex", 0.5);
+    held &= comparison.holds("NestedLockObject", "LockObject", 0.5);
     return held ? 0 : 1;
 }
