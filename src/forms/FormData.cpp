@@ -94,7 +94,7 @@ Grid gridOf(XML::Tag &form)
         if (tag->TagMatch(rowName, QString(), QString())) {
             openRows.append(grid.rows.size());
             grid.rows.push_back({static_cast<XML::NamedTag *>(tag), grid.cells.size(), 0});
-        } else if (tag->TagMatch(cellName, QString(), QString()) && !openRows.isEmpty()) {
+        } else if (tag->TagMatch(cellName, QString(), QString())) {
             auto *cell = static_cast<XML::NamedTag *>(tag);
             if (!attribute(*cell, QStringLiteral("idref")).isNull())
                 grid.cells.push_back(cell);
