@@ -64,9 +64,11 @@ std::shared_ptr<Newsroom::Model> ServerSource::model() const
 
 Newsroom::User ServerSource::firstOfUsers() const
 {
-    // Behind a registered class there is most often the stand-in with its sample.
-    const std::shared_ptr<Newsroom::Model> newsroom = m_server ? m_server->model() : Newsroom::sampleModel();
-    return newsroom->users().value(0);
+    if (!m_server)
+        throw Failure(ExitCode::Usage,
+                      QStringLiteral("name the user to sign on with --user, and --password (or QUIRE_PASSWORD): this "
+                                     "machine has a registered server. --built-in opens the sample"));
+    return m_server->model()->users().value(0);
 }
 
 QString ServerSource::firstUser() const

@@ -33,7 +33,8 @@ public:
     QString folder() const;
     /// The newsroom itself, for what goes beyond the server's interfaces; null for a registered server.
     std::shared_ptr<Newsroom::Model> model() const;
-    /// Whom to sign on when nobody was named: the newsroom's first user; for a registered server, the sample's.
+    /// Whom to sign on when nobody was named: the newsroom's first user. Failure Usage for a registered server, whose
+    /// users are nobody's business here.
     QString firstUser() const;
     QString firstPassword() const;
 
