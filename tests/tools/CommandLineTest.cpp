@@ -29,8 +29,8 @@ TEST_F(CommandLineTest, WithoutArgumentsTheHelpIsShown)
 
 TEST_F(CommandLineTest, EveryHelpHasExamplesAndFitsIntoEightyColumns)
 {
-    for (const char *verb : {"", "info", "tree", "story", "cat", "form", "blob put", "blob get", "blob rm", "parse",
-                             "error", "newsroom import", "newsroom export", "newsroom check", "demo"}) {
+    for (const char *verb : {"", "info", "tree", "story", "cat", "form", "set", "blob put", "blob get", "blob rm",
+                             "parse", "error", "newsroom import", "newsroom export", "newsroom check", "demo"}) {
         const Outcome run = quire((QByteArray(verb) + " --help").constData());
         EXPECT_EQ(run.code, 0) << verb;
         EXPECT_TRUE(run.output.contains(QLatin1String("Examples:\n  "))) << verb;
@@ -81,6 +81,11 @@ TEST_F(CommandLineTest, TwoVerbsAreWrongUsage)
 TEST_F(CommandLineTest, AFolderAndTheSampleAtOnceAreWrongUsage)
 {
     expectFailure(quire("--newsroom nr --built-in info"), 2, "--built-in");
+}
+
+TEST_F(CommandLineTest, AnEmptyFolderNameIsWrongUsage)
+{
+    expectFailure(quire({QStringLiteral("--newsroom"), QString(), QStringLiteral("info")}), 2, "--newsroom");
 }
 
 TEST_F(CommandLineTest, AWrongDepthIsWrongUsage)

@@ -29,14 +29,15 @@ struct Outcome
 /// A test that runs the built program, each time in a temporary folder of the test.
 class ProgramTest : public testing::Test
 {
+public:
+    /// Expects that \a run failed with \a code, one line of error that has \a words, and no output.
+    static void expectFailure(const Outcome &run, int code, const char *words);
+
 protected:
     /// Runs `quire` to its end. \a input is its standard input.
     Outcome quire(const QStringList &arguments, const QByteArray &input = QByteArray());
     /// The same with \a arguments separated by blanks.
     Outcome quire(const char *arguments);
-
-    /// Expects that \a run failed with \a code, one line of error that has \a words, and no output.
-    static void expectFailure(const Outcome &run, int code, const char *words);
 
     static QString programPath();
     QString path(const char *name) const { return m_folder.filePath(QLatin1String(name)); }

@@ -1,6 +1,8 @@
 #include "Command.h"
 
+#include <string>
 #include <utility>
+#include <vector>
 
 #include <QByteArray>
 
@@ -19,6 +21,16 @@ CLI::Option *addText(CLI::App &app, const char *name, QString &target, const cha
 {
     const auto keep = [&target](const std::string &value) { target = QString::fromStdString(value); };
     return app.add_option_function<std::string>(name, keep, description)->type_name("");
+}
+
+CLI::Option *addTexts(CLI::App &app, const char *name, QStringList &target, const char *description)
+{
+    const auto keep = [&target](const std::vector<std::string> &values) {
+        target.clear();
+        for (const std::string &value : values)
+            target += QString::fromStdString(value);
+    };
+    return app.add_option_function<std::vector<std::string>>(name, keep, description)->type_name("");
 }
 
 } // namespace Tool

@@ -3,6 +3,7 @@
 #include <functional>
 
 #include <QString>
+#include <QStringList>
 
 #include <CLI/CLI.hpp>
 
@@ -35,5 +36,8 @@ protected:
 
 /// Adds an option or argument that takes a text; \a target stays null until it is given.
 CLI::Option *addText(CLI::App &app, const char *name, QString &target, const char *description);
+
+/// The same for any number of texts.
+CLI::Option *addTexts(CLI::App &app, const char *name, QStringList &target, const char *description);
 
 } // namespace Tool

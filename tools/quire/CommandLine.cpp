@@ -17,6 +17,7 @@
 #include "InfoCommand.h"
 #include "NewsroomCommand.h"
 #include "ParseCommand.h"
+#include "SetCommand.h"
 #include "StoryCommand.h"
 #include "TreeCommand.h"
 #include "Words.h"
@@ -60,6 +61,7 @@ CommandLine::CommandLine()
     add<InfoCommand>();
     add<TreeCommand>();
     add<StoryCommand>();
+    add<SetCommand>();
     add<CatCommand>();
     add<FormCommand>();
     add<BlobCommand>();
@@ -147,6 +149,8 @@ ExitCode CommandLine::perform(const QStringList &arguments)
         m_output.text(QString::fromStdString(m_app.help()));
         return ExitCode::Done;
     }
+    if (!m_options.newsroom.isNull() && m_options.newsroom.isEmpty())
+        throw Failure(ExitCode::Usage, QStringLiteral("--newsroom needs the name of a folder (see: quire --help)"));
     readEnvironment();
     Host host{m_options, m_output};
     m_chosen(host);

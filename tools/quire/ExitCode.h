@@ -11,7 +11,7 @@ enum class ExitCode {
     Failed = 1,        ///< The server refused, or a file could not be read or written.
     Usage = 2,         ///< The command line itself is wrong; nothing was done.
     SignOnRefused = 3, ///< No session: wrong user or password, unknown server, no server at all.
-    NotFound = 4       ///< The path, story, blob or message that was named is not there.
+    NotFound = 4       ///< The path, story, field, form, blob or message that was named is not there.
 };
 
 } // namespace Tool

@@ -13,8 +13,8 @@ constexpr HRESULT noAnswer = -1; // what the library keeps when a section could 
 QString why(HRESULT code)
 {
     if (code == noAnswer)
-        return QStringLiteral("the server does not answer");
-    return FAILED(code) ? reason(code, false) : QStringLiteral("it is gone");
+        return QStringLiteral("The server does not answer.");
+    return FAILED(code) ? reason(code, false) : QStringLiteral("It is gone.");
 }
 
 } // namespace
@@ -52,6 +52,12 @@ void ServerStory::fail(const QString &what) const
     throw Failure(ExitCode::Failed, QStringLiteral("cannot %1 %2: %3").arg(what, title(), why(lastError())));
 }
 
+void ServerStory::failChange(const QString &what) const
+{
+    throw Failure(ExitCode::Failed,
+                  QStringLiteral("cannot %1 %2: %3 Nothing was saved.").arg(what, title(), why(lastError())));
+}
+
 QString ServerStory::title() const
 {
     return QStringLiteral("story %1 of %2").arg(QString::number(m_entry.id.part1), m_path);
@@ -85,7 +91,7 @@ void ServerStory::lock()
     if (!holder.isEmpty())
         throw Failure(
             ExitCode::Failed,
-            QStringLiteral("cannot lock %1: %2 is editing it. %3").arg(title(), holder, reason(lastError(), false)));
+            QStringLiteral("cannot lock %1: %2 is editing it (%3)").arg(title(), holder, reason(lastError(), false)));
     fail(QStringLiteral("lock"));
 }
 
@@ -100,20 +106,20 @@ void ServerStory::setField(const QString &name, const QString &value)
 {
     m_story.SetField(name, value);
     if (FAILED(lastError()))
-        fail(QStringLiteral("set %1 of").arg(name));
+        failChange(QStringLiteral("set %1 of").arg(name));
 }
 
 void ServerStory::putSection(int number, const QString &markup)
 {
     QString text = markup;
     if (!m_story.PutSection(number, text, true))
-        fail(QStringLiteral("change"));
+        failChange(QStringLiteral("change"));
 }
 
 void ServerStory::save()
 {
     if (!m_story.Save(true))
-        fail(QStringLiteral("save"));
+        failChange(QStringLiteral("save"));
     m_session.keep();
 }
 

@@ -36,6 +36,7 @@ public:
 private:
     HRESULT lastError() const { return static_cast<HRESULT>(m_story.GetError()); }
     [[noreturn]] void fail(const QString &what) const;
+    [[noreturn]] void failChange(const QString &what) const;
 
     Session &m_session;
     QString m_path;
