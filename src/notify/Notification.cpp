@@ -9,6 +9,7 @@
 #include <quire/notify/Search.h>
 #include <quire/notify/SearchHitReader.h>
 #include <quire/session/QuireCOM.h>
+#include <quire/tree/QueueUpdateMgr.h>
 
 namespace Quire {
 
@@ -262,6 +263,8 @@ HRESULT Notification::raw_OnNotifySpecial(LONG queueId)
         logger("Notification::raw_OnNotifySpecial").debug("Queue update: %d", static_cast<int>(queueId));
         if (const QueueUpdateCallback callback = m_QueueCB)
             callback(queueId);
+        else
+            QueueUpdateMgr::Update(queueId);
     });
 }
 
