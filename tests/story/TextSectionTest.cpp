@@ -191,6 +191,18 @@ TEST(TextSection, WithoutClosingIsCutOutEmpty)
     EXPECT_EQ(extracted("<story><head>x", "head"), QString());
 }
 
+TEST(TextSection, WithoutClosingIsCutOutEmptyWhereverItStands)
+{
+    for (const char *markup : {"<head>x", "<head", "a<head>", "<zeko:head>x", "<zeko:head", "<story><zeko:head>",
+                               "<head></zeko:head>", "<zeko:head></head>"})
+        EXPECT_EQ(extracted(markup, "head"), QString()) << markup;
+}
+
+TEST(TextSection, ThatIsNestedIsCutOutUpToTheFirstClosing)
+{
+    EXPECT_EQ(extracted("<head><head>x</head>y</head>", "head"), text("<head><head>x</head>"));
+}
+
 TEST(TextSection, WithClosingBeforeOpeningIsCutOutEmpty)
 {
     EXPECT_EQ(extracted("</head><head>x", "head"), QString());
