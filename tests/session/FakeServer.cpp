@@ -102,14 +102,32 @@ public:
         const QStringList children = this->m_server.children(this->m_path);
         if (!number || index.lVal < 0 || index.lVal >= children.size())
             return static_cast<HRESULT>(0x8004040B);
-        QString path;
-        const Kind childKind = this->m_server.kindOf(children.at(static_cast<int>(index.lVal)), &path);
         item->vt = VT_DISPATCH;
-        item->pdispVal = this->m_server.newObject(childKind, path);
+        item->pdispVal = newEntry(static_cast<int>(index.lVal));
         return S_OK;
     }
-    HRESULT STDMETHODCALLTYPE get_Count(LONG *) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE GetList(LONG, LONG, VARIANT *) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE get_Count(LONG *count) override
+    {
+        const HRESULT result = this->enter("get_Count");
+        if (SUCCEEDED(result))
+            *count = size();
+        return result;
+    }
+    HRESULT STDMETHODCALLTYPE GetList(LONG first, LONG count, VARIANT *list) override
+    {
+        const HRESULT result = this->enter("GetList", QStringLiteral("%1, %2").arg(first).arg(count));
+        if (FAILED(result))
+            return result;
+        if (this->m_server.getList)
+            return this->m_server.getList(first, count, list);
+        const LONG last = qMin(first + count, size());
+        list->vt = VT_ARRAY | VT_DISPATCH;
+        list->parray = SafeArrayCreateVector(VT_DISPATCH, 0, static_cast<ULONG>(qMax(last - first, LONG{0})));
+        const Platform::SafeArrayAccess access(list->parray);
+        for (LONG index = first; index < last; ++index)
+            access.as<IDispatch *>()[index - first] = newEntry(static_cast<int>(index));
+        return S_OK;
+    }
     HRESULT STDMETHODCALLTYPE get_Name(BSTR *name) override
     {
         const HRESULT result = this->enter("get_Name");
@@ -117,7 +135,27 @@ public:
             *name = Platform::toBstr(this->m_path);
         return result;
     }
-    HRESULT STDMETHODCALLTYPE get_Flags(LONG *, LONG *, LONG *) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE get_Flags(LONG *flags1, LONG *flags2, LONG *flags3) override
+    {
+        const HRESULT result = this->enter("get_Flags");
+        if (FAILED(result))
+            return result;
+        const EntryData data = this->m_server.data.value(this->m_path);
+        *flags1 = data.flags[0];
+        *flags2 = data.flags[1];
+        *flags3 = data.flags[2];
+        return result;
+    }
+
+protected:
+    virtual LONG size() const { return static_cast<LONG>(this->m_server.children(this->m_path).size()); }
+    /// A new object for an entry that is there, with one reference.
+    virtual IDispatch *newEntry(int index) const
+    {
+        QString path;
+        const Kind childKind = this->m_server.kindOf(this->m_server.children(this->m_path).at(index), &path);
+        return this->m_server.newObject(childKind, path);
+    }
 };
 
 using DirectoryObject = TreeObject<Orvex::IDirectory2, Kind::Directory>;
@@ -129,9 +167,8 @@ public:
 
     HRESULT STDMETHODCALLTYPE get_Item(VARIANT index, VARIANT *item) override
     {
-        const bool number = index.vt == VT_INT;
-        const HRESULT result =
-            enter("get_Item", QLatin1String(number ? "VT_INT " : "other ") + QString::number(index.intVal));
+        const bool number = index.vt == VT_INT || index.vt == VT_I4;
+        const HRESULT result = enter("get_Item", describe(index));
         if (FAILED(result))
             return result;
         const QVector<QueueEntry> entries = m_server.queues.value(m_path);
@@ -142,15 +179,62 @@ public:
             handOut(entry, item);
         return entry.result;
     }
-    HRESULT STDMETHODCALLTYPE get_QueueID(Orvex::QueueIdentifier *) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE get_FormName(BSTR *) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE get_Update(VARIANT_BOOL *) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE put_Update(VARIANT_BOOL) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE CreateStory(LONG, VARIANT *) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE Delete(VARIANT) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE DeleteAll() override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE get_QueueID(Orvex::QueueIdentifier *id) override
+    {
+        const HRESULT result = enter("get_QueueID");
+        const LONG number = data().number;
+        if (SUCCEEDED(result))
+            *id = {number, number + 1, number + 2, number + 3};
+        return result;
+    }
+    HRESULT STDMETHODCALLTYPE get_FormName(BSTR *name) override
+    {
+        const HRESULT result = enter("get_FormName");
+        if (SUCCEEDED(result))
+            *name = answerText(data().formName);
+        return result;
+    }
+    HRESULT STDMETHODCALLTYPE get_Update(VARIANT_BOOL *on) override
+    {
+        const HRESULT result = enter("get_Update");
+        if (SUCCEEDED(result))
+            *on = data().reports ? VARIANT_TRUE : VARIANT_FALSE;
+        return result;
+    }
+    HRESULT STDMETHODCALLTYPE put_Update(VARIANT_BOOL on) override
+    {
+        const HRESULT result = enter("put_Update", QString::number(on));
+        if (SUCCEEDED(result))
+            m_server.data[m_path].reports = on != VARIANT_FALSE;
+        return result;
+    }
+    HRESULT STDMETHODCALLTYPE CreateStory(LONG position, VARIANT *story) override
+    {
+        const HRESULT result = enter("CreateStory", QString::number(position));
+        if (SUCCEEDED(result))
+            handOut({m_server.created}, story);
+        return result;
+    }
+    HRESULT STDMETHODCALLTYPE Delete(VARIANT index) override { return enter("Delete", describe(index)); }
+    HRESULT STDMETHODCALLTYPE DeleteAll() override { return enter("DeleteAll"); }
+
+protected:
+    LONG size() const override { return static_cast<LONG>(m_server.queues.value(m_path).size()); }
+    IDispatch *newEntry(int index) const override
+    {
+        const QueueEntry entry = m_server.queues.value(m_path).at(index);
+        return entry.form == QueueEntry::Null ? nullptr : m_server.newStory(m_path, entry.story);
+    }
 
 private:
+    EntryData data() const { return m_server.data.value(m_path); }
+
+    static QString describe(const VARIANT &index)
+    {
+        const char *const type = index.vt == VT_INT ? "VT_INT " : index.vt == VT_I4 ? "VT_I4 " : "other ";
+        return QLatin1String(type) + QString::number(index.intVal);
+    }
+
     void handOut(const QueueEntry &entry, VARIANT *item) const
     {
         switch (entry.form) {
@@ -626,7 +710,7 @@ HRESULT Server::enter(const QString &operation, const QString &text)
     const QMutexLocker guard(&m_mutex);
     if (m_raised.contains(operation))
         throw _com_error(m_raised.value(operation));
-    return m_failures.value(operation, S_OK);
+    return m_failures.value(text, m_failures.value(operation, S_OK));
 }
 
 HRESULT Server::refusal(Kind kind, REFIID iid) const

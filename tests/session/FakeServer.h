@@ -67,6 +67,15 @@ struct QueueEntry
     HRESULT result = S_OK; ///< When it is a failure, nothing is handed out.
 };
 
+/// What a directory or queue tells of itself. Filled by the test.
+struct EntryData
+{
+    std::array<LONG, 3> flags{};
+    LONG number = 0; ///< First word of a queue's identifier; the others are the next numbers.
+    QString formName;
+    bool reports = false; ///< The state of a queue's reports.
+};
+
 /// The state behind all objects. Registered as the class of the sign-on object while it lives; it must outlive its
 /// objects, which liveObjects() counts. Any thread.
 class Server
@@ -81,9 +90,14 @@ public:
     void add(Kind kind, const QString &path);
     void remove(const QString &path);
 
+    QMap<QString, EntryData> data;             ///< Of directories and queues, by path as added.
     QMap<QString, QVector<QueueEntry>> queues; ///< The entries of each queue, by its path as added.
     HRESULT endOfQueue = E_NOINTERFACE;        ///< What a position behind the last entry answers.
     QMap<int, StoryDataPtr> direct;            ///< What GetStory gives for a number, ahead of storiesExist.
+
+    StoryDataPtr created; ///< What CreateStory makes; null: an object that is no story.
+    /// Answers GetList of directories and queues; without it they list what is there, as VT_DISPATCH elements.
+    std::function<HRESULT(LONG first, LONG count, VARIANT *list)> getList;
 
     HRESULT creation = S_OK;      ///< What creating the sign-on object answers.
     bool connectionPoints = true; ///< The sign-on object is a container of connection points.
@@ -105,7 +119,8 @@ public:
 
     // ---- what goes wrong ----
 
-    /// Every later call of \a operation ("GetDirectory", "get_Item", ...) answers \a result without doing anything.
+    /// Every later call of \a operation ("GetDirectory", "get_Item", ...) answers \a result without doing anything. One
+    /// object's call can be named as it is recorded ("NEWS.get_Flags()").
     void fail(const QString &operation, HRESULT result);
     /// Every later call of \a operation raises `_com_error` with \a result.
     void raise(const QString &operation, HRESULT result);
