@@ -6,7 +6,8 @@
 
 #include <QLatin1String>
 
-#include <quire/Quire.h>
+#include <quire/forms/AttributeCodec.h>
+#include <quire/session/ServerTime.h>
 
 namespace FormFuzz {
 

@@ -4,8 +4,10 @@
 #include <cstddef>
 #include <memory>
 
-#include <quire/Quire.h>
-#include <quire/XML.h>
+#include <quire/forms/AttributeCodec.h>
+#include <quire/forms/FormData.h>
+#include <quire/markup/NamedTag.h>
+#include <quire/markup/Parser.h>
 
 namespace FormFuzz {
 
