@@ -4,6 +4,7 @@
 #include <QtGlobal>
 
 #include <algorithm>
+#include <charconv>
 #include <ctime>
 #include <iterator>
 
@@ -39,10 +40,18 @@ const QLatin1String readOnlyFields[] = {
     QLatin1String("total-time"),
 };
 
-Coding codingOf(const QString &loweredName)
+/// Whether \a name in small letters is \a lowered. Nearly all names differ, which is seen without making the letters
+/// small; what becomes plain letters keeps its length.
+bool isCalled(const QString &name, QLatin1String lowered)
+{
+    return name.length() == lowered.size() && name.compare(lowered, Qt::CaseInsensitive) == 0 &&
+           name.toLower() == lowered;
+}
+
+Coding codingOf(const QString &name)
 {
     for (const CodedField &field : codedFields) {
-        if (loweredName == field.name)
+        if (isCalled(name, field.name))
             return field.coding;
     }
     return Coding::None;
@@ -63,6 +72,35 @@ void decodeDate(QString &value)
         value = QString::fromLocal8Bit(text);
 }
 
+/// Puts a time of day or a duration together, several times as fast as printf: lists show many of them.
+class ClockText
+{
+public:
+    ClockText &plus()
+    {
+        *m_end++ = '+';
+        return *this;
+    }
+    ClockText &number(int number)
+    {
+        m_end = std::to_chars(m_end, std::end(m_text), number).ptr;
+        return *this;
+    }
+    /// A colon and the number as "%02d" prints it.
+    ClockText &part(int number)
+    {
+        *m_end++ = ':';
+        if (number >= 0 && number < 10)
+            *m_end++ = '0';
+        return this->number(number);
+    }
+    QString toString() const { return QLatin1String(m_text, static_cast<int>(m_end - m_text)); }
+
+private:
+    char m_text[48]; // three 32-bit numbers and what stands between
+    char *m_end = m_text;
+};
+
 void decodeDuration(QString &value)
 {
     bool isNumber = false;
@@ -71,12 +109,13 @@ void decodeDuration(QString &value)
         return;
     const int minutes = total / 60;
     const int seconds = total - minutes * 60;
-    if (minutes < 60) {
-        value = QString::asprintf("%d:%02d", minutes, seconds);
-        return;
-    }
     const int hours = minutes / 60;
-    value = QString::asprintf("%d:%02d:%02d", hours, minutes - hours * 60, seconds);
+    ClockText text;
+    if (minutes < 60)
+        text.number(minutes).part(seconds);
+    else
+        text.number(hours).part(minutes - hours * 60).part(seconds);
+    value = text.toString();
 }
 
 void decodeClockTime(QString &value)
@@ -84,10 +123,13 @@ void decodeClockTime(QString &value)
     if (value.isEmpty())
         return;
     const bool relative = !value.startsWith(QLatin1Char('@'));
-    const int total = value.mid(relative ? 0 : 1).toInt();
+    const int total = value.midRef(relative ? 0 : 1).toInt();
     const int hours = total / 3600;
     const int minutes = total / 60 - hours * 60;
-    value = QString::asprintf("%s%d:%02d:%02d", relative ? "+" : "", hours, minutes, total % 60);
+    ClockText text;
+    if (relative)
+        text.plus();
+    value = text.number(hours).part(minutes).part(total % 60).toString();
 }
 
 /// The seconds of "H:M:S", "M:S" or "S" in decimal. An empty string when \a text begins with no number.
@@ -120,7 +162,7 @@ void encodeClockTime(QString &value)
 
 void DecodeAttribute(const QString &name, QString &value)
 {
-    switch (codingOf(name.toLower())) {
+    switch (codingOf(name)) {
     case Coding::Date:
         decodeDate(value);
         break;

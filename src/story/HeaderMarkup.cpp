@@ -9,7 +9,7 @@ namespace {
 
 XML::NamedTag *findElement(XML::Tag &root, const QString &name)
 {
-    return dynamic_cast<XML::NamedTag *>(root.FindTag(name, QString(), QString()));
+    return static_cast<XML::NamedTag *>(root.FindTag(name, QString(), QString())); // only elements match
 }
 
 } // namespace
@@ -29,7 +29,7 @@ QString HeaderMarkup::storyID() const
 
 QString HeaderMarkup::meta(const QString &name) const
 {
-    return m_meta && m_meta->HasAttribute(name) ? m_meta->FindAttribute(name) : QString();
+    return m_meta ? m_meta->m_Attributes.value(name) : QString();
 }
 
 } // namespace Quire

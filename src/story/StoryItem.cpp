@@ -26,17 +26,18 @@ const int UecFlag = 4;
 const int AlreadyFlag = 8;
 
 /// The keys of every story item. Made once, so that a hundred thousand items share their texts.
-struct PackedKeys
+struct ItemKeys
 {
     const QString storyId = QLatin1String(Attr_Storyid);
     const QString header = QLatin1String(Attr_Header);
     const QString fields = QLatin1String(Attr_Fields);
     const QString lock = QLatin1String(Attr_Lock);
+    const QString headerId = QLatin1String(Attr_Headerid);
 };
 
-const PackedKeys &packedKeys()
+const ItemKeys &itemKeys()
 {
-    static const PackedKeys keys;
+    static const ItemKeys keys;
     return keys;
 }
 
@@ -67,9 +68,14 @@ const std::vector<HeaderAttribute> &headerAttributes()
 bool isPrintable(const QString &text, int index, int *length)
 {
     const QChar first = text.at(index);
+    *length = 1;
+    if (first >= QLatin1Char(' ') && first <= QLatin1Char('~'))
+        return true; // as most are; no table is asked
     const bool pair = first.isHighSurrogate() && index + 1 < text.length() && text.at(index + 1).isLowSurrogate();
-    *length = pair ? 2 : 1;
-    return pair ? QChar::isPrint(QChar::surrogateToUcs4(first, text.at(index + 1))) : first.isPrint();
+    if (!pair)
+        return first.isPrint();
+    *length = 2;
+    return QChar::isPrint(QChar::surrogateToUcs4(first, text.at(index + 1)));
 }
 
 QString printableOnly(const QString &text)
@@ -89,29 +95,30 @@ QString printableOnly(const QString &text)
     return kept;
 }
 
-int flagsOf(const XML::NamedTag &field)
+int urgencyFlags(int urgency)
 {
-    int flags = 0;
-    if (!field.m_Attributes.value(QStringLiteral("uec")).isEmpty())
-        flags |= UecFlag;
-    const int urgency = field.m_Attributes.value(QStringLiteral("urgency")).toInt();
-    if (urgency > 1)
-        flags |= UrgentFlag;
-    if (urgency > 2)
-        flags |= VeryUrgentFlag;
-    if (!field.m_Attributes.value(QStringLiteral("aready")).isEmpty())
-        flags |= AlreadyFlag;
-    return flags;
+    return (urgency > 1 ? UrgentFlag : 0) | (urgency > 2 ? VeryUrgentFlag : 0);
 }
 
 /// The attribute of a field element, without a name when the field has no identifier or no value.
 Attribute attributeOf(XML::NamedTag &field)
 {
-    const QString id = field.m_Attributes.value(QStringLiteral("id"));
+    Attribute attribute;
+    const QMap<QString, QString> &given = field.m_Attributes;
+    for (auto at = given.cbegin(); at != given.cend(); ++at) {
+        if (at.key() == QLatin1String("id"))
+            attribute.name = at.value();
+        else if (at.key() == QLatin1String("urgency"))
+            attribute.flags |= urgencyFlags(at.value().toInt());
+        else if (at.key() == QLatin1String("uec") && !at.value().isEmpty())
+            attribute.flags |= UecFlag;
+        else if (at.key() == QLatin1String("aready") && !at.value().isEmpty())
+            attribute.flags |= AlreadyFlag;
+    }
     const QString raw = field.GetEnclosedTextItem();
-    if (id.isEmpty() || raw.isEmpty())
+    if (attribute.name.isEmpty() || raw.isEmpty())
         return {};
-    Attribute attribute{id, printableOnly(raw), flagsOf(field)};
+    attribute.value = printableOnly(raw);
     DecodeAttribute(attribute.name, attribute.value);
     return attribute;
 }
@@ -124,9 +131,10 @@ QString identifierOf(const Orvex::IStory2Ptr &story)
     return readStoryID(story, &id) ? StoryID2String(id, false) : QString();
 }
 
-XML::NamedTag *asElement(XML::Tag *tag)
+/// What a search by name found: only elements match.
+XML::NamedTag *asElement(XML::Tag *found)
 {
-    return dynamic_cast<XML::NamedTag *>(tag);
+    return static_cast<XML::NamedTag *>(found);
 }
 
 } // namespace
@@ -142,7 +150,7 @@ void Story::InitStoryItem(Item &item, Orvex::IStory2Ptr story)
         if (SUCCEEDED(story->get_StoryName(name.out())) && name)
             item.name = name.toString();
     }
-    const PackedKeys &keys = packedKeys();
+    const ItemKeys &keys = itemKeys();
     item.attributes.reserve(item.attributes.size() + 3);
     item.AddAttr(keys.storyId, identifierOf(story));
     QString text;
@@ -163,7 +171,7 @@ void Story::InitStoryHeaderAttributes(Item &item, QString &headerText)
     const HeaderMarkup header(headerText);
     const QString id = header.storyID();
     if (!id.isEmpty())
-        item.AddAttr(QLatin1String(Attr_Headerid), id);
+        item.AddAttr(itemKeys().headerId, id);
     if (!header.hasMeta())
         return;
     for (const HeaderAttribute &attribute : headerAttributes()) {

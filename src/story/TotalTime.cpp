@@ -13,9 +13,12 @@ qint64 seconds(const QString &text)
     if (text.isEmpty())
         return -1;
     const QChar colon = QLatin1Char(':');
-    if (!text.contains(colon))
+    const int first = text.indexOf(colon);
+    if (first < 0)
         return text.toInt();
-    return text.section(colon, 0, 0).toInt() * secondsPerMinute + text.section(colon, 1, 1).toInt();
+    const int second = text.indexOf(colon, first + 1);
+    const int length = second < 0 ? -1 : second - first - 1;
+    return text.leftRef(first).toInt() * secondsPerMinute + text.midRef(first + 1, length).toInt();
 }
 
 } // namespace
@@ -44,7 +47,8 @@ QString TotalTime::computed() const
     if (audio < 0 && tape < 0)
         return QString();
     const qint64 sum = qMax<qint64>(audio, 0) + qMax<qint64>(tape, 0);
-    return QStringLiteral("%1:%2").arg(sum / secondsPerMinute).arg(sum % secondsPerMinute, 2, 10, QLatin1Char('0'));
+    const QString minutes = QString::number(sum / secondsPerMinute);
+    return minutes + QLatin1String(sum % secondsPerMinute < 10 ? ":0" : ":") + QString::number(sum % secondsPerMinute);
 }
 
 } // namespace Quire

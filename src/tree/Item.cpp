@@ -91,6 +91,8 @@ bool Item::TakeAttr(const QString &key, QString &value)
 
 void Item::ProcessStoryAttributes()
 {
+    const std::size_t usualCount = 40; // of header and fields together; growing in steps costs time and memory
+    attributes.reserve(attributes.size() + usualCount);
     QString packed;
     if (TakeAttr(QLatin1String(Attr_Header), packed))
         Story::InitStoryHeaderAttributes(*this, packed);
