@@ -42,7 +42,8 @@ FormCache &FormCache::operator=(FormCache &&other) noexcept
 
 FormCache::~FormCache() = default;
 
-FormData *FormCache::getForm(QString name)
+// The name comes by value, as hosts know the operation.
+FormData *FormCache::getForm(QString name) // NOLINT(performance-unnecessary-value-param)
 {
     if (FormData *form = sFormCache.findForm(name))
         return form;
