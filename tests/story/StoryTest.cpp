@@ -406,7 +406,7 @@ TEST_F(StoryTest, CopiesShareTheHandle)
         Story copy(story);
         EXPECT_EQ(data->references, 2);
         EXPECT_EQ(data->objects, 1);
-        EXPECT_EQ(StoryProbe::handle(copy), StoryProbe::handle(story));
+        EXPECT_EQ(StoryProbe::handle(copy).GetInterfacePtr(), StoryProbe::handle(story).GetInterfacePtr());
     }
     EXPECT_EQ(data->references, 1);
 }
