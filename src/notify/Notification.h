@@ -87,8 +87,8 @@ public:
 
 private:
     Q_DISABLE_COPY(Notification)
-    friend void NotificationInit(SearchResultsCallback, QueueUpdateCallback, LogoutCallback);
-    friend void NotificationRelease();
+    friend QUIRE_EXPORT void NotificationInit(SearchResultsCallback, QueueUpdateCallback, LogoutCallback);
+    friend QUIRE_EXPORT void NotificationRelease();
 
     /// With one reference, its owner's.
     Notification();
