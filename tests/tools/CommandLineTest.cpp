@@ -29,8 +29,29 @@ TEST_F(CommandLineTest, WithoutArgumentsTheHelpIsShown)
 
 TEST_F(CommandLineTest, EveryHelpHasExamplesAndFitsIntoEightyColumns)
 {
-    for (const char *verb : {"", "info", "tree", "story", "cat", "form", "set", "blob put", "blob get", "blob rm",
-                             "parse", "error", "newsroom import", "newsroom export", "newsroom check", "demo"}) {
+    for (const char *verb : {"",
+                             "info",
+                             "tree",
+                             "story",
+                             "cat",
+                             "form",
+                             "set",
+                             "edit",
+                             "local",
+                             "local show",
+                             "local fields",
+                             "local section",
+                             "local set",
+                             "local edit",
+                             "blob put",
+                             "blob get",
+                             "blob rm",
+                             "parse",
+                             "error",
+                             "newsroom import",
+                             "newsroom export",
+                             "newsroom check",
+                             "demo"}) {
         const Outcome run = quire((QByteArray(verb) + " --help").constData());
         EXPECT_EQ(run.code, 0) << verb;
         EXPECT_TRUE(run.output.contains(QLatin1String("Examples:\n  "))) << verb;

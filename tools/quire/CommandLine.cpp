@@ -11,10 +11,12 @@
 #include "BlobCommand.h"
 #include "CatCommand.h"
 #include "DemoCommand.h"
+#include "EditCommand.h"
 #include "ErrorCommand.h"
 #include "Failure.h"
 #include "FormCommand.h"
 #include "InfoCommand.h"
+#include "LocalCommand.h"
 #include "NewsroomCommand.h"
 #include "ParseCommand.h"
 #include "SetCommand.h"
@@ -62,6 +64,8 @@ CommandLine::CommandLine()
     add<TreeCommand>();
     add<StoryCommand>();
     add<SetCommand>();
+    add<EditCommand>();
+    add<LocalCommand>();
     add<CatCommand>();
     add<FormCommand>();
     add<BlobCommand>();
@@ -121,7 +125,7 @@ ExitCode CommandLine::run(const QStringList &arguments) noexcept
         m_output.complain(failure.message());
         return failure.code();
     } catch (const _com_error &error) {
-        m_output.complain(QStringLiteral("the server failed: %1").arg(reason(error.Error(), false)));
+        m_output.complain(serverFailure(error));
     } catch (const std::bad_alloc &) {
         m_output.complain(QStringLiteral("out of memory"));
     } catch (const std::exception &error) {

@@ -54,6 +54,11 @@ QString reason(HRESULT code, bool login)
     return words.isEmpty() ? QStringLiteral("server error %1").arg(hexCode(code)) : words;
 }
 
+QString serverFailure(const _com_error &error)
+{
+    return QStringLiteral("the server failed: %1").arg(reason(error.Error(), false));
+}
+
 QString counted(qint64 number, const QString &one, const QString &many)
 {
     return QStringLiteral("%1 %2").arg(QString::number(number), number == 1 ? one : many);

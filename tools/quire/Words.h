@@ -24,6 +24,9 @@ QString hexCode(qint32 code);
 /// Why the server refused: its sentence, or the bare code when there is no sentence for it. \a login: while signing on.
 QString reason(HRESULT code, bool login);
 
+/// What happened when a call to the server ended in \a error.
+QString serverFailure(const _com_error &error);
+
 /// "1 story", "12 stories".
 QString counted(qint64 number, const QString &one, const QString &many);
 

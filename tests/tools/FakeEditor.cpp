@@ -1,0 +1,58 @@
+// An editor for the tests: fake_editor WHAT ... FILE
+//   replace OLD NEW   replaces OLD by NEW
+//   write TEXT        makes TEXT the file; \n is a line feed, \xff that byte
+//   append TEXT       adds TEXT behind
+//   leave             changes nothing
+//   unlink OTHER      removes the file OTHER and puts a folder in its place, then does "append edit"
+// A leading "failing" makes it fail in the end.
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QStringList>
+
+namespace {
+
+QByteArray read(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+bool write(const QString &path, const QByteArray &bytes)
+{
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
+}
+
+QByteArray unescaped(const QString &text)
+{
+    return text.toUtf8().replace("\\n", "\n").replace("\\xff", "\xff");
+}
+
+bool work(const QStringList &arguments)
+{
+    const QString path = arguments.last();
+    const QString what = arguments.first();
+    if (what == QLatin1String("replace"))
+        return write(path, read(path).replace(arguments.at(1).toUtf8(), arguments.at(2).toUtf8()));
+    if (what == QLatin1String("write"))
+        return write(path, unescaped(arguments.at(1)));
+    if (what == QLatin1String("append"))
+        return write(path, read(path) + unescaped(arguments.at(1)));
+    if (what == QLatin1String("unlink"))
+        return QFile::remove(arguments.at(1)) && QDir().mkdir(arguments.at(1)) && write(path, read(path) + "edit");
+    return what == QLatin1String("leave");
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    const QCoreApplication application(argc, argv);
+    QStringList arguments = QCoreApplication::arguments().mid(1);
+    const bool fails = arguments.first() == QLatin1String("failing");
+    if (fails)
+        arguments.removeFirst();
+    return work(arguments) && !fails ? 0 : 3;
+}
