@@ -16,8 +16,10 @@ TEST_F(DemoCommandTest, TellsEveryStepAndSucceeds)
     EXPECT_EQ(run.code, 0);
     EXPECT_EQ(run.errors, QString());
     for (const char *title :
-         {"1. Sign on\n", "\n2. Walk the tree\n", "\n3. Read a story\n", "\n4. Store a blob and fetch it\n",
-          "\n5. Sign on with a wrong password\n", "Invalid user name or password.", "\n6. Sign off\n"})
+         {"1. Sign on\n", "\n2. Walk the tree\n", "\n3. Read a story\n",
+          "\n4. Lock a story, set a field, save, unlock\n  before  Headlines\n  after   Headlines (second edition)\n",
+          "\n5. Store a blob and fetch it\n", "\n6. Sign on with a wrong password\n", "Invalid user name or password.",
+          "\n7. Sign off\n"})
         EXPECT_TRUE(run.output.contains(QLatin1String(title))) << title;
 }
 
@@ -30,7 +32,7 @@ TEST_F(DemoCommandTest, FitsIntoEightyColumns)
 TEST_F(DemoCommandTest, IsReadOnTwoScreensAndSaysWhatItLeavesOut)
 {
     const Outcome run = quire("demo");
-    EXPECT_LE(run.lines().size(), 50);
+    EXPECT_LE(run.lines().size(), 54);
     const int entries = quire("--built-in tree --json").json().value(QStringLiteral("entries")).toArray().size();
     EXPECT_TRUE(run.output.contains(
         QStringLiteral("... and %1 more directories and queues, which quire tree shows\n").arg(entries - 20)));
@@ -44,7 +46,8 @@ TEST_F(DemoCommandTest, JsonListsTheSteps)
     for (const QJsonValue &step : run.json().value(QStringLiteral("steps")).toArray())
         steps += step[QStringLiteral("step")].toString();
     EXPECT_EQ(steps, (QStringList{QStringLiteral("sign on"), QStringLiteral("walk"), QStringLiteral("read"),
-                                  QStringLiteral("blob"), QStringLiteral("refused"), QStringLiteral("sign off")}));
+                                  QStringLiteral("edit"), QStringLiteral("blob"), QStringLiteral("refused"),
+                                  QStringLiteral("sign off")}));
 }
 
 TEST_F(DemoCommandTest, FailsWhenItCannotSignOn)

@@ -35,6 +35,7 @@ void Demo::run()
     signOn();
     walk();
     read();
+    edit();
     keepBlob();
     beRefused();
     signOff();
@@ -117,9 +118,39 @@ void Demo::read()
                   {QStringLiteral("markupCharacters"), markup.size()}});
 }
 
+void Demo::edit()
+{
+    title(QStringLiteral("4. Lock a story, set a field, save, unlock"));
+    TreeEntry queue;
+    QString text;
+    const qint32 number = firstStoryWithText(queue, text).id.part1;
+    ServerStory story(m_session, queue, StoryNumber{number, false});
+    const QString field = QStringLiteral("title");
+    QString before;
+    story.story().GetField(field, before);
+    const QString wanted = before + QStringLiteral(" (second edition)");
+    story.lock();
+    check(story.story().IsLocked(StoryAccess::editLock), QStringLiteral("the story is locked"));
+    story.setField(field, wanted);
+    story.save();
+    story.unlock();
+    check(!story.story().IsLocked(StoryAccess::editLock), QStringLiteral("the story is free again"));
+    check(story.story().UpdateHeaderID(), QStringLiteral("the saved story has a new revision"));
+    QString after;
+    ServerStory(m_session, queue, StoryNumber{number, false}).story().GetField(field, after);
+    check(after == wanted, QStringLiteral("the field reads back as it was set"));
+    say(QStringLiteral("before  %1").arg(before));
+    say(QStringLiteral("after   %1").arg(after));
+    done("edit", {{QStringLiteral("path"), queue.path},
+                  {QStringLiteral("number"), number},
+                  {QStringLiteral("field"), field},
+                  {QStringLiteral("before"), before},
+                  {QStringLiteral("after"), after}});
+}
+
 void Demo::keepBlob()
 {
-    title(QStringLiteral("4. Store a blob and fetch it"));
+    title(QStringLiteral("5. Store a blob and fetch it"));
     const BlobName blob{QStringLiteral("quire.demo"), false};
     QByteArray bytes;
     for (int value = 0; value < 1000; ++value)
@@ -139,7 +170,7 @@ void Demo::keepBlob()
 
 void Demo::beRefused()
 {
-    title(QStringLiteral("5. Sign on with a wrong password"));
+    title(QStringLiteral("6. Sign on with a wrong password"));
     const HRESULT result =
         m_session.tryToSignOn(QString(), m_session.user(), QStringLiteral("certainly not the password"));
     check(FAILED(result), QStringLiteral("a wrong password is refused"));
@@ -150,7 +181,7 @@ void Demo::beRefused()
 
 void Demo::signOff()
 {
-    title(QStringLiteral("6. Sign off"));
+    title(QStringLiteral("7. Sign off"));
     m_session.signOn();
     m_session.com().Disconnect();
     QString server;

@@ -21,6 +21,7 @@ private:
     void signOn();
     void walk();
     void read();
+    void edit();
     void keepBlob();
     void beRefused();
     void signOff();
