@@ -98,7 +98,7 @@ ListMutexLocker::~ListMutexLocker()
     m_mutex->unlock();
     ActiveLockers::remove(this);
     if (sDebugListLocks)
-        logger("ListMutexLocker::unlock").debug("%s unlocked (thread %d)", qPrintable(name()), int(m_threadId));
+        logger("ListMutexLocker::unlock").debug("%s unlocked (thread %d)", qUtf8Printable(name()), int(m_threadId));
 }
 
 QString ListMutexLocker::name() const
@@ -112,15 +112,15 @@ void ListMutexLocker::lock()
     quint32 holderThread = 0;
     if (sDebugListLocks && ActiveLockers::holder(m_mutex, &holder, &holderThread)) {
         logger("ListMutexLocker::lock")
-            .debug("%s (thread %d) blocked on %s (thread %d)", qPrintable(name()), int(m_threadId), qPrintable(holder),
-                   int(holderThread));
+            .debug("%s (thread %d) blocked on %s (thread %d)", qUtf8Printable(name()), int(m_threadId),
+                   qUtf8Printable(holder), int(holderThread));
     }
     m_mutex->lock();
     ActiveLockers::add(this);
     m_locked = true;
     m_owns = true;
     if (sDebugListLocks)
-        logger("ListMutexLocker::lock").debug("%s locked (thread %d)", qPrintable(name()), int(m_threadId));
+        logger("ListMutexLocker::lock").debug("%s locked (thread %d)", qUtf8Printable(name()), int(m_threadId));
 }
 
 void ListMutexLocker::tryLock()
@@ -129,7 +129,7 @@ void ListMutexLocker::tryLock()
         return;
     ActiveLockers::add(this);
     if (sDebugListLocks)
-        logger("ListMutexLocker::trylock").debug("%s trylocked (thread %d)", qPrintable(name()), int(m_threadId));
+        logger("ListMutexLocker::trylock").debug("%s trylocked (thread %d)", qUtf8Printable(name()), int(m_threadId));
     m_locked = true;
     m_owns = true;
 }
