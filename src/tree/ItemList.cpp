@@ -46,7 +46,7 @@ int ItemList::Size()
 void ItemList::Append(const Item &item)
 {
     const ListMutexLocker lock("ItemList::Append()", m_mutex.get());
-    m_items.push_back(item);
+    ItemList::u_Append(Item(item));
 }
 
 int ItemList::Find(const QString &name)
@@ -78,6 +78,7 @@ void ItemList::Clear()
 {
     const ListMutexLocker lock("ItemList::Clear()", m_mutex.get());
     m_items.clear();
+    m_size = 0;
 }
 
 void ItemList::SortUnique()
@@ -96,11 +97,12 @@ void ItemList::SortUnique()
     for (Item *const item : order)
         sorted.push_back(std::move(*item));
     m_items = std::move(sorted);
+    m_size = static_cast<int>(m_items.size());
 }
 
 int ItemList::u_Size()
 {
-    return static_cast<int>(m_items.size());
+    return m_size;
 }
 
 Item *ItemList::u_Nth(int index)
@@ -112,6 +114,7 @@ Item *ItemList::u_Nth(int index)
 void ItemList::u_Append(Item &&item)
 {
     m_items.push_back(std::move(item));
+    m_size = static_cast<int>(m_items.size());
 }
 
 bool ItemList::HasChanged(bool reset)

@@ -27,7 +27,7 @@ class ListMutexLocker;
 /// the operations can then still be called on that thread.
 ///
 /// Pointers to items stay valid until items are added, cleared or sorted. So hold the lock for as long as you use such
-/// a pointer, or u_Size and u_Nth. While holding it, call nothing that calls the server: the lock of a list and the
+/// a pointer, or u_Nth. While holding it, call nothing that calls the server: the lock of a list and the
 /// server access lock are never held together.
 class QUIRE_EXPORT ItemList
 {
@@ -59,7 +59,7 @@ public:
     /// Sorts the items by sort key and drops those whose key equals that of an earlier item. Does not set the change
     /// flag. Only search hits have keys: any other list whose keys the host has not set is left with its first item.
     virtual void SortUnique();
-    /// As Size, without taking the lock.
+    /// As Size, without taking the lock: the number at this moment when another thread adds items.
     virtual int u_Size();
     /// As Nth, without taking the lock.
     virtual Item *u_Nth(int index);
@@ -93,7 +93,8 @@ private:
     std::atomic<ListMutexLocker *> m_heldLocker{nullptr};               // owned; written only by who holds the mutex
     qint32 m_id = 0;
     QString m_name;
-    std::vector<Item> m_items; // guarded by m_mutex
+    std::vector<Item> m_items;  // guarded by m_mutex
+    std::atomic<int> m_size{0}; // of m_items; written under m_mutex
     std::atomic<bool> m_changed{true};
     std::vector<std::unique_ptr<ListMutexLocker>> m_forgottenLockers; // guarded by m_mutex
 };

@@ -74,7 +74,7 @@ Story *Queue::GetStory(const StoryID *id)
 
 Story *Queue::GetStory(int index)
 {
-    if (index < 0 || index >= Size() || !QuireCOM::TheQuireCOM)
+    if (index < 0 || index >= u_Size() || !QuireCOM::TheQuireCOM)
         return nullptr;
     Orvex::IQueue2Ptr queue;
     {
@@ -191,7 +191,7 @@ void Queue::SwitchUpdate(const QString &name, qint32 queueId, bool on)
         return;
     const HRESULT result = queue->put_Update(on ? VARIANT_TRUE : VARIANT_FALSE);
     QMessageLogger("quireDir", 0, "Queue::SetUpdate")
-        .debug("Queue Update %s: %d %s", on ? "ON" : "OFF", int{queueId}, qPrintable(name));
+        .debug("Queue Update %s: %d %s", on ? "ON" : "OFF", int{queueId}, qUtf8Printable(name));
     check(result, queue);
 }
 
