@@ -172,11 +172,16 @@ void Directory::Populate()
 
 void Directory::Refresh()
 {
-    QuireCOM *const session = QuireCOM::TheQuireCOM;
-    if (!session)
+    if (!QuireCOM::TheQuireCOM)
         return;
     Clear();
-    session->RemoveDirFromCache(Name());
+    Reread();
+}
+
+void Directory::Reread()
+{
+    if (QuireCOM *const session = QuireCOM::TheQuireCOM)
+        session->RemoveDirFromCache(Name());
     Populate();
 }
 

@@ -68,6 +68,8 @@ protected:
     /// Appends the entries of the directory called as this list is.
     virtual void Populate();
 
+    /// Forgets what the session has by this list's name and appends what is found there now.
+    void Reread();
     /// What the session has by this list's name; empty without a session. Raises what looking it up raises.
     IDispatchPtr ServerObject();
 

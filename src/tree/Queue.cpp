@@ -2,6 +2,7 @@
 
 #include <QMutexLocker>
 
+#include <algorithm>
 #include <limits>
 #include <utility>
 
@@ -31,6 +32,12 @@ namespace {
 const qint32 threadedChunk = 20;
 const qint32 synchronousChunk = 100;
 const unsigned long longestWait = 100; // milliseconds
+
+/// The same queue as what its stories are listed from, without asking the server for it.
+Orvex::IQueuePtr asList(const Orvex::IQueue2Ptr &queue)
+{
+    return Orvex::IQueuePtr(static_cast<Orvex::IQueue *>(queue.GetInterfacePtr()));
+}
 
 } // namespace
 
@@ -83,21 +90,36 @@ bool Queue::Describe(const IDispatchPtr &object)
 
 Queue::~Queue()
 {
-    const std::shared_ptr<QueueLoad> hanging = AbandonLoad(longestWait);
+    const QDeadlineTimer deadline(longestWait);
+    AbandonLoad(longestWait);
     m_presence->close();
     if (m_liveRefresh)
-        StopUpdates(hanging);
+        StopUpdates(deadline);
 }
 
-/// Ends the reports of a queue that goes. A load that hangs may hold the access lock, so it does that itself then.
-void Queue::StopUpdates(const std::shared_ptr<QueueLoad> &hanging)
+/// Ends the reports of a queue that goes.
+void Queue::StopUpdates(const QDeadlineTimer &deadline)
 try {
-    if (hanging && hanging->switchOffWhenEnded(Name(), m_queueId))
+    if (SwitchOffLater(deadline))
         QueueUpdateMgr::Forget(m_queueId);
     else
         QueueUpdateMgr::EndQueueUpdates(this);
 } catch (...) {
     // A server that does not want to stop reporting is not listened to: the queue's number is forgotten.
+}
+
+/// Has the loads that still hang, this one's or those that were abandoned before, switch the server's reports off when
+/// they end: they may hold the access lock until then. Each of them, since each may be about to switch them on. False
+/// when none hangs.
+bool Queue::SwitchOffLater(const QDeadlineTimer &deadline)
+{
+    const QMutexLocker guard(&m_workerMutex);
+    bool later = false;
+    for (const std::shared_ptr<QueueLoad> &load : m_outdatedLoads) {
+        if (!load->waitForEnd(deadline) && load->switchOffWhenEnded(Name(), m_queueId))
+            later = true;
+    }
+    return later;
 }
 
 bool Queue::IsDirectory()
@@ -116,8 +138,21 @@ void Queue::Refresh()
 {
     if (!QuireCOM::TheQuireCOM)
         return;
-    AbandonLoad(0); // or what it still reads would arrive beside the same stories read anew
-    Directory::Refresh();
+    std::unique_ptr<QueueListThread> worker;
+    {
+        // At one moment: nothing of the load arrives beside the same stories read anew, and no load that another thread
+        // starts goes on behind stories that are gone.
+        const ListMutexLocker lock("Queue::Refresh()", listMutex().get());
+        {
+            const QMutexLocker guard(&m_workerMutex);
+            worker = std::move(m_loadThread);
+            if (worker)
+                Outdate(worker->load());
+        }
+        Clear();
+    }
+    QueueListThread::retire(std::move(worker));
+    Reread();
 }
 
 void Queue::Populate()
@@ -158,14 +193,14 @@ void Queue::StartThread(const Orvex::IQueue2Ptr &queue)
     std::unique_ptr<QueueListThread> worker;
     {
         const ListMutexLocker lock("Queue::Populate()", listMutex().get());
-        m_complete = false;
         m_loadLimit = NextLimit();
-        worker = std::make_unique<QueueListThread>(std::make_shared<QueueLoad>(this, m_loadLimit), queue, u_Size(),
-                                                   m_loadGate);
+        const auto load = std::make_shared<QueueLoad>(this, m_loadLimit);
+        worker = std::make_unique<QueueListThread>(load, asList(queue), u_Size(), m_loadGate);
+        MarkStarted(load.get());
         const QMutexLocker guard(&m_workerMutex);
         std::swap(worker, m_loadThread);
         if (worker)
-            worker->load()->abandon();
+            Outdate(worker->load());
         m_loadThread->start(QThread::InheritPriority);
     }
     QueueListThread::retire(std::move(worker));
@@ -179,9 +214,10 @@ void Queue::LoadNow(const Orvex::IQueue2Ptr &queue)
         m_loadLimit = NextLimit();
     }
     QueueLoad load(this, m_loadLimit);
+    const Orvex::IQueuePtr list = asList(queue);
     int position = 0;
     try {
-        while (!load.loadChunk(queue, position)) {
+        while (!load.loadChunk(list, position)) {
         }
     } catch (const _com_error &failure) {
         load.fail(failure.Error());
@@ -246,13 +282,32 @@ void Queue::Completed()
     if (m_liveRefresh)
         QueueUpdateMgr::BeginQueueUpdates(this);
     if (!presence->isClosed())
+        MarkComplete(QueueLoad::completing());
+}
+
+void Queue::MarkStarted(const QueueLoad *load)
+{
+    const QMutexLocker guard(&m_stateMutex);
+    m_lastLoad = load;
+    m_complete = false;
+}
+
+/// A load that has been abandoned meanwhile tells nothing about the one that was started in its place. Null: somebody
+/// else says so.
+void Queue::MarkComplete(const QueueLoad *load)
+{
+    const QMutexLocker guard(&m_stateMutex);
+    if (!load || load == m_lastLoad)
         m_complete = true;
 }
 
 bool Queue::IsComplete()
 {
-    if (!m_complete)
-        return false;
+    {
+        const QMutexLocker guard(&m_stateMutex);
+        if (!m_complete)
+            return false;
+    }
     const std::unique_ptr<QueueListThread> worker = TakeEndedWorker(longestWait);
     return true;
 }
@@ -291,8 +346,18 @@ void Queue::cancelQueueLoad(bool wait)
         m_loadThread->load()->cancel();
 }
 
-/// Cancels the load and lets go of it, at the latest after \a wait ms. Returns it when it is still running.
-std::shared_ptr<QueueLoad> Queue::AbandonLoad(unsigned long wait)
+/// Nothing of the load arrives any more. Under the list's lock and the workers' mutex.
+void Queue::Outdate(const std::shared_ptr<QueueLoad> &load)
+{
+    load->abandon();
+    m_outdatedLoads.erase(std::remove_if(m_outdatedLoads.begin(), m_outdatedLoads.end(),
+                                         [](const auto &candidate) { return candidate->hasEnded(); }),
+                          m_outdatedLoads.end());
+    m_outdatedLoads.push_back(load);
+}
+
+/// Cancels the load and lets go of it, at the latest after \a wait ms.
+void Queue::AbandonLoad(unsigned long wait)
 {
     std::unique_ptr<QueueListThread> worker;
     {
@@ -300,14 +365,16 @@ std::shared_ptr<QueueLoad> Queue::AbandonLoad(unsigned long wait)
         worker = std::move(m_loadThread);
     }
     if (!worker)
-        return nullptr;
-    std::shared_ptr<QueueLoad> load = worker->load();
-    load->cancel();
-    const bool own = QThread::currentThread() == worker.get();
-    const bool ended = worker->isFinished() || (!own && wait > 0 && worker->wait(wait));
-    load->abandon();
+        return;
+    worker->load()->cancel();
+    if (wait > 0 && QThread::currentThread() != worker.get())
+        worker->wait(wait);
+    {
+        const ListMutexLocker lock("Queue::cancelQueueLoad()", listMutex().get());
+        const QMutexLocker guard(&m_workerMutex);
+        Outdate(worker->load());
+    }
     QueueListThread::retire(std::move(worker));
-    return ended ? nullptr : load;
 }
 
 SearchList *Queue::StartSearch(const QString &text)

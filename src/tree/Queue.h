@@ -3,6 +3,7 @@
 /// \file
 /// A queue of stories.
 
+#include <QDeadlineTimer>
 #include <QMutex>
 #include <QString>
 
@@ -155,8 +156,12 @@ private:
     void LoadNow(const Orvex::IQueue2Ptr &queue);
     void RegisterIfLoaded();
     std::unique_ptr<QueueListThread> TakeEndedWorker(unsigned long wait);
-    std::shared_ptr<QueueLoad> AbandonLoad(unsigned long wait);
-    void StopUpdates(const std::shared_ptr<QueueLoad> &hanging);
+    void AbandonLoad(unsigned long wait);
+    void Outdate(const std::shared_ptr<QueueLoad> &load);
+    void MarkStarted(const QueueLoad *load);
+    void MarkComplete(const QueueLoad *load);
+    bool SwitchOffLater(const QDeadlineTimer &deadline);
+    void StopUpdates(const QDeadlineTimer &deadline);
     bool IsOpenable(int index);
     static Item MakeItem(const IDispatchPtr &handle);
     static void SwitchUpdate(const QString &name, qint32 queueId, bool on);
@@ -174,10 +179,14 @@ private:
     // Free: each value by itself.
     std::atomic<qint32> m_loadLimit{0};
     std::atomic<bool> m_moreAvailable{false};
-    std::atomic<bool> m_complete{false};
     std::atomic<qint32> m_loadError{0};
-    // Guarded by m_workerMutex, a leaf.
+    // Guarded by m_stateMutex, a leaf.
+    const QueueLoad *m_lastLoad = nullptr; // the last threaded one, only ever compared
+    bool m_complete = false;
+    QMutex m_stateMutex;
+    // Guarded by m_workerMutex, which comes after the list's lock.
     std::unique_ptr<QueueListThread> m_loadThread;
+    std::vector<std::shared_ptr<QueueLoad>> m_outdatedLoads; // abandoned ones that may not have ended
     QMutex m_workerMutex;
 };
 

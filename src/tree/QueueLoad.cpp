@@ -13,8 +13,15 @@
 #include <quire/session/QuireCOMMutex.h>
 #include <quire/tree/ListMutexLocker.h>
 #include <quire/tree/Queue.h>
+#include <quire/tree/QueueUpdateMgr.h>
 
 namespace Quire {
+
+namespace {
+
+thread_local const QueueLoad *completingLoad = nullptr;
+
+} // namespace
 
 QueueLoad::QueueLoad(Queue *queue, qint32 limit)
     : m_listMutex(queue->listMutex())
@@ -99,6 +106,7 @@ void QueueLoad::complete()
     if (!queue)
         return;
     HRESULT error = S_OK;
+    completingLoad = this;
     try {
         queue->Completed();
     } catch (const _com_error &failure) {
@@ -106,11 +114,17 @@ void QueueLoad::complete()
     } catch (...) {
         error = E_FAIL;
     }
+    completingLoad = nullptr;
     if (FAILED(error) && m_presence->isInside()) {
         queue->m_loadError = error;
-        queue->m_complete = true; // whatever went wrong, the host waits for it
+        queue->MarkComplete(this); // whatever went wrong, the host waits for it
     }
     m_presence->leave();
+}
+
+const QueueLoad *QueueLoad::completing()
+{
+    return completingLoad;
 }
 
 bool QueueLoad::switchOffWhenEnded(const QString &queueName, qint32 queueId)
@@ -129,11 +143,25 @@ try {
     {
         const QMutexLocker lock(&m_endMutex);
         m_ended = true;
+        m_end.wakeAll();
     }
     if (m_switchOff)
-        Queue::SwitchUpdate(m_queueName, m_queueId, false);
+        QueueUpdateMgr::SwitchOffUnlessWatched(m_queueName, m_queueId);
 } catch (...) {
     // The queue is gone, and with it whoever would be told.
+}
+
+bool QueueLoad::hasEnded() const
+{
+    return waitForEnd(QDeadlineTimer());
+}
+
+bool QueueLoad::waitForEnd(const QDeadlineTimer &deadline) const
+{
+    const QMutexLocker lock(&m_endMutex);
+    while (!m_ended && !deadline.hasExpired())
+        m_end.wait(&m_endMutex, deadline);
+    return m_ended;
 }
 
 } // namespace Quire

@@ -3,8 +3,10 @@
 /// \file
 /// One load of a queue's stories. Not part of the public surface.
 
+#include <QDeadlineTimer>
 #include <QMutex>
 #include <QString>
+#include <QWaitCondition>
 
 #include <atomic>
 #include <memory>
@@ -40,11 +42,16 @@ public:
     void fail(HRESULT error);
     /// Calls the queue's Completed. Nothing leaves.
     void complete();
+    /// The load whose complete() runs on this thread, null when none does.
+    static const QueueLoad *completing();
 
     /// Has the worker switch the server's reports off when it ends; false when it has ended already.
     bool switchOffWhenEnded(const QString &queueName, qint32 queueId);
     /// The worker's last word.
     void end();
+    bool hasEnded() const;
+    /// Whether it has ended, waiting for that at most until \a deadline.
+    bool waitForEnd(const QDeadlineTimer &deadline) const;
 
 private:
     template<typename Change>
@@ -61,7 +68,8 @@ private:
     Queue *m_queue; // guarded by m_listMutex; null once abandoned
 
     // Guarded by m_endMutex, a leaf.
-    QMutex m_endMutex;
+    mutable QMutex m_endMutex;
+    mutable QWaitCondition m_end;
     bool m_ended = false;
     bool m_switchOff = false;
     QString m_queueName;

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <mutex>
 
 #include "WorkerPresence.h"
 #include <quire/tree/Queue.h>
@@ -109,11 +110,23 @@ void QueueUpdateMgr::Forget(qint32 queueId)
     sManager.pForget(queueId);
 }
 
+void QueueUpdateMgr::SwitchOffUnlessWatched(const QString &queueName, qint32 queueId)
+{
+    sManager.pSwitchOffUnlessWatched(queueName, queueId);
+}
+
 void QueueUpdateMgr::pBeginQueueUpdates(Queue *queue)
 {
     const std::shared_ptr<WorkerPresence> presence = queue->m_presence;
     const qint32 queueId = queue->m_queueId;
-    const QMutexLocker lock(&m_mutex);
+    std::unique_lock<QRecursiveMutex> lock(m_mutex, std::defer_lock);
+    {
+        // Who has the mutex may be waiting for the server, and the queue may go meanwhile.
+        const WorkerPresence::Outside outside(presence);
+        lock.lock();
+    }
+    if (presence->isClosed())
+        return;
     Beginning beginning(*this, queueId);
     queue->SetUpdate(true);
     const QMutexLocker state(&m_stateMutex);
@@ -159,6 +172,17 @@ void QueueUpdateMgr::pForget(qint32 queueId)
     const QMutexLocker state(&m_stateMutex);
     removeOne(m_watchedQueues, queueId);
     removeOne(m_pendingQueues, queueId);
+}
+
+void QueueUpdateMgr::pSwitchOffUnlessWatched(const QString &queueName, qint32 queueId)
+{
+    const QMutexLocker lock(&m_mutex);
+    {
+        const QMutexLocker state(&m_stateMutex);
+        if (contains(m_watchedQueues, queueId))
+            return;
+    }
+    Queue::SwitchUpdate(queueName, queueId, false);
 }
 
 } // namespace Quire

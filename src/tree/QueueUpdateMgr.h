@@ -5,6 +5,7 @@
 
 #include <QMutex>
 #include <QObject>
+#include <QString>
 
 #include <vector>
 
@@ -38,6 +39,7 @@ public:
 
 private:
     friend class Queue;
+    friend class QueueLoad;
     friend struct QueueUpdateMgrProbe; // the tests look at the lists
 
     QueueUpdateMgr();
@@ -47,12 +49,15 @@ private:
 
     /// Forgets the queue without calling the server.
     static void Forget(qint32 queueId);
+    /// Turns the server's reports off for a queue that has gone, unless another object of it has begun meanwhile.
+    static void SwitchOffUnlessWatched(const QString &queueName, qint32 queueId);
 
     void pBeginQueueUpdates(Queue *queue);
     void pEndQueueUpdates(Queue *queue);
     void pUpdate(qint32 queueId);
     bool pNeedsRefresh(Queue *queue, bool clear);
     void pForget(qint32 queueId);
+    void pSwitchOffUnlessWatched(const QString &queueName, qint32 queueId);
 
     static QueueUpdateMgr sManager;
 
