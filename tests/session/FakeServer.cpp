@@ -219,6 +219,12 @@ public:
     HRESULT STDMETHODCALLTYPE DeleteAll() override { return enter("DeleteAll"); }
 
 protected:
+    void *find(REFIID iid) override
+    {
+        if (IsEqualGUID(iid, __uuidof(Orvex::IQueue)))
+            return static_cast<Orvex::IQueue *>(this);
+        return TreeObject::find(iid);
+    }
     LONG size() const override { return static_cast<LONG>(m_server.queues.value(m_path).size()); }
     IDispatch *newEntry(int index) const override
     {

@@ -1,0 +1,67 @@
+#pragma once
+
+#include <QStringList>
+
+#include <memory>
+
+#include <quire/notify/Search.h>
+#include <quire/tree/Directory.h>
+#include <quire/tree/Queue.h>
+
+#include "session/QtPrinting.h"
+#include "session/SessionFixture.h"
+
+namespace Quire {
+
+/// The searcher's end, for tests.
+struct SearchProbe
+{
+    /// As if there had never been a searcher.
+    static void destroy()
+    {
+        delete Search::TheSearcher;
+        Search::sSearchLimit = 500;
+    }
+};
+
+} // namespace Quire
+
+inline QString text(const char *literal)
+{
+    return QString::fromUtf8(literal);
+}
+
+/// A signed-on session on a fake server, where queues load at once on the calling thread and locks are debugged, so
+/// that each call tells its label. After each test no text or array is left either, and there is no searcher.
+class TreeTest : public SessionTest
+{
+protected:
+    void SetUp() override;
+    void TearDown() override;
+
+    /// The server's object for the path. Forgets the calls that this took.
+    IDispatchPtr object(const char *path);
+    /// The directory or queue at the path. Forgets the calls that this took.
+    std::unique_ptr<Quire::Directory> open(const char *path);
+    std::unique_ptr<Quire::Queue> openQueue(const char *path);
+    /// Puts a story at the end of the queue. Its head, as markup, is `<head></head>`.
+    FakeServer::StoryDataPtr addStory(const char *queue, const char *identifier, const char *name);
+
+    /// A searcher that can search.
+    void startSearcher();
+
+    /// The calls so far, each as "CALL under LABEL".
+    QStringList callsWithLabels() const;
+
+private:
+    std::unique_ptr<LockDebugging> m_debugging;
+    __int64 m_texts = 0;
+    __int64 m_arrays = 0;
+};
+
+/// The names of a list's items.
+QStringList namesOf(Quire::ItemList &list);
+/// The attributes of an item, each as "name=value/flags".
+QStringList attributesOf(Quire::ItemList &list, int index);
+/// The labels under which the locks of lists were taken, according to these lines.
+QStringList listLocks(const QStringList &lines);
