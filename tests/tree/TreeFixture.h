@@ -4,27 +4,12 @@
 
 #include <memory>
 
-#include <quire/notify/Search.h>
 #include <quire/tree/Directory.h>
 #include <quire/tree/Queue.h>
 
 #include "session/QtPrinting.h"
 #include "session/SessionFixture.h"
-
-namespace Quire {
-
-/// The searcher's end, for tests.
-struct SearchProbe
-{
-    /// As if there had never been a searcher.
-    static void destroy()
-    {
-        delete Search::TheSearcher;
-        Search::sSearchLimit = 500;
-    }
-};
-
-} // namespace Quire
+#include "tree/SearcherEnd.h"
 
 inline QString text(const char *literal)
 {

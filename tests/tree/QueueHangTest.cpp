@@ -1,0 +1,218 @@
+// Queues that go, or are cancelled, while the server does not answer.
+
+#include <QElapsedTimer>
+
+#include <gmock/gmock.h>
+
+#include <quire/notify/Notification.h>
+#include <quire/tree/QueueUpdateMgr.h>
+
+#include "tree/QueueFixture.h"
+#include "tree/SearcherEnd.h"
+
+using namespace Quire;
+using Newsroom::Fault;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+namespace {
+
+const int hangTime = 3000; // milliseconds, as long as a server is seen to hang
+
+class QueueHangTest : public QueueFixture
+{
+protected:
+    void TearDown() override
+    {
+        NotificationRelease();
+        QueueFixture::TearDown();
+        SearchProbe::destroy();
+    }
+
+    /// The queue, whose worker hangs in that call of the operation.
+    std::unique_ptr<Queue> hanging(const char *path, const char *operation, int call = 1)
+    {
+        server.faults().failNext(text(operation), Fault::hang(hangTime), call);
+        std::unique_ptr<Queue> queue = open(path);
+        EXPECT_TRUE(server.faults().waitForHang(patience));
+        return queue;
+    }
+
+    /// That the work is done long before the server answers.
+    template<typename Work>
+    void expectPrompt(const Work &work)
+    {
+        QElapsedTimer timer;
+        timer.start();
+        work();
+        EXPECT_LT(timer.elapsed(), hangTime / 2);
+        EXPECT_EQ(server.faults().hanging(), 1);
+    }
+};
+
+/// Stays in the first SetUpdate(true) after its own load, so in the manager, until it is let go.
+class BlockingQueue : public Queue
+{
+public:
+    BlockingQueue(const IDispatchPtr &object, std::promise<void> &inside, std::promise<void> &leave)
+        : Queue(object)
+        , m_inside(inside)
+        , m_leave(leave)
+    {}
+
+    void SetUpdate(bool on) override
+    {
+        if (on) {
+            m_inside.set_value();
+            m_leave.get_future().wait();
+        }
+        Queue::SetUpdate(on);
+    }
+
+private:
+    std::promise<void> &m_inside;
+    std::promise<void> &m_leave;
+};
+
+} // namespace
+
+TEST_F(QueueHangTest, AQueueGoesWhileGetListHangs)
+{
+    std::unique_ptr<Queue> queue = hanging("Q.SHORT", "GetList");
+    expectPrompt([&] { queue.reset(); });
+    server.faults().clear();
+}
+
+TEST_F(QueueHangTest, AQueueGoesWhileALaterGetListHangs)
+{
+    std::unique_ptr<Queue> queue = hanging("Q.SHORT", "GetList", 2);
+    EXPECT_EQ(queue->Size(), 20);
+    expectPrompt([&] { queue.reset(); });
+    server.faults().clear();
+    ASSERT_TRUE(nothingHangs());
+    EXPECT_EQ(lists().size(), 2);
+}
+
+TEST_F(QueueHangTest, AQueueGoesWhileAStoryHangs)
+{
+    std::unique_ptr<Queue> queue = hanging("Q.SHORT", "get_SectionXml", 3);
+    expectPrompt([&] { queue.reset(); });
+    server.faults().clear();
+}
+
+TEST_F(QueueHangTest, CancellingReturnsWhileGetListHangs)
+{
+    const std::unique_ptr<Queue> queue = hanging("Q.SHORT", "GetList", 2);
+    expectPrompt([&] { queue->cancelQueueLoad(true); });
+    EXPECT_TRUE(queue->IsFinished());
+    EXPECT_FALSE(queue->IsComplete());
+    server.faults().clear();
+    ASSERT_TRUE(nothingHangs());
+    expectFirst(*queue, 20); // what the server gives late does not arrive
+}
+
+TEST_F(QueueHangTest, ALiveQueueGoesWhileGetListHangsAndItsReportsEndUpOff)
+{
+    std::unique_ptr<Queue> queue = hanging("Q.LIVE", "GetList", 2);
+    expectPrompt([&] { queue.reset(); });
+    EXPECT_THAT(QueueUpdateMgrProbe::watched(), IsEmpty());
+    server.calls().take();
+    server.faults().clear();
+    QStringList updates;
+    EXPECT_TRUE(comesTrue([&] { return !(updates += callsOf({text("put_Update")})).isEmpty(); }));
+    EXPECT_EQ(updates, QStringList(text("IQueue2::put_Update(false)")));
+}
+
+TEST_F(QueueHangTest, ALiveQueueGoesWhileItIsRegisteredAndItsReportsEndUpOff)
+{
+    std::unique_ptr<Queue> queue = hanging("Q.LIVE", "put_Update");
+    expectPrompt([&] { queue.reset(); });
+    server.faults().clear();
+    const std::unique_ptr<Queue> other = load("Q.SHORT"); // the session still works
+    QStringList updates;
+    EXPECT_TRUE(comesTrue([&] { return (updates += callsOf({text("put_Update")})).size() == 2; }));
+    EXPECT_EQ(updates.last(), text("IQueue2::put_Update(false)"));
+    EXPECT_THAT(QueueUpdateMgrProbe::watched(), IsEmpty());
+}
+
+TEST_F(QueueHangTest, ALiveQueueThatWasCancelledBeforeGoesWhileItsOldCallHangs)
+{
+    for (const char *operation : {"GetList", "put_Update"}) {
+        std::unique_ptr<Queue> queue = hanging("Q.LIVE", operation);
+        expectPrompt([&] {
+            queue->cancelQueueLoad(true);
+            queue.reset();
+        });
+        EXPECT_THAT(QueueUpdateMgrProbe::watched(), IsEmpty());
+        server.faults().clear();
+        QStringList updates;
+        EXPECT_TRUE(comesTrue([&] {
+            return (updates += callsOf({text("put_Update")})).endsWith(text("IQueue2::put_Update(false)"));
+        })) << operation;
+    }
+}
+
+TEST_F(QueueHangTest, ALiveQueueGoesWhileTheRegistrationOfAnotherHangs)
+{
+    const std::unique_ptr<Queue> first = load("Q.LIVE");
+    std::unique_ptr<Queue> second = open("Q.LIVE2");
+    QueueProbe::gate(*second).lock();
+    // It holds the manager's mutex, but not the access lock: the second one's worker comes as far as the manager.
+    std::promise<void> inside;
+    std::promise<void> leave;
+    Queue::useThreading = false;
+    BlockingQueue blocking(object("Q.LIVE"), inside, leave);
+    auto registering = std::async(std::launch::async, [&] { QueueUpdateMgr::BeginQueueUpdates(&blocking); });
+    inside.get_future().wait();
+    QueueProbe::gate(*second).unlock();
+    ASSERT_TRUE(comesTrue([&] { return second->Size() == 250; }));
+    QElapsedTimer timer;
+    timer.start();
+    second.reset();
+    EXPECT_LT(timer.elapsed(), hangTime / 2);
+    leave.set_value();
+    registering.get();
+}
+
+TEST_F(QueueHangTest, TheLockOfTheListMayBeHeldByWhoDestroysTheQueue)
+{
+    std::unique_ptr<Queue> queue = load("Q.LONG");
+    for (const char *path : {"Q.LONG", "Q.LIVE2"}) {
+        queue = open(path);
+        ASSERT_TRUE(comesTrue([&] { return queue->Size() > 0; }));
+        queue->Lock(); // the worker comes to wait for it
+        queue.reset();
+    }
+}
+
+TEST_F(QueueHangTest, AReportThatComesAtOnceDoesNotDeadlock)
+{
+    server.options().deliverAtOnce = true;
+    server.options().noticeOnUpdate = true;
+    NotificationInit(nullptr, nullptr, nullptr);
+    const std::unique_ptr<Queue> threaded = load("Q.LIVE");
+    EXPECT_FALSE(QueueUpdateMgr::NeedsRefresh(threaded.get(), false)); // told on the thread that registers: not news
+    Queue::useThreading = false;
+    const std::unique_ptr<Queue> atOnce = open("Q.LIVE2");
+    EXPECT_THAT(QueueUpdateMgrProbe::watched(), ElementsAre(14, 15));
+    EXPECT_FALSE(QueueUpdateMgr::NeedsRefresh(atOnce.get(), false));
+}
+
+TEST_F(QueueHangTest, AReportThatComesOnTheServersThreadCounts)
+{
+    server.options().noticeOnUpdate = true;
+    NotificationInit(nullptr, nullptr, nullptr);
+    const std::unique_ptr<Queue> queue = load("Q.LIVE");
+    EXPECT_TRUE(comesTrue([&] { return QueueUpdateMgr::NeedsRefresh(queue.get(), false); }));
+}
+
+TEST_F(QueueHangTest, ANewObjectOfTheQueueKeepsItsReportsWhenTheOldOnesCallEnds)
+{
+    std::unique_ptr<Queue> queue = hanging("Q.LIVE", "GetList", 2);
+    queue.reset();
+    server.faults().clear();
+    const std::unique_ptr<Queue> again = load("Q.LIVE");
+    ASSERT_TRUE(nothingHangs());
+    EXPECT_TRUE(comesTrue([&] { return again->GetUpdate(); }));
+    EXPECT_THAT(QueueUpdateMgrProbe::watched(), ElementsAre(14));
+}
