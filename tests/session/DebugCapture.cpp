@@ -73,6 +73,7 @@ void DebuggerOutput::add(const char *line)
 }
 
 FrameworkLog::FrameworkLog()
+    : m_outer(theLog)
 {
     theLog = this;
     m_before = qInstallMessageHandler(logMessage);
@@ -81,7 +82,7 @@ FrameworkLog::FrameworkLog()
 FrameworkLog::~FrameworkLog()
 {
     qInstallMessageHandler(m_before);
-    theLog = nullptr;
+    theLog = m_outer;
 }
 
 QVector<LogMessage> FrameworkLog::messages() const

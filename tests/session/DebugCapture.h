@@ -33,7 +33,7 @@ struct LogMessage
     QString text;
 };
 
-/// What goes to the framework's log while this object lives; one at a time.
+/// What goes to the framework's log while this object lives; while there are several, the newest gets it.
 class FrameworkLog
 {
 public:
@@ -50,6 +50,7 @@ private:
     Q_DISABLE_COPY(FrameworkLog)
     QVector<LogMessage> m_messages;
     mutable QMutex m_mutex;
+    FrameworkLog *const m_outer;
     QtMessageHandler m_before;
 };
 
