@@ -25,28 +25,10 @@ using QueueUpdateCallback = void (*)(long queueId);
 /// Is told that the server has ended the user's session.
 using LogoutCallback = void (*)();
 
-/// Starts the notices of the server: connects to the session that there is now, and has each notice told to the
-/// callback given here. Any callback may be null. Results of searches without a callback go into the lists of Search,
-/// changed queues to QueueUpdateMgr::Update, and a logout is written to the debug log only.
-///
-/// While there are notices a further call only replaces the three callbacks. The connection is made once: after
-/// signing on with a new session call NotificationRelease and NotificationInit again. Failures are silent; when the
-/// server refuses, Search::CanSearch stays false.
-///
-/// Callbacks are called on whatever thread the server uses, also on several at once, with no lock of the library held:
-/// they may call any operation of the library, NotificationRelease included. What a callback throws is dropped. Any
-/// thread may call this.
-QUIRE_EXPORT void NotificationInit(SearchResultsCallback searchResults, QueueUpdateCallback queueUpdate,
-                                   LogoutCallback logout);
-
-/// Ends the notices. A callback that runs on another thread may still be running when this returns; none is called any
-/// more. Nothing happens when there are no notices. Any thread may call this.
-QUIRE_EXPORT void NotificationRelease();
-
 /// The sink that the server's events arrive at. Made by NotificationInit, at most one at a time; given up by
 /// NotificationRelease.
 ///
-/// It has one owner, the pair of functions above: when that lets go, it disconnects from the server and hears nothing
+/// It has one owner, the pair of functions below: when that lets go, it disconnects from the server and hears nothing
 /// any more. References that the server holds, at its connection points or while it calls, only keep its memory. They
 /// may be taken and given back, and events may arrive, on any thread and also while it is being disconnected.
 class Notification final : public Orvex::_IAnNotifyFast2
@@ -87,8 +69,9 @@ public:
 
 private:
     Q_DISABLE_COPY(Notification)
-    friend QUIRE_EXPORT void NotificationInit(SearchResultsCallback, QueueUpdateCallback, LogoutCallback);
-    friend QUIRE_EXPORT void NotificationRelease();
+    // They are exported where they are declared in full: a compiler for Windows wants that to come last.
+    friend void NotificationInit(SearchResultsCallback, QueueUpdateCallback, LogoutCallback);
+    friend void NotificationRelease();
 
     /// With one reference, its owner's.
     Notification();
@@ -123,5 +106,23 @@ private:
     std::atomic<bool> m_Ended{false}; // set under m_Mutex
     QMutex m_Mutex;
 };
+
+/// Starts the notices of the server: connects to the session that there is now, and has each notice told to the
+/// callback given here. Any callback may be null. Results of searches without a callback go into the lists of Search,
+/// changed queues to QueueUpdateMgr::Update, and a logout is written to the debug log only.
+///
+/// While there are notices a further call only replaces the three callbacks. The connection is made once: after
+/// signing on with a new session call NotificationRelease and NotificationInit again. Failures are silent; when the
+/// server refuses, Search::CanSearch stays false.
+///
+/// Callbacks are called on whatever thread the server uses, also on several at once, with no lock of the library held:
+/// they may call any operation of the library, NotificationRelease included. What a callback throws is dropped. Any
+/// thread may call this.
+QUIRE_EXPORT void NotificationInit(SearchResultsCallback searchResults, QueueUpdateCallback queueUpdate,
+                                   LogoutCallback logout);
+
+/// Ends the notices. A callback that runs on another thread may still be running when this returns; none is called any
+/// more. Nothing happens when there are no notices. Any thread may call this.
+QUIRE_EXPORT void NotificationRelease();
 
 } // namespace Quire
