@@ -143,12 +143,8 @@ void Queue::Refresh()
         // At one moment: nothing of the load arrives beside the same stories read anew, and no load that another thread
         // starts goes on behind stories that are gone.
         const ListMutexLocker lock("Queue::Refresh()", listMutex().get());
-        {
-            const QMutexLocker guard(&m_workerMutex);
-            worker = std::move(m_loadThread);
-            if (worker)
-                Outdate(worker->load());
-        }
+        worker = TakeWorker();
+        AbandonOutdated();
         Clear();
     }
     QueueListThread::retire(std::move(worker));
@@ -190,20 +186,20 @@ qint32 Queue::NextLimit()
 /// moment: under the list's lock, so that nothing of it arrives after the stories have been counted.
 void Queue::StartThread(const Orvex::IQueue2Ptr &queue)
 {
-    std::unique_ptr<QueueListThread> worker;
+    std::unique_ptr<QueueListThread> outdated;
     {
         const ListMutexLocker lock("Queue::Populate()", listMutex().get());
         m_loadLimit = NextLimit();
         const auto load = std::make_shared<QueueLoad>(this, m_loadLimit);
-        worker = std::make_unique<QueueListThread>(load, asList(queue), u_Size(), m_loadGate);
+        auto worker = std::make_unique<QueueListThread>(load, asList(queue), u_Size(), m_loadGate);
         MarkStarted(load.get());
+        outdated = TakeWorker();
+        AbandonOutdated();
         const QMutexLocker guard(&m_workerMutex);
-        std::swap(worker, m_loadThread);
-        if (worker)
-            Outdate(worker->load());
+        m_loadThread = std::move(worker);
         m_loadThread->start(QThread::InheritPriority);
     }
-    QueueListThread::retire(std::move(worker));
+    QueueListThread::retire(std::move(outdated));
 }
 
 void Queue::LoadNow(const Orvex::IQueue2Ptr &queue)
@@ -346,34 +342,37 @@ void Queue::cancelQueueLoad(bool wait)
         m_loadThread->load()->cancel();
 }
 
-/// Nothing of the load arrives any more. Under the list's lock and the workers' mutex.
-void Queue::Outdate(const std::shared_ptr<QueueLoad> &load)
+/// Takes the worker out of the queue; null when there is none. Its load goes on until it is abandoned.
+std::unique_ptr<QueueListThread> Queue::TakeWorker()
 {
-    load->abandon();
+    const QMutexLocker guard(&m_workerMutex);
     m_outdatedLoads.erase(std::remove_if(m_outdatedLoads.begin(), m_outdatedLoads.end(),
                                          [](const auto &candidate) { return candidate->hasEnded(); }),
                           m_outdatedLoads.end());
-    m_outdatedLoads.push_back(load);
+    if (m_loadThread)
+        m_outdatedLoads.push_back(m_loadThread->load());
+    return std::move(m_loadThread);
+}
+
+/// Nothing arrives any more of loads whose workers were taken, also of one that another thread is still waiting for.
+/// Under the list's lock.
+void Queue::AbandonOutdated()
+{
+    const QMutexLocker guard(&m_workerMutex);
+    for (const std::shared_ptr<QueueLoad> &load : m_outdatedLoads)
+        load->abandon();
 }
 
 /// Cancels the load and lets go of it, at the latest after \a wait ms.
 void Queue::AbandonLoad(unsigned long wait)
 {
-    std::unique_ptr<QueueListThread> worker;
-    {
-        const QMutexLocker guard(&m_workerMutex);
-        worker = std::move(m_loadThread);
-    }
+    std::unique_ptr<QueueListThread> worker = TakeWorker();
     if (!worker)
         return;
     worker->load()->cancel();
     if (wait > 0 && QThread::currentThread() != worker.get())
         worker->wait(wait);
-    {
-        const ListMutexLocker lock("Queue::cancelQueueLoad()", listMutex().get());
-        const QMutexLocker guard(&m_workerMutex);
-        Outdate(worker->load());
-    }
+    worker->load()->abandon();
     QueueListThread::retire(std::move(worker));
 }
 

@@ -157,7 +157,8 @@ private:
     void RegisterIfLoaded();
     std::unique_ptr<QueueListThread> TakeEndedWorker(unsigned long wait);
     void AbandonLoad(unsigned long wait);
-    void Outdate(const std::shared_ptr<QueueLoad> &load);
+    std::unique_ptr<QueueListThread> TakeWorker();
+    void AbandonOutdated();
     void MarkStarted(const QueueLoad *load);
     void MarkComplete(const QueueLoad *load);
     bool SwitchOffLater(const QDeadlineTimer &deadline);
@@ -186,7 +187,7 @@ private:
     QMutex m_stateMutex;
     // Guarded by m_workerMutex, which comes after the list's lock.
     std::unique_ptr<QueueListThread> m_loadThread;
-    std::vector<std::shared_ptr<QueueLoad>> m_outdatedLoads; // abandoned ones that may not have ended
+    std::vector<std::shared_ptr<QueueLoad>> m_outdatedLoads; // of workers taken out; may not have ended
     QMutex m_workerMutex;
 };
 
