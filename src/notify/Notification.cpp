@@ -4,6 +4,7 @@
 #include <QMutexLocker>
 
 #include <utility>
+#include <vector>
 
 #include <quire/notify/RecordArray.h>
 #include <quire/notify/Search.h>
@@ -245,13 +246,15 @@ void Notification::AddResults(Search &searcher, LONG searchId, SAFEARRAY *result
         searcher.SearchComplete(searchId, totalHits);
 }
 
-/// What cannot be read ends the hits of this event, not the search.
+/// In batches, so that the searcher's mutex is held for a small part of the time that it takes. What cannot be read or
+/// kept ends the hits of this event, not the search.
 void Notification::AddHits(Search &searcher, LONG searchId, const RecordArray<Orvex::SearchHit> &hits)
 try {
     SearchHitReader reader;
-    for (const Orvex::SearchHit &hit : hits) {
-        Item item = reader.read(hit);
-        searcher.AddSearchResult(searchId, item);
+    std::vector<Item> batch;
+    for (const Orvex::SearchHit *next = hits.begin(); next != hits.end();) {
+        next = reader.readBatch(next, hits.end(), batch);
+        searcher.AddSearchResults(searchId, batch);
     }
 } catch (...) {
     return;

@@ -241,11 +241,11 @@ bool Search::TakesResults(long id)
     return list ? !list->IsSearchComplete() : m_Starting->takes(static_cast<qint32>(id));
 }
 
-void Search::AddSearchResult(long id, Item &item)
+void Search::AddSearchResults(long id, std::vector<Item> &items)
 {
     const QMutexLocker guard(&m_Mutex);
     if (SearchList *const list = FindForEvent(id))
-        list->AddHit(std::move(item));
+        list->AddHits(items);
 }
 
 void Search::SearchComplete(long id, long totalHits)

@@ -84,8 +84,8 @@ private:
     /// Whether events of the search \a id are worth reading: it is running, or it may be one that is just being
     /// started, whose number StartSearch does not know yet.
     bool TakesResults(long id);
-    /// Moves \a item to the hits of the search \a id; left alone and dropped when there is no such search.
-    void AddSearchResult(long id, Item &item);
+    /// Moves \a items to the hits of the search \a id; they are left alone when there is no such search.
+    void AddSearchResults(long id, std::vector<Item> &items);
     /// Marks the search \a id as done with \a totalHits found on the server, sorts its hits and drops double ones.
     void SearchComplete(long id, long totalHits);
     /// Stops the search of \a list if it is running and lets the list go without destroying it; the caller owns it from

@@ -2,6 +2,8 @@
 
 #include <QStringView>
 
+#include <algorithm>
+
 #include <quire/platform/Bstr.h>
 #include <quire/session/StoryID.h>
 
@@ -39,6 +41,20 @@ Item SearchHitReader::read(const Orvex::SearchHit &hit)
     item.AddAttr(keys.storyId, storyId);
     addFields(fields, item);
     return item;
+}
+
+const Orvex::SearchHit *SearchHitReader::readBatch(const Orvex::SearchHit *next, const Orvex::SearchHit *end,
+                                                   std::vector<Item> &batch)
+try {
+    constexpr std::ptrdiff_t largestBatch = 64;
+    const auto size = static_cast<std::size_t>(std::min(end - next, largestBatch));
+    batch.clear();
+    batch.reserve(size);
+    while (batch.size() < size)
+        batch.push_back(read(*next++));
+    return next;
+} catch (...) {
+    return end; // what was read before counts
 }
 
 void SearchHitReader::addFields(const RecordArray<Orvex::FieldValue> &fields, Item &item)

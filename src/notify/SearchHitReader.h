@@ -23,6 +23,11 @@ public:
     /// attributes; queue and story identifier as its sort key.
     Item read(const Orvex::SearchHit &hit);
 
+    /// Puts items for the hits from \a next on into \a batch in place of what is there, at most 64. Returns where to go
+    /// on; that is \a end also when a hit could not be read.
+    const Orvex::SearchHit *readBatch(const Orvex::SearchHit *next, const Orvex::SearchHit *end,
+                                      std::vector<Item> &batch);
+
 private:
     void addFields(const RecordArray<Orvex::FieldValue> &fields, Item &item);
     const QString &fieldName(std::size_t position, BSTR name);

@@ -45,10 +45,11 @@ void SearchList::SetSearchComplete()
     m_searchComplete = true;
 }
 
-void SearchList::AddHit(Item &&item)
+void SearchList::AddHits(std::vector<Item> &hits)
 {
-    const ListMutexLocker lock("SearchList::AddHit()", listMutex().get());
-    u_Append(std::move(item));
+    const ListMutexLocker lock("SearchList::AddHits()", listMutex().get());
+    for (Item &hit : hits)
+        u_Append(std::move(hit));
     SetChanged();
 }
 

@@ -6,6 +6,7 @@
 #include <QString>
 
 #include <atomic>
+#include <vector>
 
 #include <quire/platform/Export.h>
 #include <quire/tree/ItemList.h>
@@ -35,8 +36,8 @@ public:
     bool IsSearchComplete();
     /// Marks the search as ended.
     void SetSearchComplete();
-    /// Moves \a item to the end and sets the change flag.
-    void AddHit(Item &&item);
+    /// Moves \a hits to the end and sets the change flag, all under one lock.
+    void AddHits(std::vector<Item> &hits);
     /// Marks the search as ended with \a totalHits found on the server, sorts the hits, drops double ones and sets the
     /// change flag: all under one lock, so that nobody reads the hits of an ended search before they are sorted.
     void Complete(long totalHits);

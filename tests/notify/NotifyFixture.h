@@ -18,7 +18,11 @@ namespace Quire {
 /// The searcher's private workers, for tests.
 struct SearchProbe
 {
-    static void add(long id, Item item) { searcher()->AddSearchResult(id, item); }
+    static void add(long id, const Item &item)
+    {
+        std::vector<Item> items{item};
+        searcher()->AddSearchResults(id, items);
+    }
     static void complete(long id, long totalHits) { searcher()->SearchComplete(id, totalHits); }
     static void remove(SearchList *list) { searcher()->RemoveSearch(list); }
     static int index(long id) { return searcher()->GetSearchListIndex(id); }
