@@ -14,9 +14,10 @@ TEST_F(CommandLineTest, HelpNamesEveryVerbAndExitCode)
     EXPECT_EQ(run.code, 0);
     EXPECT_EQ(run.errors, QString());
     for (const char *word :
-         {"info",   "tree",      "cat",        "blob",       "parse",    "error",      "newsroom",       "demo",
-          "story",  "form",      "--newsroom", "--built-in", "--user",   "--password", "QUIRE_PASSWORD", "--server",
-          "--json", "--version", "Examples:",  "0 done",     "1 failed", "2 wrong",    "3 sign-on",      "4 not found"})
+         {"info",       "tree",           "cat",       "blob",       "parse",      "error",      "newsroom",
+          "demo",       "story",          "form",      "search",     "--newsroom", "--built-in", "--user",
+          "--password", "QUIRE_PASSWORD", "--server",  "--json",     "--version",  "Examples:",  "0 done",
+          "1 failed",   "2 wrong",        "3 sign-on", "4 not found"})
         EXPECT_TRUE(run.output.contains(QLatin1String(word))) << word;
 }
 
@@ -33,6 +34,7 @@ TEST_F(CommandLineTest, EveryHelpHasExamplesAndFitsIntoEightyColumns)
                              "info",
                              "tree",
                              "story",
+                             "search",
                              "cat",
                              "form",
                              "set",

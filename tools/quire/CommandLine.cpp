@@ -19,6 +19,7 @@
 #include "LocalCommand.h"
 #include "NewsroomCommand.h"
 #include "ParseCommand.h"
+#include "SearchCommand.h"
 #include "SetCommand.h"
 #include "StoryCommand.h"
 #include "TreeCommand.h"
@@ -63,6 +64,7 @@ CommandLine::CommandLine()
     add<InfoCommand>();
     add<TreeCommand>();
     add<StoryCommand>();
+    add<SearchCommand>();
     add<SetCommand>();
     add<EditCommand>();
     add<LocalCommand>();
