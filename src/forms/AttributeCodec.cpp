@@ -40,12 +40,11 @@ const QLatin1String readOnlyFields[] = {
     QLatin1String("total-time"),
 };
 
-/// Whether \a name in small letters is \a lowered. Nearly all names differ, which is seen without making the letters
-/// small; what becomes plain letters keeps its length.
+/// Whether \a name in small letters is \a lowered. Most names are told apart by length and first letter; what becomes
+/// plain letters keeps its length.
 bool isCalled(const QString &name, QLatin1String lowered)
 {
-    return name.length() == lowered.size() && name.compare(lowered, Qt::CaseInsensitive) == 0 &&
-           name.toLower() == lowered;
+    return name.length() == lowered.size() && name.at(0).toLower() == lowered.at(0) && name.toLower() == lowered;
 }
 
 Coding codingOf(const QString &name)

@@ -1,5 +1,6 @@
 #include <quire/story/Story.h>
 
+#include <algorithm>
 #include <memory>
 #include <utility>
 
@@ -68,18 +69,22 @@ const std::vector<HeaderAttribute> &headerAttributes()
 bool isPrintable(const QString &text, int index, int *length)
 {
     const QChar first = text.at(index);
-    *length = 1;
-    if (first >= QLatin1Char(' ') && first <= QLatin1Char('~'))
-        return true; // as most are; no table is asked
     const bool pair = first.isHighSurrogate() && index + 1 < text.length() && text.at(index + 1).isLowSurrogate();
-    if (!pair)
-        return first.isPrint();
-    *length = 2;
-    return QChar::isPrint(QChar::surrogateToUcs4(first, text.at(index + 1)));
+    *length = pair ? 2 : 1;
+    return pair ? QChar::isPrint(QChar::surrogateToUcs4(first, text.at(index + 1))) : first.isPrint();
+}
+
+/// Printable without asking any table, as most values are.
+bool isPlain(const QString &text)
+{
+    return std::all_of(text.cbegin(), text.cend(),
+                       [](QChar letter) { return letter >= QLatin1Char(' ') && letter <= QLatin1Char('~'); });
 }
 
 QString printableOnly(const QString &text)
 {
+    if (isPlain(text))
+        return text;
     QString kept;
     int from = 0; // start of the run of printable characters that is not yet kept
     int length = 1;

@@ -91,7 +91,7 @@ bool Item::TakeAttr(const QString &key, QString &value)
 
 void Item::ProcessStoryAttributes()
 {
-    const std::size_t usualCount = 40; // of header and fields together; growing in steps costs time and memory
+    const std::size_t usualCount = 36; // of header and fields together, still a small piece of memory: growing is slow
     attributes.reserve(attributes.size() + usualCount);
     QString packed;
     if (TakeAttr(QLatin1String(Attr_Header), packed))
