@@ -25,6 +25,12 @@ protected:
         return item;
     }
 
+    void addHit(const char *key)
+    {
+        std::vector<Item> hits{hit(key)};
+        list.AddHits(hits);
+    }
+
     SearchList list{7, text("{storm}")};
 };
 
@@ -78,18 +84,28 @@ TEST_F(SearchListTest, IsCompleteOnceMarked)
 TEST_F(SearchListTest, AHitIsAddedAtTheEndAndTold)
 {
     list.HasChanged(true);
-    list.AddHit(hit("b"));
+    addHit("b");
     EXPECT_TRUE(list.HasChanged(true));
-    list.AddHit(hit("a"));
+    addHit("a");
     EXPECT_TRUE(list.HasChanged(true));
     EXPECT_EQ(namesOf(list), QStringList({text("b"), text("a")}));
     EXPECT_FALSE(list.IsSearchComplete());
 }
 
+TEST_F(SearchListTest, HitsOfOneBatchAreAddedInOrder)
+{
+    addHit("c");
+    list.HasChanged(true);
+    std::vector<Item> hits{hit("b"), hit("a")};
+    list.AddHits(hits);
+    EXPECT_TRUE(list.HasChanged(true));
+    EXPECT_EQ(namesOf(list), QStringList({text("c"), text("b"), text("a")}));
+}
+
 TEST_F(SearchListTest, CompletingSortsAndDropsDoubleHitsAndTells)
 {
     for (const char *key : {"b", "a", "b", "a"})
-        list.AddHit(hit(key));
+        addHit(key);
     list.HasChanged(true);
     list.Complete(40);
     EXPECT_TRUE(list.HasChanged(true));
@@ -100,8 +116,8 @@ TEST_F(SearchListTest, CompletingSortsAndDropsDoubleHitsAndTells)
 
 TEST_F(SearchListTest, NobodyReadsBetweenTheStepsOfCompleting)
 {
-    list.AddHit(hit("b"));
-    list.AddHit(hit("a"));
+    addHit("b");
+    addHit("a");
     list.Lock();
     auto completing = std::async(std::launch::async, [this] { list.Complete(2); });
     std::this_thread::sleep_for(std::chrono::milliseconds(20));
