@@ -177,7 +177,7 @@ void Search::RemoveSearch(SearchList *list)
             return;
         id = list->SearchID();
         wasRunning = _StopSearch(list);
-        Take(index).release(); // the caller's now
+        static_cast<void>(Take(index).release()); // the caller's now
     }
     if (wasRunning)
         stopOnServer(id);
