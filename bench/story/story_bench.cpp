@@ -42,7 +42,7 @@ const char *const fieldsText =
     "<f id=notes>Call the mayor\xE2\x80\x99s office before air; check spelling.</f></fields>";
 
 const char *const headText = "<head><storyid>%1:%2:7</storyid><meta rate=180 wire=\"AP\" mail=\"desk\" words=212 "
-                             "locked=\"\" break=\"\" float=f hold=h version=3></head>";
+                             "locked=\"\" break=\"\" float=f hold=h></head>";
 
 QString numbered(const char *text, int number)
 {
