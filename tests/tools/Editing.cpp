@@ -26,7 +26,7 @@ QByteArray takeKept(const Outcome &run)
     const QString path = run.errors.mid(position + words.size()).trimmed();
     QFile file(path);
     EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << qPrintable(path);
-    const QByteArray bytes = file.readAll().replace("\xEF\xBB\xBF", "").replace("\r\n", "\n");
+    QByteArray bytes = file.readAll().replace("\xEF\xBB\xBF", "").replace("\r\n", "\n");
     file.remove();
     const QDir folder = QFileInfo(path).absoluteDir();
     EXPECT_TRUE(folder.dirName().startsWith(QLatin1String("quire-"))) << qPrintable(path);

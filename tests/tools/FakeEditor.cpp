@@ -32,8 +32,8 @@ QByteArray unescaped(const QString &text)
 
 bool work(const QStringList &arguments)
 {
-    const QString path = arguments.last();
-    const QString what = arguments.first();
+    const QString &path = arguments.last();
+    const QString &what = arguments.first();
     if (what == QLatin1String("replace"))
         return write(path, read(path).replace(arguments.at(1).toUtf8(), arguments.at(2).toUtf8()));
     if (what == QLatin1String("write"))

@@ -81,7 +81,7 @@ StoryEntry Demo::firstStoryWithText(TreeEntry &queue, QString &text)
         if (!walk.entry().isQueue())
             continue;
         for (qint32 position = 0; position < walk.entry().count; ++position) {
-            const StoryEntry story = readStory(walk.entry(), position);
+            StoryEntry story = readStory(walk.entry(), position);
             text = ServerStory(m_session, walk.entry(), story).text();
             if (text.size() < fewestCharactersOfStory)
                 continue;

@@ -8,7 +8,7 @@ namespace Tool {
 
 /// A story in a file. It needs no session and no lock. The library reports nothing about such stories; this looks after
 /// every step whether it happened.
-class FileStory : public StoryAccess
+class FileStory final : public StoryAccess
 {
 public:
     /// Reads the file \a path. Failure Failed when it cannot be read, or is no story.

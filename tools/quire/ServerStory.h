@@ -7,7 +7,7 @@
 namespace Tool {
 
 /// A story of a queue on the server. The session outlives it.
-class ServerStory : public StoryAccess
+class ServerStory final : public StoryAccess
 {
 public:
     /// Opens the story that a person named; Failure NotFound.
