@@ -15,8 +15,12 @@ bool decode(QTextCodec *codec, const QByteArray &bytes, QString *text)
 {
     if (!codec)
         return false;
+    int size = bytes.size();
+    while (size > 0 && bytes.at(size - 1) == '\0')
+        --size;
     QTextCodec::ConverterState state;
-    *text = codec->toUnicode(bytes.constData(), bytes.size(), &state);
+    *text = codec->toUnicode(bytes.constData(), size, &state);
+    text->resize(text->size() + bytes.size() - size, QChar()); // zeros at the end, of which Windows' codec drops one
     return state.invalidChars == 0 && state.remainingChars == 0;
 }
 

@@ -190,6 +190,16 @@ TEST_F(TextFileTest, ZerosAreKept)
     EXPECT_EQ(read(bytes), QString::fromLatin1(bytes.constData(), bytes.size()));
 }
 
+TEST_F(TextFileTest, ZerosAtTheEndAreKeptInEveryEncoding)
+{
+    const QByteArray zeros(3, '\0');
+    EXPECT_EQ(read(zeros), QString(3, QChar()));
+    EXPECT_EQ(read("\xC3\xA9" + zeros), QString::fromUtf8("é") + QString(3, QChar()));
+    EXPECT_EQ(read("\xE9" + zeros).size(), 4);
+    const SystemEncoding russian("KOI8-R");
+    EXPECT_EQ(read("\xD0" + zeros), QString::fromUtf8("п") + QString(3, QChar()));
+}
+
 TEST_F(TextFileTest, LineEndsAreKept)
 {
     EXPECT_EQ(read("a\r\nb\nc\rd"), QStringLiteral("a\r\nb\nc\rd"));
