@@ -164,7 +164,7 @@ QString checkLocalStory(const QString &text)
     if (story.section(127) != text || !story.section(0).isEmpty())
         return QStringLiteral("the whole text is not what was put there");
     for (const QString &name : {QStringLiteral("title"), QStringLiteral("a"), QString()}) {
-        const QString wrong = checkField(text, name);
+        QString wrong = checkField(text, name);
         if (!wrong.isEmpty())
             return wrong;
     }

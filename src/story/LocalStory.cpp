@@ -3,6 +3,8 @@
 #include <QMutex>
 #include <QMutexLocker>
 
+#include <utility>
+
 #include "Sections.h"
 #include "TextFile.h"
 
@@ -51,7 +53,7 @@ QString LocalStory::sZEKOFile;
 void LocalStory::setLocalPath(QString path)
 {
     const QMutexLocker lock(&pathMutex());
-    sZEKOFile = path;
+    sZEKOFile = std::move(path);
 }
 
 QString LocalStory::getLocalPath()
@@ -62,7 +64,7 @@ QString LocalStory::getLocalPath()
 
 // ---- making one -----------------------------------------------------------------------------------------------------
 
-LocalStory::LocalStory(QString path)
+LocalStory::LocalStory(QString path) // NOLINT(performance-unnecessary-value-param): hosts are built for this form
 {
     m_queuePath = QStringLiteral("LocalStory");
     setLocalPath(path);
@@ -104,6 +106,7 @@ bool LocalStory::PutSection(int section, QString &text, bool)
     return true;
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): hosts are built for this form
 void LocalStory::SetTextSection(QString &storyText, QString tag, QString section)
 {
     int start = -1;

@@ -42,7 +42,7 @@ Place placeOf(const char *text, const char *tag)
 QString extracted(const char *text, const char *tag)
 {
     QString searched = QString::fromUtf8(text);
-    const QString section = Story::ExtractTextSection(searched, QLatin1String(tag));
+    QString section = Story::ExtractTextSection(searched, QLatin1String(tag));
     EXPECT_EQ(searched, QString::fromUtf8(text));
     return section;
 }
