@@ -1,25 +1,55 @@
 #include <quire/session/StoryID.h>
 
-#include <QStringList>
+#include <QStringRef>
+
+#include <array>
+#include <charconv>
 
 namespace Quire {
 
+namespace {
+
+/// Appends a number to ASCII text that has room for it.
+char *append(char *end, int number)
+{
+    const int longest = 11; // -2147483648
+    return std::to_chars(end, end + longest, number).ptr;
+}
+
+/// The number before the next colon of \a text, which is cut off with it; 0 when there is none.
+int takeNumber(QStringRef *text, int base)
+{
+    const int colon = text->indexOf(QLatin1Char(':'));
+    const QStringRef number = text->left(colon);
+    *text = colon < 0 ? QStringRef() : text->mid(colon + 1);
+    return number.toInt(nullptr, base);
+}
+
+} // namespace
+
+// Both conversions run for each story of a queue that is loaded, so they make no texts on the way.
+
 QString StoryID2String(const StoryID &id, bool full)
 {
-    QString text = QString::number(id.part1) + QLatin1Char(':') + QString::number(id.part2);
-    if (full)
-        text += QLatin1Char(':') + QString::number(id.part3);
-    return text;
+    std::array<char, 3 * 12> text; // three numbers and what separates them
+    char *end = append(text.data(), id.part1);
+    *end++ = ':';
+    end = append(end, id.part2);
+    if (full) {
+        *end++ = ':';
+        end = append(end, id.part3);
+    }
+    return QString::fromLatin1(text.data(), static_cast<int>(end - text.data()));
 }
 
 void String2StoryID(const QString &text, StoryID *id, int base)
 {
     if (!id)
         return;
-    const QString numbers = text.mid(text.indexOf(QLatin1Char(' ')) + 1);
-    id->part1 = numbers.section(QLatin1Char(':'), 0, 0).toInt(nullptr, base);
-    id->part2 = numbers.section(QLatin1Char(':'), 1, 1).toInt(nullptr, base);
-    id->part3 = numbers.section(QLatin1Char(':'), 2, 2).toInt(nullptr, base);
+    QStringRef numbers = text.midRef(text.indexOf(QLatin1Char(' ')) + 1);
+    id->part1 = takeNumber(&numbers, base);
+    id->part2 = takeNumber(&numbers, base);
+    id->part3 = takeNumber(&numbers, base);
 }
 
 SID_Diff_t CmpStoryID(StoryID *a, StoryID *b)
