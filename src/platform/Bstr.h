@@ -54,6 +54,13 @@ public:
 
     /// The BSTR, still owned here; may be null.
     BSTR get() const noexcept { return m_string; }
+    /// The text without a copy of it, good for as long as this owner keeps the BSTR; null for a null BSTR.
+    QString view() const
+    {
+        return m_string ? QString::fromRawData(reinterpret_cast<const QChar *>(m_string),
+                                               static_cast<int>(SysStringLen(m_string)))
+                        : QString();
+    }
     /// Frees what is owned and hands out the place, for an out-parameter.
     BSTR *out() noexcept
     {

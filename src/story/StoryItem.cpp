@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "HeaderMarkup.h"
+#include "SectionPattern.h"
 #include "Sections.h"
 #include "StoryLookup.h"
 #include "TotalTime.h"
@@ -142,6 +143,29 @@ XML::NamedTag *asElement(XML::Tag *found)
     return static_cast<XML::NamedTag *>(found);
 }
 
+/// The two sections of which list items are made.
+struct Patterns
+{
+    const SectionPattern head{Section::elementName(Section::Head)};
+    const SectionPattern fields{Section::elementName(Section::Fields)};
+};
+
+const Patterns &patterns()
+{
+    static const Patterns made;
+    return made;
+}
+
+/// The story's whole markup, nothing when the server refuses. Not copied: most of it is not kept.
+Platform::Bstr wholeText(const Orvex::IStory2Ptr &story)
+{
+    const QuireCOMMutex lock("static::GetSection");
+    Platform::Bstr text;
+    if (FAILED(story->get_SectionXml(Section::Whole, text.out())))
+        text.reset();
+    return text;
+}
+
 } // namespace
 
 void Story::InitStoryItem(Item &item, Orvex::IStory2Ptr story)
@@ -158,11 +182,9 @@ void Story::InitStoryItem(Item &item, Orvex::IStory2Ptr story)
     const ItemKeys &keys = itemKeys();
     item.attributes.reserve(item.attributes.size() + 3);
     item.AddAttr(keys.storyId, identifierOf(story));
-    QString text;
-    GetSection(story, Section::Whole, text, true);
-    const QString head = ExtractTextSection(text, Section::elementName(Section::Head));
-    const QString fields = ExtractTextSection(text, Section::elementName(Section::Fields));
-
+    const Platform::Bstr text = wholeText(story);
+    const QString head = patterns().head.extract(text.view());
+    const QString fields = patterns().fields.extract(text.view());
     if (!head.isEmpty())
         item.AddAttr(keys.header, head);
     else

@@ -1,5 +1,6 @@
 #include <quire/story/Story.h>
 
+#include "SectionPattern.h"
 #include <quire/platform/Bstr.h>
 #include <quire/session/QuireCOMMutex.h>
 
@@ -65,45 +66,14 @@ bool Story::PutSection(int section, QString &text, bool markup)
 
 // ---- within a text --------------------------------------------------------------------------------------------------
 
-namespace {
-
-QString startTag(const QString &tag, bool prefixed)
-{
-    return QLatin1String(prefixed ? "<zeko:" : "<") + tag; // open, so that it finds the tag with its attributes
-}
-
-QString endTag(const QString &tag, bool prefixed)
-{
-    return QLatin1String(prefixed ? "</zeko:" : "</") + tag + QLatin1Char('>');
-}
-
-} // namespace
-
 bool Story::GetTextSectionPos(QString &text, QString tag, int &start, int &end)
 {
-    end = -1;
-    bool prefixed = false;
-    start = text.indexOf(startTag(tag, false));
-    if (start < 0) {
-        start = text.indexOf(startTag(tag, true));
-        prefixed = start >= 0;
-    }
-    // The first end tag of the whole text counts, even one before the start: callers tell by the order of the two.
-    if (start >= 0) {
-        const QString closing = endTag(tag, prefixed);
-        end = text.indexOf(closing) + closing.length();
-    }
-    return prefixed;
+    return SectionPattern(tag).find(text, &start, &end);
 }
 
 QString Story::ExtractTextSection(QString &text, QString tag)
 {
-    int start = -1;
-    int end = -1;
-    const bool prefixed = GetTextSectionPos(text, tag, start, end);
-    // Without an end tag the end is no place in the text; it may lie behind the start all the same.
-    const bool closed = end >= endTag(tag, prefixed).length();
-    return start >= 0 && closed && end > start ? text.mid(start, end - start) : QString();
+    return SectionPattern(tag).extract(text);
 }
 
 } // namespace Quire

@@ -1,0 +1,34 @@
+#pragma once
+
+/// \file
+/// Finds an element in a text by plain search. Not part of the public surface.
+
+#include <QString>
+
+namespace Quire {
+
+/// What to look for to find the element of one name: made once, used for many texts. Any thread.
+class SectionPattern
+{
+public:
+    explicit SectionPattern(const QString &tag);
+
+    /// See Story::GetTextSectionPos.
+    bool find(const QString &text, int *start, int *end) const;
+    /// The element as a text of its own, see Story::ExtractTextSection.
+    QString extract(const QString &text) const;
+
+private:
+    struct Tags
+    {
+        QString opening; // without its end, so that it finds a tag with attributes
+        QString closing;
+    };
+
+    const Tags &locate(const QString &text, int *start, int *end) const;
+
+    const Tags m_plain;
+    const Tags m_prefixed;
+};
+
+} // namespace Quire
