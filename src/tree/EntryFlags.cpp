@@ -1,5 +1,6 @@
 #include "EntryFlags.h"
 
+#include <algorithm>
 #include <array>
 
 namespace Quire {
@@ -30,13 +31,18 @@ const std::array<Flag, 5> &flagTable()
     return table;
 }
 
+bool isSet(const EntryFlags &flags, const Flag &flag)
+{
+    return (flags.*flag.word & flag.mask) != 0;
+}
+
 } // namespace
 
 bool EntryFlags::has(const char *key) const
 {
     for (const Flag &flag : flagTable()) {
         if (flag.key == key)
-            return (this->*flag.word & flag.mask) != 0;
+            return isSet(*this, flag);
     }
     return false;
 }
@@ -53,8 +59,11 @@ bool EntryFlags::isLive() const
 
 void EntryFlags::addTo(Item &item) const
 {
-    for (const Flag &flag : flagTable()) {
-        if ((this->*flag.word & flag.mask) == 0)
+    const auto &flags = flagTable();
+    const auto set = std::count_if(flags.begin(), flags.end(), [this](const Flag &flag) { return isSet(*this, flag); });
+    item.attributes.reserve(item.attributes.size() + static_cast<std::size_t>(set) + 1); // a count follows
+    for (const Flag &flag : flags) {
+        if (!isSet(*this, flag))
             continue;
         const bool edit = flag.key == Attr_Lock && isEditLock();
         item.AddAttr(flag.name, edit ? QStringLiteral("E") : QString());

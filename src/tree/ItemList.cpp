@@ -84,18 +84,23 @@ void ItemList::Clear()
 void ItemList::SortUnique()
 {
     const ListMutexLocker lock("ItemList::SortUnique()", m_mutex.get());
-    // Places are sorted, not items: an item is several times as large as what is compared.
-    std::vector<Item *> order;
+    // Keys and places are sorted, not items: an item is several times as large, and its key is elsewhere.
+    struct Place
+    {
+        QStringView key;
+        Item *item;
+    };
+    std::vector<Place> order;
     order.reserve(m_items.size());
     for (Item &item : m_items)
-        order.push_back(&item);
-    std::stable_sort(order.begin(), order.end(), [](const Item *a, const Item *b) { return *a < *b; });
-    order.erase(std::unique(order.begin(), order.end(), [](const Item *a, const Item *b) { return *a == *b; }),
+        order.push_back({item.sortKey, &item});
+    std::stable_sort(order.begin(), order.end(), [](const Place &a, const Place &b) { return a.key < b.key; });
+    order.erase(std::unique(order.begin(), order.end(), [](const Place &a, const Place &b) { return a.key == b.key; }),
                 order.end());
     std::vector<Item> sorted;
     sorted.reserve(order.size());
-    for (Item *const item : order)
-        sorted.push_back(std::move(*item));
+    for (const Place &place : order)
+        sorted.push_back(std::move(*place.item));
     m_items = std::move(sorted);
     m_size = static_cast<int>(m_items.size());
 }
@@ -113,6 +118,9 @@ Item *ItemList::u_Nth(int index)
 
 void ItemList::u_Append(Item &&item)
 {
+    // Lists are long and stay: they grow by less than the half that is usual.
+    if (m_items.size() == m_items.capacity())
+        m_items.reserve(m_items.size() + m_items.size() / 8 + 16);
     m_items.push_back(std::move(item));
     m_size = static_cast<int>(m_items.size());
 }

@@ -3,6 +3,8 @@
 #include <QMessageLogger>
 #include <QMutexLocker>
 
+#include <atomic>
+
 #include <quire/platform/Automation.h>
 
 namespace Quire {
@@ -25,6 +27,8 @@ class ActiveLockers
 public:
     static bool contains(const QMutex *mutex, quint32 threadId)
     {
+        if (!s_first.load(std::memory_order_relaxed))
+            return false; // whoever asks would see a record of its own
         const QMutexLocker guard(&s_mutex);
         // By thread as well: another thread that has just released the mutex may still have its record here.
         for (const ListMutexLocker *record = s_first; record; record = record->m_next) {
@@ -37,16 +41,19 @@ public:
     static void add(ListMutexLocker *record)
     {
         const QMutexLocker guard(&s_mutex);
-        record->m_next = s_first;
-        if (s_first)
-            s_first->m_previous = record;
-        s_first = record;
+        record->m_next = s_first.load(std::memory_order_relaxed);
+        if (record->m_next)
+            record->m_next->m_previous = record;
+        s_first.store(record, std::memory_order_relaxed);
     }
 
     static void remove(ListMutexLocker *record)
     {
         const QMutexLocker guard(&s_mutex);
-        (record->m_previous ? record->m_previous->m_next : s_first) = record->m_next;
+        if (record->m_previous)
+            record->m_previous->m_next = record->m_next;
+        else
+            s_first.store(record->m_next, std::memory_order_relaxed);
         if (record->m_next)
             record->m_next->m_previous = record->m_previous;
     }
@@ -67,11 +74,11 @@ public:
 
 private:
     static QBasicMutex s_mutex;
-    static ListMutexLocker *s_first;
+    static std::atomic<ListMutexLocker *> s_first; // read without the mutex only to see that there is none
 };
 
 QBasicMutex ActiveLockers::s_mutex;
-ListMutexLocker *ActiveLockers::s_first = nullptr;
+std::atomic<ListMutexLocker *> ActiveLockers::s_first{nullptr};
 
 ListMutexLocker::ListMutexLocker(const QString &name, QMutex *mutex, bool tryOnly)
     : ListMutexLocker(name, nullptr, mutex, tryOnly)
