@@ -11,7 +11,8 @@
 #include <vector>
 
 /// The benchmarks of one program, run interleaved at random, so that the machine's moods meet all of them; their table
-/// on the console, and their median processor times. A bound of a benchmark that a filter left out counts as held.
+/// on the console, and their median processor times, or real times where they ask for these. A bound of a benchmark
+/// that a filter left out counts as held.
 class Comparison : private benchmark::ConsoleReporter
 {
 public:
@@ -56,12 +57,18 @@ public:
     }
 
 private:
+    /// Processor time, but for benchmarks that wait and ask for the clock.
+    static double timeOf(const Run &run)
+    {
+        return run.run_name.time_type == "real_time" ? run.GetAdjustedRealTime() : run.GetAdjustedCPUTime();
+    }
+
     void ReportRuns(const std::vector<Run> &runs) override
     {
         ConsoleReporter::ReportRuns(runs);
         for (const Run &run : runs) {
             if (run.aggregate_name == "median")
-                m_medians[run.run_name.function_name] = run.GetAdjustedCPUTime();
+                m_medians[run.run_name.function_name] = timeOf(run);
         }
     }
 
