@@ -16,13 +16,17 @@
 #include "Failure.h"
 #include "FormCommand.h"
 #include "InfoCommand.h"
+#include "ListCommand.h"
 #include "LocalCommand.h"
+#include "NewCommand.h"
 #include "NewsroomCommand.h"
 #include "ParseCommand.h"
+#include "RemoveCommand.h"
 #include "SearchCommand.h"
 #include "SetCommand.h"
 #include "StoryCommand.h"
 #include "TreeCommand.h"
+#include "WatchCommand.h"
 #include "Words.h"
 
 namespace Tool {
@@ -63,11 +67,15 @@ CommandLine::CommandLine()
     declareOptions();
     add<InfoCommand>();
     add<TreeCommand>();
+    add<ListCommand>();
     add<StoryCommand>();
     add<SearchCommand>();
     add<SetCommand>();
     add<EditCommand>();
     add<LocalCommand>();
+    add<NewCommand>();
+    add<RemoveCommand>();
+    add<WatchCommand>();
     add<CatCommand>();
     add<FormCommand>();
     add<BlobCommand>();

@@ -74,6 +74,16 @@ void Output::json(const QJsonObject &object)
     flush();
 }
 
+void Output::jsonLine(const QJsonObject &object)
+{
+    line(QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact)));
+}
+
+void Output::ask(const QString &question)
+{
+    m_error.write(visible(question));
+}
+
 void Output::flush()
 {
     QString text;
@@ -91,6 +101,20 @@ void Output::complain(const QString &message) noexcept
         m_error.write(QLatin1String("quire: ") + visible(message) + QLatin1Char('\n'));
     } catch (...) { // NOLINT(bugprone-empty-catch): without memory for one line nothing can be said at all
     }
+}
+
+void Output::progress(const QString &text)
+{
+    if (!m_error.isTerminal() || (text.isEmpty() && m_progressWidth == 0))
+        return;
+    const int terminal = m_error.terminalColumns();
+    const QString shown = fitText(visible(text), (terminal > 0 ? terminal : usualColumns) - 1);
+    // Blanks over what was longer: not every terminal knows how to clear a line.
+    QString written = QLatin1Char('\r') + padText(shown, m_progressWidth);
+    m_progressWidth = textWidth(shown);
+    if (shown.isEmpty())
+        written += QLatin1Char('\r');
+    m_error.write(written);
 }
 
 int Output::columns() const

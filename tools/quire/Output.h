@@ -33,11 +33,19 @@ public:
     void bytes(const QByteArray &data);
     /// The machine form of a verb's answer: one JSON document, indented, keys in alphabetical order.
     void json(const QJsonObject &object);
+    /// One object on one line, for a verb that goes on and on.
+    void jsonLine(const QJsonObject &object);
+    /// A question on the standard error output, after which the answer is typed.
+    void ask(const QString &question);
     /// Writes what has been gathered.
     void flush();
 
     /// One line on the standard error output, after "quire: ". Raises nothing: there is nobody left to tell.
     void complain(const QString &message) noexcept;
+
+    /// Shows \a text in place of the last progress, on the standard error output and only if that is a terminal; an
+    /// empty text takes it away.
+    void progress(const QString &text);
 
     /// The columns that a drawing may take: the environment variable COLUMNS, else the terminal's, else 80. Into a
     /// file or pipe there is no limit (a large number) unless COLUMNS sets one.
@@ -49,6 +57,7 @@ private:
     Stream m_output;
     Stream m_error;
     QString m_gathered;
+    int m_progressWidth = 0; // of what progress() has left on the terminal
 };
 
 } // namespace Tool

@@ -1,6 +1,7 @@
 // The command line of Quire: see docs/cli.md.
 
 #include <QCoreApplication>
+#include <QLoggingCategory>
 #include <QTextCodec>
 
 #include "CommandLine.h"
@@ -13,6 +14,8 @@ int main(int argc, char *argv[])
     QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
 #endif
     const QCoreApplication application(argc, argv);
+    // What the library notes for its developers is not for those who watch a queue.
+    QLoggingCategory::defaultCategory()->setEnabled(QtDebugMsg, qEnvironmentVariableIsSet("QUIRE_DEBUG"));
     Tool::prepareStreams();
     Tool::CommandLine commandLine;
     return static_cast<int>(commandLine.run(QCoreApplication::arguments().mid(1)));
