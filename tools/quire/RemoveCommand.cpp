@@ -31,8 +31,8 @@ void RemoveCommand::declare(CLI::App &app, Action &chosen)
 {
     CLI::App *verb = addVerb(app, "rm", "Delete stories of a queue",
                              "  quire --newsroom nr rm SHOWS.EVENING.RUNDOWN 1003 1004\n"
-                             "  quire --newsroom nr rm DESKS.FOREIGN.IDEAS '#1'\n"
-                             "  quire --newsroom nr rm DESKS.FOREIGN.IDEAS --all",
+                             "  quire --newsroom nr rm DESKS.WORLD '#1'\n"
+                             "  quire --newsroom nr rm DESKS.WORLD --all",
                              chosen, [this](Host &host) { run(host); });
     addText(*verb, "PATH", m_path, "The queue")->required();
     CLI::Option *numbers = addTexts(*verb, "NUMBER", m_numbers, "First number of a story, or '#POSITION'");

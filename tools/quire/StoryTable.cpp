@@ -49,6 +49,7 @@ QString csvLine(const QStringList &texts)
 
 StoryTable::StoryTable(Quire::Queue &queue, const QStringList &columns, int limit)
 {
+    m_chosen = !columns.isEmpty();
     choose(queue, columns);
     read(queue, limit);
 }
@@ -133,7 +134,7 @@ QStringList StoryTable::lines(int columns, int *left) const
     while (shown < m_names.size()) {
         const int width = widthOf(shown);
         const int needed = shown < fixedColumns ? width : std::min(width, widestField);
-        if (shown >= fixedColumns && taken + gap + needed > columns)
+        if (!m_chosen && shown >= fixedColumns && taken + gap + needed > columns)
             break;
         taken += needed + gap;
         ++shown;

@@ -22,8 +22,8 @@ public:
     /// Failure NotFound when there is no such column.
     void sort(const QString &column);
 
-    /// The rows in columns, not wider than \a columns; those fields that would be too narrow are left out, and \a left
-    /// says how many.
+    /// The rows in columns, not wider than \a columns. Fields that nobody asked for are left out when they would be too
+    /// narrow, and \a left says how many.
     QStringList lines(int columns, int *left) const;
     /// The rows as comma-separated values with the fields' names as headings, all texts in quotes that need them.
     QStringList csv() const;
@@ -42,6 +42,7 @@ private:
     void read(Quire::Queue &queue, int limit);
     int widthOf(int column) const;
 
+    bool m_chosen = false;  // somebody has said which fields to show
     QStringList m_names;    // as the fields are called
     QStringList m_headings; // as the form labels them
     std::vector<Row> m_rows;
