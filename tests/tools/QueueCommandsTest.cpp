@@ -175,8 +175,7 @@ TEST_F(QueueCommandsTest, RmOfOneThatIsNotThereDeletesNothing)
 
 TEST_F(QueueCommandsTest, RmOfALockedStoryIsRefused)
 {
-    const QString folder = newsroom();
-    expectFailure(in(folder, "--user editor --password desk rm SHOWS.EVENING.RUNDOWN 1003"), 1, "1003");
+    expectFailure(builtIn("--user editor --password desk rm SHOWS.EVENING.RUNDOWN 1003"), 1, "1003");
 }
 
 TEST_F(QueueCommandsTest, RmAllAsksFirst)

@@ -3,16 +3,15 @@
 #include <QJsonArray>
 #include <QSet>
 
-#include <atomic>
 #include <chrono>
-#include <csignal>
 #include <thread>
 
-#include <quire/notify/Notification.h>
 #include <quire/notify/Search.h>
 #include <quire/tree/SearchList.h>
 
 #include "Failure.h"
+#include "Interrupt.h"
+#include "Notices.h"
 #include "Output.h"
 #include "Session.h"
 #include "TextWidth.h"
@@ -21,44 +20,6 @@
 namespace Tool {
 
 namespace {
-
-volatile std::sig_atomic_t interrupted = 0;
-std::atomic<bool> loggedOut{false};
-
-void onInterrupt(int)
-{
-    interrupted = 1;
-}
-
-void onLogout()
-{
-    loggedOut = true;
-}
-
-/// Ctrl-C asks the verb to end, for one scope, instead of ending the program.
-class Interruptible
-{
-public:
-    Interruptible()
-        : m_before(std::signal(SIGINT, onInterrupt))
-    {}
-    Interruptible(const Interruptible &) = delete;
-    Interruptible &operator=(const Interruptible &) = delete;
-    ~Interruptible() { std::signal(SIGINT, m_before); }
-
-private:
-    void (*m_before)(int);
-};
-
-/// The server's notices, for one scope.
-class Notices
-{
-public:
-    Notices() { Quire::NotificationInit(nullptr, nullptr, onLogout); }
-    Notices(const Notices &) = delete;
-    Notices &operator=(const Notices &) = delete;
-    ~Notices() { Quire::NotificationRelease(); }
-};
 
 /// What the server is to search for a path: a queue itself, a directory with everything below.
 QString scopeOf(const TreeEntry &entry)
@@ -170,7 +131,7 @@ void SearchCommand::run(Host &host) const
     Session session(host.options);
     session.signOn();
     const QString scope = scopeOf(session.open(m_path));
-    const Interruptible interruptible;
+    const Interrupt interrupt;
     const Notices notices;
     if (!Quire::Search::GetSearcher()->CanSearch())
         throw Failure(ExitCode::Failed, QStringLiteral("the server gives no notices, so that nothing can be found"));
@@ -181,11 +142,11 @@ void SearchCommand::run(Host &host) const
     std::vector<Hit> hits;
     int found = 0;
     for (bool running = true; running;) {
-        if (loggedOut || interrupted)
-            throw Failure(
-                ExitCode::Failed,
-                QStringLiteral("%1 after %2")
-                    .arg(loggedOut ? QStringLiteral("logged out") : QStringLiteral("stopped"), storyCount(found)));
+        if (notices.isLoggedOut() || interrupt.isRequested())
+            throw Failure(ExitCode::Failed,
+                          QStringLiteral("%1 after %2")
+                              .arg(notices.isLoggedOut() ? QStringLiteral("logged out") : QStringLiteral("stopped"),
+                                   storyCount(found)));
         running = search.takeNew(hits);
         for (const Hit &hit : hits) {
             ++found;

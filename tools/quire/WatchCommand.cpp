@@ -1,17 +1,15 @@
 #include "WatchCommand.h"
 
-#include <atomic>
 #include <limits>
 
 #include <QElapsedTimer>
 #include <QThread>
 #include <QTime>
 
-#include <quire/notify/Notification.h>
-
 #include "Colleague.h"
 #include "Failure.h"
 #include "Interrupt.h"
+#include "Notices.h"
 #include "Output.h"
 #include "QueueWatch.h"
 #include "Session.h"
@@ -22,27 +20,6 @@ namespace Tool {
 namespace {
 
 constexpr unsigned long pollMilliseconds = 50;
-
-std::atomic<bool> loggedOut{false};
-
-void noteLogout()
-{
-    loggedOut = true;
-}
-
-/// The server's notices for one scope: changes of queues go to the library's own watch, a logout is noted.
-class Notices
-{
-public:
-    Notices()
-    {
-        loggedOut = false;
-        Quire::NotificationInit(nullptr, nullptr, noteLogout);
-    }
-    ~Notices() { Quire::NotificationRelease(); }
-    Notices(const Notices &) = delete;
-    Notices &operator=(const Notices &) = delete;
-};
 
 void print(const QueueWatch &watch, const QueueChange &change, Output &output)
 {
@@ -93,6 +70,8 @@ void WatchCommand::run(Host &host) const
     const qint64 end = m_seconds > 0 ? static_cast<qint64>(m_seconds * 1000) : std::numeric_limits<qint64>::max();
     while (!interrupt.isRequested() && time.elapsed() < end) {
         follow(watches, host);
+        if (notices.isLoggedOut())
+            throw Failure(ExitCode::Failed, QStringLiteral("the server has logged you out"));
         QThread::msleep(pollMilliseconds);
     }
 }
@@ -121,8 +100,6 @@ void WatchCommand::follow(const Watches &watches, Host &host) const
             host.options.json ? printJson(*watch, change, host.output) : print(*watch, change, host.output);
     }
     host.output.flush();
-    if (loggedOut)
-        throw Failure(ExitCode::Failed, QStringLiteral("the server has logged you out"));
 }
 
 } // namespace Tool
