@@ -1,10 +1,19 @@
 #include "Demo.h"
 
+#include <functional>
+
 #include <QCryptographicHash>
+#include <QElapsedTimer>
+#include <QThread>
+
+#include <quire/notify/Search.h>
+#include <quire/tree/QueueUpdateMgr.h>
+#include <quire/tree/SearchList.h>
 
 #include "Blobs.h"
 #include "Failure.h"
 #include "Output.h"
+#include "QueueLoading.h"
 #include "SectionName.h"
 #include "ServerStory.h"
 #include "TextWidth.h"
@@ -18,9 +27,23 @@ namespace {
 
 constexpr int widestText = 80;
 constexpr int indent = 2;
-constexpr int linesOfTree = 20;
+constexpr int linesOfTree = 14;
 constexpr int linesOfStory = 12;
 constexpr int fewestCharactersOfStory = 200;
+constexpr int longestWait = 10000; // milliseconds, for what the server does by itself
+
+/// Whether \a holds becomes true within the longest wait.
+bool waitFor(const std::function<bool()> &holds)
+{
+    QElapsedTimer time;
+    time.start();
+    while (!holds()) {
+        if (time.elapsed() > longestWait)
+            return false;
+        QThread::msleep(1);
+    }
+    return true;
+}
 
 } // namespace
 
@@ -34,8 +57,10 @@ void Demo::run()
 {
     signOn();
     walk();
+    load();
     read();
     edit();
+    search();
     keepBlob();
     beRefused();
     signOff();
@@ -92,9 +117,24 @@ StoryEntry Demo::firstStoryWithText(TreeEntry &queue, QString &text)
     throw Failure(ExitCode::Failed, QStringLiteral("demo: no queue has a story with text"));
 }
 
+void Demo::load()
+{
+    title(QStringLiteral("3. Load a queue on a thread of its own"));
+    TreeEntry queue;
+    QString text;
+    firstStoryWithText(queue, text);
+    m_notices = std::make_unique<Notices>();
+    m_queue = loadQueue(m_session, queue.path, {-1}, m_host.output);
+    check(m_queue->Size() == queue.count, QStringLiteral("all stories of the queue arrive"));
+    check(m_queue->GetUpdate() == m_queue->GetLiveRefresh(), QStringLiteral("a live queue is watched"));
+    say(QStringLiteral("%1: %2 arrived, 20 with each call; the server will tell of changes.")
+            .arg(queue.path, counted(m_queue->Size(), QStringLiteral("story"), QStringLiteral("stories"))));
+    done("load", {{QStringLiteral("path"), queue.path}, {QStringLiteral("stories"), m_queue->Size()}});
+}
+
 void Demo::read()
 {
-    title(QStringLiteral("3. Read a story"));
+    title(QStringLiteral("4. Read a story"));
     TreeEntry queue;
     QString text;
     const qint32 number = firstStoryWithText(queue, text).id.part1;
@@ -120,7 +160,7 @@ void Demo::read()
 
 void Demo::edit()
 {
-    title(QStringLiteral("4. Lock a story, set a field, save, unlock"));
+    title(QStringLiteral("5. Lock a story, set a field, save, unlock"));
     TreeEntry queue;
     QString text;
     const qint32 number = firstStoryWithText(queue, text).id.part1;
@@ -141,6 +181,7 @@ void Demo::edit()
     check(after == wanted, QStringLiteral("the field reads back as it was set"));
     say(QStringLiteral("before  %1").arg(before));
     say(QStringLiteral("after   %1").arg(after));
+    noticeEdit(field, wanted);
     done("edit", {{QStringLiteral("path"), queue.path},
                   {QStringLiteral("number"), number},
                   {QStringLiteral("field"), field},
@@ -148,9 +189,45 @@ void Demo::edit()
                   {QStringLiteral("after"), after}});
 }
 
+/// The server tells of the edit, and the queue read again has it.
+void Demo::noticeEdit(const QString &field, const QString &wanted)
+{
+    check(waitFor([this] { return Quire::QueueUpdateMgr::NeedsRefresh(m_queue.get(), true); }),
+          QStringLiteral("the server tells that the queue has changed"));
+    m_queue->Refresh();
+    waitForLoad(*m_queue, 0, m_host.output);
+    std::vector<Quire::Attribute> values{{field, QString(), 0}};
+    for (int index = 0; index < m_queue->Size() && values.front().value != wanted; ++index)
+        m_queue->Nth(index)->RetrieveAttrs(values);
+    check(values.front().value == wanted, QStringLiteral("the queue read again has the edited story"));
+    say(QStringLiteral("The server tells that the queue has changed; read again, it has the new title."));
+    m_queue.reset();
+}
+
+void Demo::search()
+{
+    title(QStringLiteral("6. Search everywhere"));
+    const QString word = QStringLiteral("lighthouse");
+    const std::unique_ptr<Quire::Directory> root(Quire::Directory::NewDirectory(QStringLiteral(".")));
+    Quire::SearchList *const list = root ? root->StartSearch(word) : nullptr;
+    check(list, QStringLiteral("the server starts a search"));
+    const int id = list->SearchID();
+    Quire::Search &searcher = *Quire::Search::GetSearcher();
+    check(waitFor([&] { return searcher.IsSearchDone(id); }), QStringLiteral("the search ends"));
+    Quire::ItemList *const hits = searcher.AccessSearchResults(id);
+    const int count = hits->u_Size();
+    const QString first = count > 0 ? hits->u_Nth(0)->name : QString();
+    searcher.EndAccessSearchResults(id);
+    searcher.DeleteSearch(id);
+    check(count > 0, QStringLiteral("the search finds stories"));
+    say(QStringLiteral("\"%1\" is in %2, first in \"%3\".")
+            .arg(word, counted(count, QStringLiteral("story"), QStringLiteral("stories")), first));
+    done("search", {{QStringLiteral("query"), word}, {QStringLiteral("hits"), count}});
+}
+
 void Demo::keepBlob()
 {
-    title(QStringLiteral("5. Store a blob and fetch it"));
+    title(QStringLiteral("7. Store a blob and fetch it"));
     const BlobName blob{QStringLiteral("quire.demo"), false};
     QByteArray bytes;
     for (int value = 0; value < 1000; ++value)
@@ -170,7 +247,7 @@ void Demo::keepBlob()
 
 void Demo::beRefused()
 {
-    title(QStringLiteral("6. Sign on with a wrong password"));
+    title(QStringLiteral("8. Sign on with a wrong password"));
     const HRESULT result =
         m_session.tryToSignOn(QString(), m_session.user(), QStringLiteral("certainly not the password"));
     check(FAILED(result), QStringLiteral("a wrong password is refused"));
@@ -181,16 +258,16 @@ void Demo::beRefused()
 
 void Demo::signOff()
 {
-    title(QStringLiteral("7. Sign off"));
+    title(QStringLiteral("9. Be logged out"));
     m_session.signOn();
+    m_notices.reset(); // the notices of the session before
+    m_notices = std::make_unique<Notices>();
+    m_session.source().logOut(m_session.user());
+    check(waitFor([this] { return m_notices->isLoggedOut(); }), QStringLiteral("the server tells of the logout"));
+    check(!m_session.com().IsConnected(), QStringLiteral("nobody is signed on any more"));
     m_session.com().Disconnect();
-    QString server;
-    QString user;
-    QString password;
-    m_session.com().GetConnectInfo(server, user, password);
-    check(!m_session.com().IsConnected() && user.isEmpty(), QStringLiteral("nobody is signed on any more"));
-    say(QStringLiteral("Signed on once more, and off. Nobody is signed on now."));
-    done("sign off", {});
+    say(QStringLiteral("Signed on once more; the server logs the session out, and says so."));
+    done("logged out", {});
 }
 
 void Demo::title(const QString &text)

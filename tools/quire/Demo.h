@@ -1,7 +1,12 @@
 #pragma once
 
+#include <memory>
+
 #include <QJsonArray>
 
+#include <quire/tree/Queue.h>
+
+#include "Notices.h"
 #include "Options.h"
 #include "Session.h"
 
@@ -20,8 +25,11 @@ public:
 private:
     void signOn();
     void walk();
+    void load();
     void read();
     void edit();
+    void noticeEdit(const QString &field, const QString &wanted);
+    void search();
     void keepBlob();
     void beRefused();
     void signOff();
@@ -38,6 +46,8 @@ private:
     Host &m_host;
     int m_columns;
     QJsonArray m_steps;
+    std::unique_ptr<Notices> m_notices;
+    std::unique_ptr<Quire::Queue> m_queue; // loaded, and watched
 };
 
 } // namespace Tool

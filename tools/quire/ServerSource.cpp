@@ -81,6 +81,12 @@ QString ServerSource::firstPassword() const
     return firstOfUsers().password;
 }
 
+void ServerSource::logOut(const QString &user)
+{
+    if (m_server)
+        m_server->triggerLogout(user);
+}
+
 void ServerSource::keep()
 {
     if (m_store && !m_store->flush())

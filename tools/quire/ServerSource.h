@@ -38,6 +38,9 @@ public:
     QString firstUser() const;
     QString firstPassword() const;
 
+    /// Has the built-in server log a user out, as an administrator would; nothing happens with a registered server.
+    void logOut(const QString &user);
+
     /// Writes what was changed to the newsroom folder, if that is what this is. Raises Failure.
     void keep();
 
