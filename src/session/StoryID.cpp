@@ -31,7 +31,8 @@ int takeNumber(QStringRef *text, int base)
 
 QString StoryID2String(const StoryID &id, bool full)
 {
-    std::array<char, 3 * 12> text; // three numbers and what separates them
+    constexpr std::size_t longest = 36; // three numbers and what separates them
+    std::array<char, longest> text;
     char *end = append(text.data(), id.part1);
     *end++ = ':';
     end = append(end, id.part2);

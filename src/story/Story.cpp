@@ -157,6 +157,7 @@ void Story::GetField(const QString &name, QString &value)
         m_lastError = readField(story, name, value);
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): a reference of its own while the call lasts
 void Story::GetField(Orvex::IStory2Ptr story, const QString &name, QString &value)
 {
     const QuireCOMMutex lock("Story::GetField");
@@ -177,6 +178,7 @@ void Story::SetField(const QString &name, const QString &value)
     m_lastError = story->put_Field(Platform::Bstr(name).get(), Platform::Bstr(stored).get());
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): a reference of its own while the call lasts
 std::vector<Attribute> Story::GetStoryFields(Orvex::IStory2Ptr story)
 {
     QString text;

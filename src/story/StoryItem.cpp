@@ -168,6 +168,7 @@ Platform::Bstr wholeText(const Orvex::IStory2Ptr &story)
 
 } // namespace
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): a reference of its own while the call lasts
 void Story::InitStoryItem(Item &item, Orvex::IStory2Ptr story)
 {
     item.type = Item_Story;

@@ -44,7 +44,7 @@ bool isWorthCaching(SID_Diff_t difference)
 Entry search(QuireCOM &session, const QString &path, const Orvex::IQueue2Ptr &queue, StoryID *wanted)
 {
     for (int position = 0; position < std::numeric_limits<int>::max(); ++position) {
-        const Entry entry = entryAt(queue, position);
+        Entry entry = entryAt(queue, position);
         if (!entry.story)
             break;
         StoryID found{};

@@ -88,6 +88,7 @@ void cacheChild(QuireCOM &session, const IDispatchPtr &child)
 
 // ---- making one -----------------------------------------------------------------------------------------------------
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): a reference of its own while the call lasts
 Directory *Directory::NewDirectory(IDispatchPtr object)
 {
     return Make(object, true);
@@ -115,6 +116,7 @@ Directory *Directory::NewDirectory(const QString &path)
 
 Directory::Directory() = default;
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): a reference of its own while the call lasts
 Directory::Directory(IDispatchPtr object)
 {
     {
@@ -131,6 +133,7 @@ Directory::~Directory() = default;
 
 // ---- listing --------------------------------------------------------------------------------------------------------
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): a reference of its own while the call lasts
 void Directory::Populate(IDispatchPtr object)
 {
     Orvex::IDirectory2Ptr directory;
@@ -251,6 +254,7 @@ bool Directory::FlagCheck(const char *key)
     return EntryFlags{m_flags1, m_flags2, m_flags3}.has(key);
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): a reference of its own while the call lasts
 bool Directory::FlagCheck(IDispatchPtr object, const char *key)
 try {
     EntryFlags flags;

@@ -54,6 +54,7 @@ void Queue::setLoadIncrement(int increment)
 
 // ---- making and ending one ------------------------------------------------------------------------------------------
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): a reference of its own while the call lasts
 Queue::Queue(IDispatchPtr object)
     : Queue(object, true)
 {}
@@ -235,6 +236,7 @@ void Queue::RegisterIfLoaded()
         QueueUpdateMgr::BeginQueueUpdates(this);
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): a reference of its own while the call lasts
 bool Queue::LoadListChunk(Orvex::IQueuePtr queue, int &position)
 {
     return QueueLoad(this, m_loadLimit).loadChunk(queue, position);

@@ -12,6 +12,7 @@
 
 namespace Quire {
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): a reference of its own while the call lasts
 QueueListThread::QueueListThread(std::shared_ptr<QueueLoad> load, Orvex::IQueuePtr server, int position,
                                  std::shared_ptr<QMutex> gate)
     : m_load(std::move(load))

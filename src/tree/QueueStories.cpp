@@ -139,6 +139,7 @@ bool Queue::DeleteAll()
 
 // ---- the form -------------------------------------------------------------------------------------------------------
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): a reference of its own while the call lasts
 FormData *Queue::GetFormA(IDispatchPtr object)
 {
     const QuireCOMMutex lock("Queue::GetForm");

@@ -18,7 +18,7 @@ constexpr unsigned long pollMilliseconds = 2;
 QString progressText(int loaded, int whole)
 {
     constexpr int cells = 30;
-    const QString count = counted(loaded, QStringLiteral("story"), QStringLiteral("stories"));
+    QString count = counted(loaded, QStringLiteral("story"), QStringLiteral("stories"));
     if (whole <= 0)
         return count;
     const int done = static_cast<int>(qint64{cells} * std::min(loaded, whole) / whole);
