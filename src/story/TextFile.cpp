@@ -24,20 +24,42 @@ bool decode(QTextCodec *codec, const QByteArray &bytes, QString *text)
     return state.invalidChars == 0 && state.remainingChars == 0;
 }
 
-bool writeText(QFileDevice &file, const QString &text)
+/// The text as its file holds it.
+QByteArray encode(const QString &text)
 {
-    QTextStream stream(&file);
+    QByteArray bytes;
+    QTextStream stream(&bytes, QIODevice::WriteOnly);
     stream.setCodec("UTF-8");
     stream.setGenerateByteOrderMark(true);
     stream << text;
     stream.flush();
-    return stream.status() == QTextStream::Ok;
+    return bytes;
 }
 
-bool writeInPlace(const QString &path, const QString &text)
+bool writeAll(QFileDevice &file, const QByteArray &bytes)
+{
+    return file.write(bytes) == bytes.size() && file.flush();
+}
+
+bool writeToDevice(const QString &path, const QByteArray &bytes)
 {
     QFile file(path);
-    return file.open(QIODevice::WriteOnly) && writeText(file, text);
+    return file.open(QIODevice::WriteOnly) && writeAll(file, bytes);
+}
+
+/// Writes over a file that cannot be replaced. It is cut to its new size last, and gets its old bytes back when the new
+/// ones do not all go in: a full disk has room for what was there.
+bool overwrite(const QString &path, const QByteArray &bytes)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadWrite | QIODevice::ExistingOnly | QIODevice::Unbuffered))
+        return false;
+    const QByteArray old = file.readAll();
+    if (file.seek(0) && writeAll(file, bytes) && file.resize(bytes.size()))
+        return true;
+    if (file.seek(0) && writeAll(file, old))
+        file.resize(old.size());
+    return false;
 }
 
 /// Replacing a file asks for rights on its folder only; its own are to count as well.
@@ -74,14 +96,15 @@ bool writeTextFile(const QString &path, const QString &text)
 {
     if (path.isEmpty() || !mayWrite(path))
         return false;
+    const QByteArray bytes = encode(text);
     if (!isReplaceable(path))
-        return writeInPlace(path, text);
+        return writeToDevice(path, bytes);
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly))
-        return writeInPlace(path, text); // no file may be made in that folder
-    if (!writeText(file, text))
-        return false;                                 // what was written is given up
-    return file.commit() || writeInPlace(path, text); // Windows replaces no file that another program has open
+        return overwrite(path, bytes); // no file may be made in that folder
+    if (!writeAll(file, bytes))
+        return false;                               // what was written is given up
+    return file.commit() || overwrite(path, bytes); // Windows replaces no file that another program has open
 }
 
 } // namespace Quire

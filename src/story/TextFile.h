@@ -13,8 +13,8 @@ QString readTextFile(const QString &path);
 
 /// Writes \a text to the file \a path, in UTF-8 with a byte-order mark. The file is replaced whole or, when anything
 /// goes wrong, left as it was; links to it and its permissions stay. A file that may be written but not replaced (no
-/// other may be made in its folder, or on Windows another program has it open) is overwritten. True when it was
-/// written.
+/// other may be made in its folder, or on Windows another program has it open) is overwritten, and gets its old
+/// bytes back when that fails. True when it was written.
 bool writeTextFile(const QString &path, const QString &text);
 
 } // namespace Quire

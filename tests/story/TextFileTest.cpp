@@ -446,6 +446,20 @@ TEST_F(TextFileTest, FileInAFolderThatTakesNoNewOneIsOverwritten)
     EXPECT_EQ(entries(), QStringList(QStringLiteral("story.zko")));
 }
 
+TEST_F(TextFileTest, FullDiskLeavesTheOldFileAlsoInAFolderThatTakesNoNewOne)
+{
+    write("old");
+    const QByteArray folder = QFile::encodeName(m_folder.path());
+    {
+        const OrdinaryUser user(m_folder.path());
+        const FullDisk disk(65536);
+        ASSERT_EQ(chmod(folder.constData(), 0555), 0);
+        EXPECT_FALSE(writeTextFile(path(), sample.repeated(10000)));
+    }
+    ASSERT_EQ(chmod(folder.constData(), 0755), 0);
+    EXPECT_EQ(bytes(), QByteArray("old"));
+}
+
 TEST_F(TextFileTest, NoFileIsMadeInAFolderThatTakesNone)
 {
     const QByteArray folder = QFile::encodeName(m_folder.path());
