@@ -1,5 +1,6 @@
 #include <quire/story/Story.h>
 
+#include "FormFields.h"
 #include "Sections.h"
 #include "StoryLookup.h"
 #include <quire/forms/AttributeCodec.h>
@@ -206,24 +207,12 @@ void Story::GetFormName(QString &out)
 
 Field *Story::FindField(const QString &name)
 {
-    FormData *const form = FormCache::getForm(m_formName);
-    if (!form)
-        return nullptr;
-    for (Field &field : form->m_Fields) {
-        if (field.m_Id.compare(name, Qt::CaseInsensitive) == 0)
-            return &field;
-    }
-    return nullptr;
+    return findFormField(FormCache::getForm(m_formName), name);
 }
 
 void Story::GetAllFieldNames(std::vector<Attribute> &out)
 {
-    out.clear();
-    const FormData *const form = FormCache::getForm(m_formName);
-    if (!form)
-        return;
-    for (const Field &field : form->m_Fields)
-        out.push_back({field.m_Id, field.m_Label, 0});
+    out = formAttributes(FormCache::getForm(m_formName));
 }
 
 void Story::GetFieldValues(std::vector<Attribute> &inOut)

@@ -4,6 +4,8 @@
 
 #include <memory>
 
+#include "../story/FormFields.h"
+#include "../story/StoryLookup.h"
 #include "ServerCall.h"
 #include "WorkerPresence.h"
 #include <quire/forms/FormCache.h>
@@ -52,12 +54,9 @@ bool cacheStory(const QString &queueName, const IDispatchPtr &handle, StoryID *i
 void uncacheStory(const QString &queueName, const IDispatchPtr &handle)
 {
     const Orvex::IStory2Ptr story = Dispatch2Story(handle);
-    Platform::Bstr text;
-    if (!story || FAILED(story->get_StoryUnique(text.out())))
-        return;
     StoryID id{};
-    String2StoryID(text.toString(), &id, 10);
-    QuireCOM::TheQuireCOM->RemoveStoryFromCache(queueName, &id);
+    if (story && readStoryID(story, &id))
+        QuireCOM::TheQuireCOM->RemoveStoryFromCache(queueName, &id);
 }
 
 } // namespace
@@ -153,24 +152,13 @@ FormData *Queue::GetFormA(IDispatchPtr object)
 
 Field *Queue::FindField(const QString &name)
 {
-    FormData *const form = GetFormA(ServerObject());
-    if (!form)
-        return nullptr;
-    for (Field &field : form->m_Fields) {
-        if (field.m_Id.compare(name, Qt::CaseInsensitive) == 0)
-            return &field;
-    }
-    return nullptr;
+    return findFormField(GetFormA(ServerObject()), name);
 }
 
 void Queue::RetrieveFields(std::vector<Attribute> &out)
 {
-    out.clear();
-    const FormData *const form = GetFormA(ServerObject());
-    if (!form)
-        return;
-    for (const Field &field : form->m_Fields)
-        out.push_back({field.m_Id, field.m_Label, 0});
+    out.clear(); // also when the server refuses
+    out = formAttributes(GetFormA(ServerObject()));
 }
 
 // ---- reports --------------------------------------------------------------------------------------------------------
