@@ -15,8 +15,8 @@
 #include <quire/platform/System.h>
 #include <quire/session/ServerTime.h>
 
-#include "session/QtPrinting.h"
-#include "session/Zone.h"
+#include "support/QtPrinting.h"
+#include "support/Zone.h"
 
 using namespace Quire;
 

@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "session/QtPrinting.h"
+#include "support/QtPrinting.h"
 
 using namespace Quire;
 

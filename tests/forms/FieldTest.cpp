@@ -5,7 +5,7 @@
 #include <type_traits>
 #include <utility>
 
-#include "session/QtPrinting.h"
+#include "support/QtPrinting.h"
 
 using Quire::Field;
 

@@ -15,8 +15,8 @@
 #include <quire/session/QuireCOMMutex.h>
 
 #include "fuzz/forms/FormChecks.h"
-#include "session/QtPrinting.h"
-#include "session/SessionFixture.h"
+#include "support/QtPrinting.h"
+#include "support/SessionFixture.h"
 
 using Quire::FormCache;
 using Quire::FormData;

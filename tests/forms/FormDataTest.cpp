@@ -13,7 +13,7 @@
 #include <quire/forms/AttributeCodec.h>
 
 #include "fuzz/forms/FormChecks.h"
-#include "session/QtPrinting.h"
+#include "support/QtPrinting.h"
 
 using Quire::Field;
 using Quire::FormData;

@@ -6,7 +6,7 @@
 #include "fuzz/forms/FormChecks.h"
 #include "fuzz/markup/MarkupChecks.h"
 #include "fuzzing/CorpusReplay.h"
-#include "session/QtPrinting.h"
+#include "support/QtPrinting.h"
 
 namespace {
 

@@ -9,8 +9,8 @@
 
 #include "notify/HitArray.h"
 #include "notify/NotifyFixture.h"
-#include "session/DebugCapture.h"
-#include "session/QtPrinting.h"
+#include "support/DebugCapture.h"
+#include "support/QtPrinting.h"
 
 #if defined(__GLIBC__) && !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
 #define QUIRE_COUNTS_MEMORY

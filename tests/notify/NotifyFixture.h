@@ -11,7 +11,7 @@
 #include <quire/tree/SearchList.h>
 
 #include "notify/FakePoint.h"
-#include "session/SessionFixture.h"
+#include "support/SessionFixture.h"
 
 namespace Quire {
 

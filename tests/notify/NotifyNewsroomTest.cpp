@@ -17,8 +17,8 @@
 #include <quire/platform/SafeArray.h>
 
 #include "notify/NotifyFixture.h"
-#include "session/DebugCapture.h"
-#include "session/QtPrinting.h"
+#include "support/DebugCapture.h"
+#include "support/QtPrinting.h"
 
 using namespace Quire;
 using Newsroom::ObjectKind;

@@ -8,7 +8,7 @@
 
 #include "notify/HitArray.h"
 #include "notify/NotifyFixture.h"
-#include "session/QtPrinting.h"
+#include "support/QtPrinting.h"
 
 using namespace Quire;
 

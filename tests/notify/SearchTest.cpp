@@ -11,7 +11,7 @@
 
 #include "notify/HitArray.h"
 #include "notify/NotifyFixture.h"
-#include "session/QtPrinting.h"
+#include "support/QtPrinting.h"
 
 using namespace Quire;
 using ::testing::ElementsAre;

@@ -2,9 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include "session/FakeServer.h"
-#include "session/QtPrinting.h"
-#include "session/SessionFixture.h"
+#include "support/FakeServer.h"
+#include "support/QtPrinting.h"
+#include "support/SessionFixture.h"
 
 using FakeServer::Kind;
 using namespace Quire;

@@ -8,7 +8,7 @@
 #include <functional>
 #include <thread>
 
-#include "session/QtPrinting.h"
+#include "support/QtPrinting.h"
 
 using namespace Quire;
 

@@ -10,7 +10,7 @@
 
 #include <quire/platform/Automation.h>
 
-#include "session/QtPrinting.h"
+#include "support/QtPrinting.h"
 
 using Quire::getErrorString;
 

@@ -3,8 +3,8 @@
 #include <quire/platform/System.h>
 #include <quire/session/QuireCOM.h>
 
-#include "session/QtPrinting.h"
-#include "session/SessionFixture.h"
+#include "support/QtPrinting.h"
+#include "support/SessionFixture.h"
 
 // A server that fails and hands something out all the same: the answer is not used, and it is freed.
 

@@ -7,8 +7,8 @@
 #include <quire/session/QuireCOM.h>
 #include <quire/session/QuireCOMMutex.h>
 
-#include "session/QtPrinting.h"
-#include "session/SessionFixture.h"
+#include "support/QtPrinting.h"
+#include "support/SessionFixture.h"
 
 using FakeServer::Kind;
 using namespace Quire;

@@ -12,8 +12,8 @@
 
 #include <quire/session/QuireCOM.h>
 
-#include "session/DebugCapture.h"
-#include "session/QtPrinting.h"
+#include "support/DebugCapture.h"
+#include "support/QtPrinting.h"
 
 namespace Quire {
 

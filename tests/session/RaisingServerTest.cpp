@@ -5,8 +5,8 @@
 #include <quire/platform/System.h>
 #include <quire/session/QuireCOM.h>
 
-#include "session/QtPrinting.h"
-#include "session/SessionFixture.h"
+#include "support/QtPrinting.h"
+#include "support/SessionFixture.h"
 
 // A server that raises out of its operations: the lock is free afterwards, nothing is left over, the session works on.
 

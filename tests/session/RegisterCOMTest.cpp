@@ -11,7 +11,7 @@
 #include <cerrno>
 #include <csignal>
 
-#include "session/QtPrinting.h"
+#include "support/QtPrinting.h"
 #endif
 
 using Quire::QuireCOM;

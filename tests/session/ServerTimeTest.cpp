@@ -9,7 +9,7 @@
 
 #include <quire/platform/System.h>
 
-#include "session/Zone.h"
+#include "support/Zone.h"
 
 namespace {
 

@@ -16,7 +16,7 @@
 #include <quire/platform/Bstr.h>
 #include <quire/platform/Variant.h>
 
-#include "session/QtPrinting.h"
+#include "support/QtPrinting.h"
 
 #if defined(__GLIBC__) && !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
 #define QUIRE_COUNTS_MEMORY

@@ -4,7 +4,7 @@
 
 #include <limits>
 
-#include "session/QtPrinting.h"
+#include "support/QtPrinting.h"
 
 using namespace Quire;
 

@@ -6,7 +6,7 @@
 #include "fuzz/markup/MarkupChecks.h"
 #include "fuzz/story/StoryChecks.h"
 #include "fuzzing/CorpusReplay.h"
-#include "session/QtPrinting.h"
+#include "support/QtPrinting.h"
 
 namespace {
 

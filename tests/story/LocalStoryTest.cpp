@@ -19,8 +19,8 @@
 #include <quire/newsroom/Newsroom.h>
 #include <quire/session/QuireCOM.h>
 
-#include "session/QtPrinting.h"
-#include "session/SessionFixture.h"
+#include "support/QtPrinting.h"
+#include "support/SessionFixture.h"
 
 namespace Quire {
 

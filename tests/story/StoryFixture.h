@@ -7,8 +7,8 @@
 
 #include <quire/story/Story.h>
 
-#include "session/QtPrinting.h"
-#include "session/SessionFixture.h"
+#include "support/QtPrinting.h"
+#include "support/SessionFixture.h"
 #include "story/StoryProbe.h"
 
 /// A connected session on a fake server, with the handle of the queue MAIL at hand and nothing in it. After each test

@@ -17,7 +17,7 @@
 #include <quire/story/Story.h>
 #include <quire/tree/Item.h>
 
-#include "session/QtPrinting.h"
+#include "support/QtPrinting.h"
 #include "story/StoryProbe.h"
 
 using namespace Quire;

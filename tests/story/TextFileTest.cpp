@@ -8,7 +8,7 @@
 
 #include <gtest/gtest.h>
 
-#include "session/QtPrinting.h"
+#include "support/QtPrinting.h"
 #include "src/story/TextFile.h"
 
 #ifndef _WIN32

@@ -5,7 +5,7 @@
 #include <quire/story/LocalStory.h>
 #include <quire/story/Story.h>
 
-#include "session/QtPrinting.h"
+#include "support/QtPrinting.h"
 
 using Quire::LocalStory;
 using Quire::Story;

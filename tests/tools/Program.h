@@ -9,7 +9,7 @@
 
 #include <gtest/gtest.h>
 
-#include "session/QtPrinting.h"
+#include "support/QtPrinting.h"
 
 /// What a run of `quire` left.
 struct Outcome

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "session/QtPrinting.h"
+#include "support/QtPrinting.h"
 
 #include <QStringList>
 

@@ -6,7 +6,7 @@
 
 #include <quire/tree/ItemList.h>
 
-#include "session/QtPrinting.h"
+#include "support/QtPrinting.h"
 #include "tree/Waiting.h"
 
 using namespace Quire;

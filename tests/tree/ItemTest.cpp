@@ -6,7 +6,7 @@
 
 #include <quire/tree/Item.h>
 
-#include "session/QtPrinting.h"
+#include "support/QtPrinting.h"
 
 using namespace Quire;
 

@@ -11,8 +11,8 @@
 #include <quire/tree/ListMutexLocker.h>
 #include <quire/tree/SearchList.h>
 
-#include "session/DebugCapture.h"
-#include "session/QtPrinting.h"
+#include "support/DebugCapture.h"
+#include "support/QtPrinting.h"
 #include "tree/Waiting.h"
 
 using namespace Quire;

@@ -10,8 +10,8 @@
 #include <quire/session/QuireCOM.h>
 #include <quire/tree/Queue.h>
 
-#include "session/DebugCapture.h"
-#include "session/QtPrinting.h"
+#include "support/DebugCapture.h"
+#include "support/QtPrinting.h"
 #include "tree/Waiting.h"
 
 namespace Quire {

@@ -7,8 +7,8 @@
 #include <quire/tree/Directory.h>
 #include <quire/tree/Queue.h>
 
-#include "session/QtPrinting.h"
-#include "session/SessionFixture.h"
+#include "support/QtPrinting.h"
+#include "support/SessionFixture.h"
 #include "tree/SearcherEnd.h"
 
 inline QString text(const char *literal)

@@ -1,4 +1,4 @@
-#include "session/FakeServer.h"
+#include "support/FakeServer.h"
 
 #include <utility>
 

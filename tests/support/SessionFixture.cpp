@@ -1,4 +1,4 @@
-#include "session/SessionFixture.h"
+#include "support/SessionFixture.h"
 
 using FakeServer::Kind;
 using Quire::QuireCOM;

@@ -1,4 +1,4 @@
-#include "session/DebugCapture.h"
+#include "support/DebugCapture.h"
 
 #include <QMutexLocker>
 

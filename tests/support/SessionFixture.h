@@ -4,8 +4,8 @@
 
 #include <quire/session/QuireCOM.h>
 
-#include "session/DebugCapture.h"
-#include "session/FakeServer.h"
+#include "support/DebugCapture.h"
+#include "support/FakeServer.h"
 
 /// A session on a fake server with the tree
 ///     NEWS            directory
