@@ -188,6 +188,7 @@ qint32 Queue::NextLimit()
 void Queue::StartThread(const Orvex::IQueue2Ptr &queue)
 {
     std::unique_ptr<QueueListThread> outdated;
+    std::unique_ptr<QueueListThread> unable;
     {
         const ListMutexLocker lock("Queue::Populate()", listMutex().get());
         m_loadLimit = NextLimit();
@@ -197,10 +198,22 @@ void Queue::StartThread(const Orvex::IQueue2Ptr &queue)
         outdated = TakeWorker();
         AbandonOutdated();
         const QMutexLocker guard(&m_workerMutex);
-        m_loadThread = std::move(worker);
-        m_loadThread->start(QThread::InheritPriority);
+        if (worker->begin())
+            m_loadThread = std::move(worker);
+        else
+            unable = std::move(worker);
     }
     QueueListThread::retire(std::move(outdated));
+    if (unable)
+        EndUnable(*unable->load());
+}
+
+/// Ends a load for which there is no thread, so that nobody waits for it.
+void Queue::EndUnable(QueueLoad &load)
+{
+    load.fail(E_OUTOFMEMORY);
+    load.end();
+    MarkComplete(&load);
 }
 
 void Queue::LoadNow(const Orvex::IQueue2Ptr &queue)

@@ -36,7 +36,7 @@ class WorkerPresence;
 /// that hangs in a call is abandoned and cleans up after itself. Do neither from the queue's own Completed.
 ///
 /// What the server refuses raises `_com_error`, unless said otherwise. During a threaded load it raises nowhere: the
-/// load ends, what arrived stays, and GetError tells.
+/// load ends, what arrived stays, and GetError tells; so it does when the system has no thread for the load.
 class QUIRE_EXPORT Queue : public Directory
 {
 public:
@@ -66,11 +66,11 @@ public:
     /// The last threaded load has ended, also when it failed. Collects the worker.
     virtual bool IsComplete();
     /// Called by the worker when a load has ended without being cancelled: registers a queue with live refresh for
-    /// updates and makes IsComplete true. Overrides call it first.
+    /// updates and makes IsComplete true. Overrides call it first. Not called for a load that got no thread.
     virtual void Completed();
     /// No worker is running. Collects the worker.
     virtual bool IsFinished();
-    /// The HRESULT with which the last load failed, 0 when it did not.
+    /// The HRESULT with which the last load failed, 0 when it did not: E_OUTOFMEMORY when it got no thread.
     long GetError();
     /// Tells the worker to stop after the chunk that it is reading. With \a wait also lets go of it: after at most 100
     /// ms nothing arrives any more.
@@ -153,6 +153,7 @@ private:
     bool Describe(const IDispatchPtr &object);
     qint32 NextLimit();
     void StartThread(const Orvex::IQueue2Ptr &queue);
+    void EndUnable(QueueLoad &load);
     void LoadNow(const Orvex::IQueue2Ptr &queue);
     void RegisterIfLoaded();
     std::unique_ptr<QueueListThread> TakeEndedWorker(unsigned long wait);

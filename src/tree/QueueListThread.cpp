@@ -23,6 +23,13 @@ QueueListThread::QueueListThread(std::shared_ptr<QueueLoad> load, Orvex::IQueueP
 
 QueueListThread::~QueueListThread() = default;
 
+bool QueueListThread::begin()
+{
+    start(QThread::InheritPriority);
+    // Whether a thread that never ran counts as finished differs between systems; a load ends in one that ran.
+    return isRunning() || m_load->hasEnded();
+}
+
 void QueueListThread::run()
 {
     const Platform::Apartment apartment;

@@ -16,7 +16,7 @@ class QueueLoad;
 
 /// Runs one load of a queue, with a reference of its own to the server's queue, which it gives up at its end.
 ///
-/// Made, started and collected on any thread. Never destroyed while it runs: retire() takes care of one that hangs.
+/// Made, begun and collected on any thread. Never destroyed while it runs: retire() takes care of one that hangs.
 class QueueListThread : public QThread
 {
 public:
@@ -24,6 +24,9 @@ public:
     QueueListThread(std::shared_ptr<QueueLoad> load, Orvex::IQueuePtr server, int position,
                     std::shared_ptr<QMutex> gate);
     ~QueueListThread() override;
+
+    /// Starts to read. False when the system gives no thread: nothing is going to be read, nor the load to be ended.
+    bool begin();
 
     const std::shared_ptr<QueueLoad> &load() const { return m_load; }
 
