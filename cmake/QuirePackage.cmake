@@ -5,7 +5,8 @@ include(CMakePackageConfigHelpers)
 set(QUIRE_CMAKE_DIR "${CMAKE_INSTALL_LIBDIR}/cmake/Quire")
 
 configure_package_config_file("${CMAKE_CURRENT_LIST_DIR}/QuireConfig.cmake.in" "${CMAKE_BINARY_DIR}/QuireConfig.cmake"
-                              INSTALL_DESTINATION "${QUIRE_CMAKE_DIR}")
+                              INSTALL_DESTINATION "${QUIRE_CMAKE_DIR}"
+                              PATH_VARS CMAKE_INSTALL_DATADIR)
 write_basic_package_version_file("${CMAKE_BINARY_DIR}/QuireConfigVersion.cmake" COMPATIBILITY SameMinorVersion)
 install(FILES "${CMAKE_BINARY_DIR}/QuireConfig.cmake" "${CMAKE_BINARY_DIR}/QuireConfigVersion.cmake"
         DESTINATION "${QUIRE_CMAKE_DIR}" COMPONENT Development)

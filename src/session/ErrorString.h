@@ -17,7 +17,15 @@ namespace Quire {
 /// system's message on one line, followed by the code, as in "Invalid parameter. (x80070057)". \a login tells that the
 /// code came from signing on: the network failures that a sign-on typically meets then have texts of their own.
 ///
-/// Never fails. Any thread.
+/// The texts are English unless the host has installed a translator. German, French and Spanish come with the library:
+///
+///     QTranslator translator;
+///     if (translator.load(QLocale(), "quire", "_", folder)) // quire_de.qm, ... from share/quire/translations
+///         QCoreApplication::installTranslator(&translator);
+///
+/// The system's messages are in the system's language whatever translator is installed.
+///
+/// Never fails. Any thread, also while a translator is installed or removed.
 QUIRE_EXPORT QString getErrorString(long code, bool login);
 
 } // namespace Quire
