@@ -1,0 +1,99 @@
+#pragma once
+
+/// \file
+/// What all models of the newsroom have in common.
+
+#include <QAbstractItemModel>
+#include <QString>
+
+#include <memory>
+
+#include <quire/models/Export.h>
+#include <quire/models/ModelRoles.h>
+
+namespace Quire {
+
+class ServerWork;
+
+/// A model over the server's data, which arrives while views already show it.
+///
+/// It lives on one thread with an event loop, the user interface's: all its operations belong there, and there it
+/// changes and emits. What the server is asked it is asked on a thread of the library's, so that no operation waits for
+/// the server, the destructor included; what runs then is forgotten. The session (QuireCOM) must be signed on, and
+/// must outlive the calls: after the models are gone, waitForServer tells when it may be unloaded.
+///
+/// Something is loading from loadingStarted until either finished or failed comes. Failures leave the rows as they are.
+class QUIRE_MODELS_EXPORT ServerModel : public QAbstractItemModel
+{
+    Q_OBJECT
+    Q_PROPERTY(bool loading READ isLoading NOTIFY loadingChanged)
+    Q_PROPERTY(int pollInterval READ pollInterval WRITE setPollInterval)
+    Q_PROPERTY(QString errorText READ errorText NOTIFY loadingChanged)
+
+public:
+    ~ServerModel() override;
+
+    /// Waits until no model, also none that is gone, has the server do anything; false when something still runs after
+    /// that time. Ask it, without models, before Disconnect or UnloadCOM. Any thread.
+    static bool waitForServer(int milliseconds);
+
+    /// Whether the server is being asked for something.
+    bool isLoading() const;
+    /// The HRESULT with which the last load failed, 0 when it did not.
+    qint32 error() const;
+    /// The same in words, see getErrorString; empty when it did not fail.
+    QString errorText() const;
+
+    /// How often the library's lists are looked at for news, in milliseconds; initially 100. Nothing happens unless \a
+    /// milliseconds is positive.
+    int pollInterval() const;
+    void setPollInterval(int milliseconds);
+
+    QHash<int, QByteArray> roleNames() const override;
+
+Q_SIGNALS:
+    /// The first of what is loading now has begun.
+    void loadingStarted();
+    /// So many rows have arrived since.
+    void progress(int rows);
+    /// All that was loading has arrived.
+    void finished();
+    /// All that was loading has ended, and something of it failed; \a text is the errorText.
+    void failed(const QString &text);
+    /// isLoading has changed.
+    void loadingChanged(bool loading);
+
+protected:
+    explicit ServerModel(QObject *parent);
+
+    /// What has the server do things for this model.
+    ServerWork &work() { return *m_work; }
+    /// Forgets what runs: nothing of it arrives any more, and nothing is loading.
+    void abandonWork();
+
+    /// Something more is loading; each call wants an endLoad.
+    void beginLoad();
+    /// Rows have arrived for what is loading.
+    void countRows(int rows);
+    /// Something of what is loading has ended, with \a error if that is negative.
+    void endLoad(qint32 error);
+
+    /// Lets poll() be called again and again until stopPolling.
+    void startPolling();
+    void stopPolling();
+    /// Looks for news.
+    virtual void poll();
+    void timerEvent(QTimerEvent *event) override;
+
+private:
+    void setLoads(int loads);
+
+    std::unique_ptr<ServerWork> m_work;
+    int m_loads = 0;
+    int m_rows = 0;
+    qint32 m_error = 0;
+    int m_pollInterval = 100;
+    int m_timer = 0;
+};
+
+} // namespace Quire

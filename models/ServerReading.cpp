@@ -1,0 +1,56 @@
+#include "ServerReading.h"
+
+#include <utility>
+
+#include <quire/session/Dispatch2.h>
+#include <quire/session/QuireCOM.h>
+#include <quire/session/QuireCOMMutex.h>
+#include <quire/tree/Directory.h>
+
+namespace Quire {
+
+namespace {
+
+constexpr auto notSignedOn = static_cast<HRESULT>(0x80040416);
+constexpr auto entryGone = static_cast<HRESULT>(0x8004040B);
+
+bool isDirectory(const IDispatchPtr &handle)
+{
+    const QuireCOMMutex lock("DirectoryModel::read");
+    return Dispatch2Dir(handle) != nullptr;
+}
+
+} // namespace
+
+void raiseMissing()
+{
+    QuireCOM *const session = QuireCOM::TheQuireCOM;
+    throw _com_error(session && session->IsConnected() ? entryGone : notSignedOn);
+}
+
+IDispatchPtr findEntry(const QString &path)
+{
+    QuireCOM *const session = QuireCOM::TheQuireCOM;
+    IDispatchPtr handle = session ? session->GetCachedDir(path) : IDispatchPtr();
+    if (!handle)
+        raiseMissing();
+    return handle;
+}
+
+std::vector<Item> readDirectory(const QString &path, bool anew)
+{
+    QuireCOM *const session = QuireCOM::TheQuireCOM;
+    if (anew && session)
+        session->RemoveDirFromCache(path);
+    const IDispatchPtr handle = findEntry(path);
+    if (!isDirectory(handle))
+        throw _com_error(entryGone);
+    Directory directory(handle);
+    std::vector<Item> entries;
+    entries.reserve(static_cast<std::size_t>(directory.u_Size()));
+    for (int index = 0; index < directory.u_Size(); ++index)
+        entries.push_back(std::move(*directory.u_Nth(index)));
+    return entries;
+}
+
+} // namespace Quire

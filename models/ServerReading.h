@@ -1,0 +1,25 @@
+#pragma once
+
+/// \file
+/// What models ask the session for. On the ServerThread. Not part of the public surface.
+
+#include <QString>
+
+#include <vector>
+
+#include <quire/platform/Automation.h>
+#include <quire/tree/Item.h>
+
+namespace Quire {
+
+/// Raises why there is nothing to be found on the server: the user is not signed on, or the entry does not exist.
+[[noreturn]] void raiseMissing();
+
+/// The handle of the directory or queue \a path; raises when there is none.
+IDispatchPtr findEntry(const QString &path);
+
+/// The entries of the directory \a path; with \a anew what the session keeps of it is not trusted. Raises when there is
+/// no such directory and what the server refuses.
+std::vector<Item> readDirectory(const QString &path, bool anew);
+
+} // namespace Quire

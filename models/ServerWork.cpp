@@ -1,0 +1,88 @@
+#include "ServerWork.h"
+
+#include <QMutex>
+#include <QMutexLocker>
+
+#include <new>
+#include <utility>
+
+#include "ServerThread.h"
+
+namespace Quire {
+
+/// Where results arrive; shared with the jobs, which may outlive the model.
+class ServerWork::Mailbox : public std::enable_shared_from_this<ServerWork::Mailbox>
+{
+public:
+    explicit Mailbox(QObject *model)
+        : m_model(model)
+    {}
+
+    void close()
+    {
+        const QMutexLocker lock(&m_mutex);
+        m_model = nullptr;
+    }
+    bool isClosed() const
+    {
+        const QMutexLocker lock(&m_mutex);
+        return !m_model;
+    }
+    void post(Delivery delivery)
+    {
+        const QMutexLocker lock(&m_mutex);
+        if (!m_model)
+            return;
+        const auto self = shared_from_this();
+        QMetaObject::invokeMethod(
+            m_model,
+            [self, delivery = std::move(delivery)] {
+                if (!self->isClosed()) // the model may have turned to something else meanwhile
+                    delivery();
+            },
+            Qt::QueuedConnection);
+    }
+
+private:
+    mutable QMutex m_mutex;
+    QObject *m_model; // guarded by m_mutex, under which the event loop takes events and calls nobody
+};
+
+namespace {
+
+ServerWork::Delivery resultOf(const std::function<ServerWork::Delivery()> &job,
+                              const std::function<void(HRESULT)> &failed)
+{
+    HRESULT error = E_FAIL;
+    try {
+        return job();
+    } catch (const _com_error &failure) {
+        error = failure.Error();
+    } catch (const std::bad_alloc &) {
+        error = E_OUTOFMEMORY;
+    } catch (...) {
+        error = E_FAIL;
+    }
+    return [failed, error] { failed(error); };
+}
+
+} // namespace
+
+ServerWork::ServerWork(QObject *model)
+    : m_mailbox(std::make_shared<Mailbox>(model))
+{}
+
+ServerWork::~ServerWork()
+{
+    m_mailbox->close();
+}
+
+void ServerWork::run(std::function<Delivery()> job, std::function<void(HRESULT)> failed)
+{
+    ServerThread::post([mailbox = m_mailbox, job = std::move(job), failed = std::move(failed)] {
+        if (!mailbox->isClosed())
+            mailbox->post(resultOf(job, failed));
+    });
+}
+
+} // namespace Quire

@@ -1,0 +1,82 @@
+#pragma once
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QStringList>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <optional>
+
+#include <quire/Quire.h>
+#include <quire/models/ServerModel.h>
+#include <quire/newsroom/Newsroom.h>
+
+#include "models/SignalLog.h"
+#include "support/DebugCapture.h"
+#include "support/QtPrinting.h"
+
+inline QString text(const char *literal)
+{
+    return QString::fromUtf8(literal);
+}
+
+inline QStringList texts(std::initializer_list<const char *> literals)
+{
+    QStringList all;
+    for (const char *literal : literals)
+        all.append(text(literal));
+    return all;
+}
+
+/// Longer than anything takes that does not hang, in milliseconds.
+const int patience = 20000;
+
+/// Runs the event loop until the condition is true; false when patience ends first.
+template<typename Condition>
+bool comes(const Condition &condition)
+{
+    QElapsedTimer timer;
+    timer.start();
+    while (!condition()) {
+        if (timer.hasExpired(patience))
+            return false;
+        QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, 10);
+    }
+    return true;
+}
+
+/// Whether the model has nothing to wait for any more.
+inline bool settles(const Quire::ServerModel &model)
+{
+    return comes([&] { return !model.isLoading(); });
+}
+
+/// A session on a newsroom that each test describes. After each test, whose models are gone by then, nothing that the
+/// server handed out is left, nobody holds the access lock, and Qt's check of models has found nothing.
+class ModelTest : public ::testing::Test
+{
+protected:
+    ModelTest();
+    ~ModelTest() override;
+
+    /// Starts the newsroom, to which users "ann" and "ben" are added, and signs ann on.
+    void start(const QString &newsroom);
+    void TearDown() override;
+
+    /// Another user's sign-on.
+    Newsroom::SessionId signOnBen();
+
+    std::shared_ptr<Newsroom::Model> newsroom;
+    std::unique_ptr<Newsroom::Server> server;
+    Quire::QuireCOM *session = nullptr;
+    FrameworkLog log;
+
+private:
+    std::optional<Newsroom::Registration> m_registration;
+    int m_liveAtFirst = 0;
+    qint64 m_textsAtFirst;
+    qint64 m_arraysAtFirst;
+};
