@@ -12,6 +12,8 @@ install(FILES "${CMAKE_BINARY_DIR}/QuireConfig.cmake" "${CMAKE_BINARY_DIR}/Quire
         DESTINATION "${QUIRE_CMAKE_DIR}" COMPONENT Development)
 install(EXPORT QuireTargets NAMESPACE Quire:: DESTINATION "${QUIRE_CMAKE_DIR}" COMPONENT Development)
 
+install(DIRECTORY "${PROJECT_SOURCE_DIR}/examples" DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/quire" COMPONENT Development)
+
 if(WIN32)
     include(QuireWindowsPackage)
 endif()

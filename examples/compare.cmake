@@ -1,0 +1,10 @@
+# Runs a program and holds what it prints against a file: cmake -DPROGRAM=... -DEXPECTED=... [-DRUNNER=...] -P compare.cmake
+execute_process(COMMAND ${RUNNER} "${PROGRAM}" RESULT_VARIABLE code OUTPUT_VARIABLE printed ERROR_VARIABLE errors)
+if(NOT code EQUAL 0)
+    message(FATAL_ERROR "${PROGRAM} ended with ${code}:\n${printed}${errors}")
+endif()
+file(READ "${EXPECTED}" expected)
+string(REPLACE "\r\n" "\n" printed "${printed}")
+if(NOT printed STREQUAL expected)
+    message(FATAL_ERROR "${PROGRAM} prints\n${printed}\nbut ${EXPECTED} says\n${expected}")
+endif()
