@@ -81,6 +81,8 @@ HRESULT CallScope::perform(Invoke invoke, void *body)
         m_core->calls().end(entry, result);
     if (fault.kind() == Fault::Kind::Raise)
         raise(fault.code());
+    if (fault.kind() == Fault::Kind::OutOfMemory)
+        throw std::bad_alloc();
     return result;
 }
 
@@ -91,6 +93,7 @@ try {
     switch (fault.kind()) {
     case Fault::Kind::Result:
     case Fault::Kind::Raise:
+    case Fault::Kind::OutOfMemory:
         return fault.code();
     case Fault::Kind::NullResult:
     case Fault::Kind::WrongType:

@@ -58,7 +58,8 @@ public:
     /// The call is refused unless this session, which may be null, goes on.
     CallScope &within(const std::shared_ptr<Session> &session);
 
-    /// Runs the body, a callable that answers an HRESULT. Throws `_com_error` when a fault says so, nothing else.
+    /// Runs the body, a callable that answers an HRESULT. Throws `_com_error` or `std::bad_alloc` when a fault says so,
+    /// nothing else.
     template<class Body>
     HRESULT run(Body &&body)
     {

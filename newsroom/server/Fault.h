@@ -12,6 +12,7 @@ public:
         None,
         Result,
         Raise,
+        OutOfMemory,
         Hang,
         NullResult,
         WrongType,
@@ -28,6 +29,9 @@ public:
 
     /// The call does nothing and throws `_com_error` with `code` out of the method, as a raising proxy does.
     static Fault raise(HRESULT code) { return {Kind::Raise, code, 0}; }
+
+    /// The call does nothing and throws `std::bad_alloc` out of the method, as if the client's memory ran out there.
+    static Fault outOfMemory() { return {Kind::OutOfMemory, E_OUTOFMEMORY, 0}; }
 
     /// The call hangs for that time and then goes on as usual. FaultPlan::clear() and the end of the server wake it.
     static Fault hang(int milliseconds) { return {Kind::Hang, S_OK, milliseconds}; }

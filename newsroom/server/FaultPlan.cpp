@@ -34,8 +34,15 @@ void FaultPlan::clear()
     m_delay = 0;
     m_seen = 0;
     m_done = 0;
+    m_lastFault.clear();
     ++m_wakes;
     m_changed.notify_all();
+}
+
+QString FaultPlan::lastFault() const
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return m_lastFault;
 }
 
 int FaultPlan::hanging() const
@@ -115,8 +122,10 @@ Fault FaultPlan::take(const char *interfaceName, const char *operation, bool cou
     const auto spent = [](const Plan &plan) { return !plan.every && plan.remaining <= 0; };
     m_plans.erase(std::remove_if(m_plans.begin(), m_plans.end(), spent), m_plans.end());
     m_armed = !m_plans.empty();
-    if (fault.kind() != Fault::Kind::None)
+    if (fault.kind() != Fault::Kind::None) {
         ++m_done;
+        m_lastFault = fullName;
+    }
     return fault;
 }
 

@@ -15,8 +15,8 @@ namespace Newsroom {
 ///
 /// Operations are named "Interface::Operation" as the call record names them ("IQueue2::GetList"), or by the operation
 /// alone ("GetList", whatever the interface). Each planned fault happens once; plans count independently, and when two
-/// fall on one call the one planned first happens. "IUnknown::QueryInterface" can be planned by its name, but is
-/// neither counted nor recorded as a call.
+/// fall on one call the one planned first happens. "QueryInterface" can be planned by its name, but is neither counted
+/// nor recorded as a call.
 ///
 /// Owned by the server; any thread may call any operation.
 class FaultPlan
@@ -34,7 +34,8 @@ public:
     /// Makes every call take that much longer; 0 ends it.
     void delayEveryCall(int microseconds);
 
-    /// Forgets every plan and the delay, wakes every hanging call, and sets callsSeen() and faultsDone() to 0.
+    /// Forgets every plan and the delay, wakes every hanging call, and sets callsSeen() and faultsDone() to 0 and
+    /// lastFault() to nothing.
     void clear();
 
     /// Calls begun since construction or the last clear().
@@ -42,6 +43,9 @@ public:
 
     /// Faults that have happened since construction or the last clear().
     int faultsDone() const { return m_done; }
+
+    /// Which call the last fault happened to since then, as "Interface::Operation"; empty when none did.
+    QString lastFault() const;
 
     /// Calls that hang at this moment.
     int hanging() const;
@@ -86,6 +90,7 @@ private:
     mutable std::mutex m_mutex; // guards what follows; a leaf
     mutable std::condition_variable m_changed;
     std::vector<Plan> m_plans;
+    QString m_lastFault;
     int m_hanging = 0;
     unsigned m_wakes = 0;
     bool m_closed = false;

@@ -1,6 +1,7 @@
 #include <quire/newsroom/server/ServerCore.h>
 
 #include <algorithm>
+#include <new>
 
 #include <quire/newsroom/server/Connections.h>
 #include <quire/newsroom/server/Session.h>
@@ -78,6 +79,8 @@ HRESULT ServerCore::queryFault(const char *interfaceName)
         return fault.code();
     case Fault::Kind::Raise:
         throw _com_error(fault.code());
+    case Fault::Kind::OutOfMemory:
+        throw std::bad_alloc();
     default:
         return E_NOINTERFACE;
     }

@@ -43,7 +43,7 @@ public:
     void close();
 
     /// What a planned fault makes of a query for an interface of an object of that name; S_OK when nothing. Throws
-    /// `_com_error` when the fault says so.
+    /// `_com_error` or `std::bad_alloc` when the fault says so.
     HRESULT queryFault(const char *interfaceName);
 
     /// A text as it is handed out. Throws when there is no memory for it.

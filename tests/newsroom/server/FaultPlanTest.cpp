@@ -1,6 +1,7 @@
 #include "newsroom/server/ServerFixture.h"
 
 #include <functional>
+#include <new>
 #include <thread>
 
 namespace Newsroom {
@@ -85,6 +86,20 @@ TEST_F(FaultPlanTest, ClearForgetsThePlans)
     LONG count = 0;
     EXPECT_EQ(S_OK, today->get_Count(&count));
     EXPECT_EQ(0, faults().faultsDone());
+}
+
+TEST_F(FaultPlanTest, LastFaultIsNamed)
+{
+    EXPECT_EQ(QString(), faults().lastFault());
+    faults().failNext(QStringLiteral("get_Count"), Fault::hresult(E_FAIL));
+    faults().failNext(QStringLiteral("QueryInterface"), Fault::hresult(E_NOINTERFACE));
+    LONG count = 0;
+    today->get_Count(&count);
+    EXPECT_EQ(QStringLiteral("IQueue2::get_Count"), faults().lastFault());
+    const Orvex::IDirectory2Ptr refused = IUnknownPtr(today);
+    EXPECT_EQ(QStringLiteral("IQueue2::QueryInterface"), faults().lastFault());
+    faults().clear();
+    EXPECT_EQ(QString(), faults().lastFault());
 }
 
 // ---- what happens
@@ -336,6 +351,20 @@ TEST_F(FaultPlanTest, QueryCanFail)
     EXPECT_EQ(E_NOINTERFACE, object->QueryInterface(__uuidof(Orvex::IQueue), &pointer));
     faults().failNext(QStringLiteral("QueryInterface"), Fault::raise(E_FAIL));
     EXPECT_THROW(object->QueryInterface(__uuidof(Orvex::IQueue), &pointer), _com_error);
+}
+
+TEST_F(FaultPlanTest, MemoryCanRunOutInACallAndInAQuery)
+{
+    server->calls().start();
+    faults().failCall(1, Fault::outOfMemory());
+    EXPECT_THROW(today->DeleteAll(), std::bad_alloc);
+    EXPECT_EQ(3, server->model()->queue(12).value.count);
+    EXPECT_EQ(QStringLiteral("IQueue2::DeleteAll() = 0x8007000e"), server->calls().takeTexts().value(0));
+
+    const IUnknownPtr object = today;
+    faults().failNext(QStringLiteral("QueryInterface"), Fault::outOfMemory());
+    void *pointer = nullptr;
+    EXPECT_THROW(object->QueryInterface(__uuidof(Orvex::IQueue), &pointer), std::bad_alloc);
 }
 
 TEST_F(FaultPlanTest, QueryIsNoCall)
