@@ -1,0 +1,250 @@
+#include "failing/FailureLoop.h"
+
+#include <QRegularExpression>
+
+#include <algorithm>
+#include <iostream>
+#include <limits>
+#include <new>
+
+#include "support/QtPrinting.h"
+
+namespace Failing {
+
+using Newsroom::Fault;
+
+namespace {
+
+struct FaultCase
+{
+    const char *name;
+    Faults group;
+    Fault fault;
+};
+
+Fault failure(quint32 code)
+{
+    return Fault::hresult(static_cast<HRESULT>(code));
+}
+
+const std::vector<FaultCase> &faultCases()
+{
+    static const std::vector<FaultCase> all{
+        {"E_FAIL", Plain, Fault::hresult(E_FAIL)},
+        {"E_POINTER", Plain, Fault::hresult(E_POINTER)},
+        {"E_NOINTERFACE", NoInterface, Fault::hresult(E_NOINTERFACE)},
+        {"E_OUTOFMEMORY", Refused, Fault::hresult(E_OUTOFMEMORY)},
+        {"0x80040401", Refused, failure(0x80040401)},
+        {"0x8004040B", Refused, failure(0x8004040B)},
+        {"0x8004040E", BeingEdited, failure(0x8004040E)},
+        {"0x80040416", Refused, failure(0x80040416)},
+        {"0x8004045C", Refused, failure(0x8004045C)},
+        {"RPC_E_DISCONNECTED", Refused, Fault::hresult(RPC_E_DISCONNECTED)},
+        {"raised E_FAIL", Raised, Fault::raise(E_FAIL)},
+        {"raised 0x80040450", Raised, Fault::raise(static_cast<HRESULT>(0x80040450))},
+        {"std::bad_alloc", OutOfMemory, Fault::outOfMemory()},
+        {"a null result", Null, Fault::nullResult()},
+        {"a wrong type", Wrong, Fault::wrongType()},
+        {"wrong elements", Wrong, Fault::wrongElements()},
+        {"strangers", Wrong, Fault::strangers()},
+        {"null elements", Null, Fault::nullElements()},
+        {"a hang", Late, Fault::hang(50)},
+    };
+    return all;
+}
+
+const std::vector<Documented> &commonOutcomes()
+{
+    static const std::vector<Documented> all{
+        {"get_Connected", Fails | Empty, "-"},
+        {"*", Raised, "raised H"},
+        {"*", OutOfMemory, "out of memory"},
+        {"*", Late, "="},
+    };
+    return all;
+}
+
+QString text(const char *literal)
+{
+    return QString::fromUtf8(literal);
+}
+
+/// Whether a call is one of those named in a line of documentation.
+bool concerns(const Documented &line, unsigned group, const QString &call)
+{
+    if ((line.faults & group) == 0)
+        return false;
+    const QStringList names = text(line.calls).split(QLatin1Char(' '));
+    return std::any_of(names.begin(), names.end(), [&call](const QString &name) {
+        const bool wholeInterface = name.endsWith(QLatin1String("::*")) && call.startsWith(name.chopped(1));
+        return wholeInterface || name == QLatin1String("*") || name == call || name == call.section(text("::"), 1);
+    });
+}
+
+/// What an operation may give; empty when nothing is documented.
+QStringList documented(const Operation &operation, State state, unsigned group, const QString &call)
+{
+    std::vector<Documented> lines = operation.failed;
+    lines.insert(lines.end(), commonOutcomes().begin(), commonOutcomes().end());
+    const auto found =
+        std::find_if(lines.begin(), lines.end(), [&](const Documented &line) { return concerns(line, group, call); });
+    if (found == lines.end())
+        return {};
+    QStringList outcomes = text(found->outcome).split(text(" | "));
+    const char *const undisturbed = (state & signedOn) ? operation.done : operation.without;
+    outcomes.replaceInStrings(text("="), text(undisturbed));
+    outcomes.replaceInStrings(QRegularExpression(text("^-$")), text(operation.without));
+    return outcomes;
+}
+
+QString outcomeOf(const Operation &operation, World &world)
+{
+    return attempt(world, [&] { return operation.run(world); });
+}
+
+/// What would have been kept if the operation had gone well, and is not there.
+QStringList lost(const QStringList &before, const QStringList &keptOtherwise, const QStringList &after)
+{
+    QStringList missing;
+    for (const QString &each : before) {
+        if (keptOtherwise.contains(each) && !after.contains(each))
+            missing.append(each);
+    }
+    return missing;
+}
+
+/// One operation in one state.
+class Loop
+{
+public:
+    Loop(const Operation &operation, State state)
+        : m_operation(operation)
+        , m_state(state)
+    {}
+
+    /// Calls the operation without a fault, and then with each fault at each place.
+    void run();
+
+private:
+    enum class Place { Call, Query };
+
+    void runUndisturbed();
+    void runSeries(Place place, const FaultCase &fault);
+    bool runCase(Place place, int n, const FaultCase &fault);
+    void examine(World &world, const QString &what, const QStringList &before);
+
+    const Operation &m_operation;
+    const State m_state;
+    QStringList m_kept; // what is there after a call that went well
+};
+
+int casesRun = 0;
+
+/// The first calls of an operation that are made to hang, in each state: hanging takes time.
+const int hangsEach = 2;
+
+void Loop::run()
+{
+    runUndisturbed();
+    for (const FaultCase &fault : faultCases()) {
+        if ((fault.group & Throws) && !m_operation.throws)
+            continue;
+        runSeries(Place::Call, fault);
+        if (fault.group & Fails) // the smart pointers' queries let nothing be thrown
+            runSeries(Place::Query, fault);
+    }
+}
+
+void Loop::runUndisturbed()
+{
+    World world(m_state, m_operation.prepare);
+    const char *const expected = (m_state & signedOn) ? m_operation.done : m_operation.without;
+    const QString what = text(nameOf(m_state));
+    EXPECT_EQ(outcomeOf(m_operation, world), text(expected)) << nameOf(m_state);
+    m_kept = world.possessions();
+    examine(world, what, {});
+}
+
+void Loop::runSeries(Place place, const FaultCase &fault)
+{
+    const int last = fault.group == Late ? hangsEach : std::numeric_limits<int>::max();
+    for (int n = 1; n <= last && runCase(place, n, fault); ++n) {
+    }
+}
+
+/// False when the operation did not come to the n-th call.
+bool Loop::runCase(Place place, int n, const FaultCase &fault)
+{
+    World world(m_state, m_operation.prepare);
+    const QStringList before = world.possessions();
+    const auto plan = [&](Newsroom::FaultPlan &faults) {
+        if (place == Place::Call)
+            faults.failCall(n, fault.fault);
+        else
+            faults.failNext(text("QueryInterface"), fault.fault, n);
+    };
+    world.arm(plan, fault.fault.code());
+    const QString outcome = outcomeOf(m_operation, world);
+    world.disarm();
+    const QString call = world.met();
+    if (call.isEmpty())
+        return false;
+    ++casesRun;
+    const QString what = text("%1, %2 (%3) gives %4").arg(text(nameOf(m_state)), call).arg(n).arg(text(fault.name));
+    const QStringList allowed = documented(m_operation, m_state, fault.group, call);
+    EXPECT_TRUE(allowed.contains(outcome)) << what.toStdString() << "\n    gave       " << outcome.toStdString()
+                                           << "\n    documented " << allowed.join(text(" | ")).toStdString();
+    examine(world, what, before);
+    return true;
+}
+
+/// That nothing is held, lost or left, and that a fresh call works.
+void Loop::examine(World &world, const QString &what, const QStringList &before)
+{
+    EXPECT_EQ(world.heldLocks(), QStringList()) << what.toStdString();
+    if (!m_operation.mayLose) {
+        EXPECT_EQ(lost(before, m_kept, world.possessions()), QStringList()) << what.toStdString();
+    }
+    world.renew();
+    EXPECT_EQ(outcomeOf(m_operation, world), text(m_operation.done)) << what.toStdString() << ", called again";
+    EXPECT_EQ(world.leftovers(), QStringList()) << what.toStdString();
+}
+
+/// Says how much was done.
+class Summary : public ::testing::Environment
+{
+public:
+    void TearDown() override { std::cout << casesRun << " cases of a failed server call\n"; }
+};
+
+const ::testing::Environment *const summary = ::testing::AddGlobalTestEnvironment(new Summary);
+
+} // namespace
+
+void expectDocumented(const Operation &operation)
+{
+    for (const State state : {NoSession, Unloaded, Disconnected, Connected, Cached}) {
+        if (operation.states & state)
+            Loop(operation, state).run();
+    }
+}
+
+TEST_P(FailureLoop, GivesWhatIsDocumentedAndLeavesNothing)
+{
+    expectDocumented(GetParam());
+}
+
+void PrintTo(const Operation &operation, std::ostream *out)
+{
+    *out << operation.name;
+}
+
+std::string nameOfTest(const ::testing::TestParamInfo<Operation> &info)
+{
+    std::string name = info.param.name;
+    std::replace_if(
+        name.begin(), name.end(), [](char letter) { return !std::isalnum(static_cast<unsigned char>(letter)); }, '_');
+    return name;
+}
+
+} // namespace Failing
