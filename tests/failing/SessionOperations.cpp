@@ -163,7 +163,7 @@ QString kindOf(World &world, const IDispatchPtr &handle)
 
 QString cachedDirectory(World &world)
 {
-    return kindOf(world, world.session().GetCachedDir(text("NEWS.WORLD")));
+    return kindOf(world, world.session().GetCachedDir(worldPath()));
 }
 
 QString root(World &world)
@@ -174,18 +174,18 @@ QString root(World &world)
 
 QString cachedStory(World &world)
 {
-    return kindOf(world, world.session().GetCachedStory(text("NEWS.WORLD"), storyID(), false));
+    return kindOf(world, world.session().GetCachedStory(worldPath(), storyID(), false));
 }
 
 QString storyDirect(World &world)
 {
-    return kindOf(world, world.session().GetStoryDirect(text("NEWS.WORLD"), storyID()));
+    return kindOf(world, world.session().GetStoryDirect(worldPath(), storyID()));
 }
 
 QString deleteStory(World &world)
 {
     const StoryID id{213, 1, 1};
-    return yes(world.session().DeleteStoryDirect(text("NEWS.WORLD"), &id));
+    return yes(world.session().DeleteStoryDirect(worldPath(), &id));
 }
 
 void fetchDirectory(World &world)
@@ -195,12 +195,12 @@ void fetchDirectory(World &world)
 
 void fetchQueue(World &world)
 {
-    world.handle = world.session().GetCachedDir(text("NEWS.WORLD"));
+    world.handle = world.session().GetCachedDir(worldPath());
 }
 
 void fetchStory(World &world)
 {
-    world.handle = world.session().GetStoryDirect(text("NEWS.WORLD"), storyID());
+    world.handle = world.session().GetStoryDirect(worldPath(), storyID());
 }
 
 // ---- what is documented ---------------------------------------------------------------------------------------------

@@ -109,6 +109,7 @@ void World::connect()
 
 void World::renew()
 {
+    m_code = S_OK;
     if (!m_registration.isActive())
         m_registration = m_server->registerClass();
     connect();
@@ -144,7 +145,7 @@ void World::fillCaches()
 {
     for (const char *path : {"NEWS", "NEWS.SPORT", "NEWS.WORLD", "NEWS.LIVE"})
         session().GetCachedDir(text(path));
-    session().GetCachedStory(text("NEWS.WORLD"), storyID(), false);
+    session().GetCachedStory(worldPath(), storyID(), false);
     session().GetSysReadRate();
     FormCache::getForm(text("STORY"));
 }
@@ -215,6 +216,7 @@ void World::letGo()
     queue.reset();
     story.reset();
     handle = nullptr;
+    serverStory = nullptr;
     search = nullptr;
     SearchProbe::destroy();
     FormCache::Clear();
@@ -261,7 +263,12 @@ QString World::code(long result) const
     const auto narrow = static_cast<HRESULT>(result);
     if (narrow == S_OK)
         return text("0");
-    return narrow == m_code ? text("H") : text("0x%1").arg(static_cast<quint32>(narrow), 8, 16, QLatin1Char('0'));
+    return narrow == m_code ? text("H") : hexadecimal(narrow);
+}
+
+QString World::hexadecimal(HRESULT result)
+{
+    return text("0x%1").arg(static_cast<quint32>(result), 8, 16, QLatin1Char('0'));
 }
 
 // ---- preparing ------------------------------------------------------------------------------------------------------
@@ -274,7 +281,7 @@ void openDirectory(World &world)
 void openQueue(World &world)
 {
     Queue::useThreading = false;
-    world.queue.reset(new Queue(world.session().GetCachedDir(text("NEWS.WORLD"))));
+    world.queue.reset(new Queue(world.session().GetCachedDir(worldPath())));
 }
 
 void openLiveQueue(World &world)
@@ -285,13 +292,15 @@ void openLiveQueue(World &world)
 
 void openStory(World &world)
 {
-    const QString path = text("NEWS.WORLD");
-    if (world.state() == Connected) { // not yet found on the server
-        QuireCOM::UnloadCOM();
-        world.story = std::make_unique<Story>(path, storyID());
-        return;
-    }
-    world.story = std::make_unique<Story>(path, storyID());
+    if (world.state() == Cached)
+        return openFoundStory(world);
+    QuireCOM::UnloadCOM(); // so that it is not found
+    world.story = std::make_unique<Story>(worldPath(), storyID());
+}
+
+void openFoundStory(World &world)
+{
+    world.story = std::make_unique<Story>(worldPath(), storyID());
     world.hasUnsavedText = world.state() == Cached;
     if (world.hasUnsavedText)
         world.story->SetField(text("title"), text("Unsaved"));
@@ -306,6 +315,11 @@ void keepStories(World &world)
         story.id = {number, 1, 1};
         model.addStory(story); // refused when it is there
     }
+}
+
+QString worldPath()
+{
+    return text("NEWS.WORLD");
 }
 
 const StoryID *storyID()

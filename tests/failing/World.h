@@ -61,6 +61,7 @@ public:
     std::unique_ptr<Quire::Story> story;
     Quire::SearchList *search = nullptr; ///< the searcher's
     IDispatchPtr handle;
+    Orvex::IStory2Ptr serverStory;
     long searchId = 0;
     bool hasUnsavedText = false;
     /// \}
@@ -73,6 +74,7 @@ public:
     QString met() const { return m_met; }
     /// An HRESULT in an outcome: 0, H, or the number.
     QString code(long result) const;
+    static QString hexadecimal(HRESULT result);
 
 private:
     void connect();
@@ -95,10 +97,11 @@ private:
 
 /// \name Preparing
 /// \{
-void openDirectory(World &world); ///< NEWS
-void openQueue(World &world);     ///< NEWS.WORLD, loaded; three stories
-void openLiveQueue(World &world); ///< NEWS.LIVE, loaded and watched; two stories
-void openStory(World &world);     ///< 211 of NEWS.WORLD; when cached, with a title not yet saved
+void openDirectory(World &world);  ///< NEWS
+void openQueue(World &world);      ///< NEWS.WORLD, loaded; three stories
+void openLiveQueue(World &world);  ///< NEWS.LIVE, loaded and watched; two stories
+void openStory(World &world);      ///< 211 of NEWS.WORLD; when cached as the next, otherwise not yet found
+void openFoundStory(World &world); ///< the same, found; when cached, with a title not yet saved
 
 void keepStories(World &world); ///< stories that were deleted from NEWS.WORLD come back
 /// \}
@@ -116,6 +119,7 @@ QString attempt(World &world, const Call &call)
     }
 }
 
+QString worldPath(); ///< NEWS.WORLD
 /// The identifier of a story of NEWS.WORLD, which has 211, 212 and 213.
 const Quire::StoryID *storyID();
 
