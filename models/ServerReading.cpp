@@ -14,10 +14,26 @@ namespace {
 constexpr auto notSignedOn = static_cast<HRESULT>(0x80040416);
 constexpr auto entryGone = static_cast<HRESULT>(0x8004040B);
 
+/// The handle of the directory or queue \a path; raises when there is none.
+IDispatchPtr findEntry(const QString &path)
+{
+    QuireCOM *const session = QuireCOM::TheQuireCOM;
+    IDispatchPtr handle = session ? session->GetCachedDir(path) : IDispatchPtr();
+    if (!handle)
+        raiseMissing();
+    return handle;
+}
+
 bool isDirectory(const IDispatchPtr &handle)
 {
     const QuireCOMMutex lock("DirectoryModel::read");
     return Dispatch2Dir(handle) != nullptr;
+}
+
+bool isQueue(const IDispatchPtr &handle)
+{
+    const QuireCOMMutex lock("QueueModel::open");
+    return Dispatch2Queue(handle) != nullptr;
 }
 
 } // namespace
@@ -28,12 +44,11 @@ void raiseMissing()
     throw _com_error(session && session->IsConnected() ? entryGone : notSignedOn);
 }
 
-IDispatchPtr findEntry(const QString &path)
+IDispatchPtr findQueue(const QString &path)
 {
-    QuireCOM *const session = QuireCOM::TheQuireCOM;
-    IDispatchPtr handle = session ? session->GetCachedDir(path) : IDispatchPtr();
-    if (!handle)
-        raiseMissing();
+    IDispatchPtr handle = findEntry(path);
+    if (!isQueue(handle))
+        throw _com_error(entryGone);
     return handle;
 }
 

@@ -15,8 +15,8 @@ namespace Quire {
 /// Raises why there is nothing to be found on the server: the user is not signed on, or the entry does not exist.
 [[noreturn]] void raiseMissing();
 
-/// The handle of the directory or queue \a path; raises when there is none.
-IDispatchPtr findEntry(const QString &path);
+/// The handle of the queue \a path; raises when there is none.
+IDispatchPtr findQueue(const QString &path);
 
 /// The entries of the directory \a path; with \a anew what the session keeps of it is not trusted. Raises when there is
 /// no such directory and what the server refuses.

@@ -21,12 +21,12 @@ public:
     /// Whether all jobs are done and the thread has ended, waiting for that at most so long.
     static bool waitUntilIdle(int milliseconds);
 
-    /// Owns \a object, and has it destroyed on the thread whoever lets go of it last: ending an object of the server's
-    /// may take as long as a call.
-    template<typename Object>
-    static std::shared_ptr<Object> own(std::unique_ptr<Object> object)
+    /// Owns \a object, and has \a destroy end it on the thread whoever lets go of it last: ending an object of the
+    /// server's may take as long as a call, and ending a long list takes its time, too.
+    template<typename Object, typename Destroy = std::default_delete<Object>>
+    static std::shared_ptr<Object> own(std::unique_ptr<Object> object, Destroy destroy = Destroy())
     {
-        return {object.release(), [](Object *last) { post([last] { delete last; }); }};
+        return {object.release(), [destroy](Object *last) { post([last, destroy] { destroy(last); }); }};
     }
 };
 

@@ -78,7 +78,24 @@ QStringList SignalLog::takeRows()
                line.startsWith(QLatin1String("progress")) || line.startsWith(QLatin1String("failed"));
     };
     lines.erase(std::remove_if(lines.begin(), lines.end(), isOfLoading), lines.end());
-    return lines;
+    return joined(lines);
+}
+
+QStringList SignalLog::joined(const QStringList &lines)
+{
+    QStringList all;
+    for (const QString &line : lines) {
+        const QString place = line.section(QLatin1Char(' '), 0, 1);
+        const QString last = line.section(QLatin1Char('-'), -1);
+        const QString before = all.isEmpty() ? QString() : all.last();
+        const int next = before.section(QLatin1Char('-'), -1).toInt() + 1;
+        if (place.startsWith(QLatin1String("inserted")) && before.startsWith(place) &&
+            line == QStringLiteral("%1 %2-%3").arg(place).arg(next).arg(last))
+            all.last() = before.section(QLatin1Char('-'), 0, -2) + QLatin1Char('-') + last;
+        else
+            all.append(line);
+    }
+    return all;
 }
 
 ModelCheck::ModelCheck(ServerModel &model)

@@ -15,13 +15,15 @@ public:
 
     /// What was emitted so far, which is then forgotten.
     QStringList take();
-    /// The same without what tells of loading.
+    /// The same without what tells of loading, and with rows that came one after the other as one insertion: how many
+    /// are there at a time is a matter of luck.
     QStringList takeRows();
 
 private:
     void connectRows(Quire::ServerModel &model);
     void connectLoading(Quire::ServerModel &model);
     void add(const char *what, const QModelIndex &parent, int first, int last);
+    static QStringList joined(const QStringList &lines);
 
     QStringList m_lines;
 };
