@@ -6,6 +6,7 @@
 #include <quire/platform/Automation.h>
 
 #include <QString>
+#include <QStringView>
 
 #include <utility>
 
@@ -55,11 +56,9 @@ public:
     /// The BSTR, still owned here; may be null.
     BSTR get() const noexcept { return m_string; }
     /// The text without a copy of it, good for as long as this owner keeps the BSTR; null for a null BSTR.
-    QString view() const
+    QStringView view() const
     {
-        return m_string ? QString::fromRawData(reinterpret_cast<const QChar *>(m_string),
-                                               static_cast<int>(SysStringLen(m_string)))
-                        : QString();
+        return m_string ? QStringView(m_string, static_cast<qsizetype>(SysStringLen(m_string))) : QStringView();
     }
     /// Frees what is owned and hands out the place, for an out-parameter.
     BSTR *out() noexcept

@@ -1,9 +1,13 @@
 #include <quire/session/StoryID.h>
 
-#include <QStringRef>
+#include <QStringView>
 
+#include <algorithm>
 #include <array>
 #include <charconv>
+#include <numeric>
+
+#include "StoryIDText.h"
 
 namespace Quire {
 
@@ -16,13 +20,24 @@ char *append(char *end, int number)
     return std::to_chars(end, end + longest, number).ptr;
 }
 
-/// The number before the next colon of \a text, which is cut off with it; 0 when there is none.
-int takeNumber(QStringRef *text, int base)
+/// The number that \a text is, 0 when it is none.
+int toNumber(QStringView text, int base)
 {
-    const int colon = text->indexOf(QLatin1Char(':'));
-    const QStringRef number = text->left(colon);
-    *text = colon < 0 ? QStringRef() : text->mid(colon + 1);
-    return number.toInt(nullptr, base);
+    const int surelyFits = 9;
+    const auto isDigit = [](QChar letter) { return letter >= QLatin1Char('0') && letter <= QLatin1Char('9'); };
+    if (base != 10 || text.size() > surelyFits || !std::all_of(text.begin(), text.end(), isDigit))
+        return text.toString().toInt(nullptr, base);
+    return std::accumulate(text.begin(), text.end(), 0,
+                           [](int number, QChar digit) { return number * 10 + (digit.unicode() - u'0'); });
+}
+
+/// The number before the next colon of \a text, which is cut off with it; 0 when there is none.
+int takeNumber(QStringView *text, int base)
+{
+    const auto colon = std::find(text->begin(), text->end(), QLatin1Char(':'));
+    const QStringView number(text->begin(), colon);
+    *text = colon == text->end() ? QStringView() : QStringView(colon + 1, text->end());
+    return toNumber(number, base);
 }
 
 } // namespace
@@ -43,14 +58,20 @@ QString StoryID2String(const StoryID &id, bool full)
     return QString::fromLatin1(text.data(), static_cast<int>(end - text.data()));
 }
 
+StoryID toStoryID(QStringView text, int base)
+{
+    QStringView numbers = text.mid(text.indexOf(QLatin1Char(' ')) + 1);
+    StoryID id{};
+    id.part1 = takeNumber(&numbers, base);
+    id.part2 = takeNumber(&numbers, base);
+    id.part3 = takeNumber(&numbers, base);
+    return id;
+}
+
 void String2StoryID(const QString &text, StoryID *id, int base)
 {
-    if (!id)
-        return;
-    QStringRef numbers = text.midRef(text.indexOf(QLatin1Char(' ')) + 1);
-    id->part1 = takeNumber(&numbers, base);
-    id->part2 = takeNumber(&numbers, base);
-    id->part3 = takeNumber(&numbers, base);
+    if (id)
+        *id = toStoryID(text, base);
 }
 
 SID_Diff_t CmpStoryID(StoryID *a, StoryID *b)

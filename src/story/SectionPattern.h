@@ -4,6 +4,7 @@
 /// Finds an element in a text by plain search. Not part of the public surface.
 
 #include <QString>
+#include <QStringView>
 
 namespace Quire {
 
@@ -14,9 +15,9 @@ public:
     explicit SectionPattern(const QString &tag);
 
     /// See Story::GetTextSectionPos.
-    bool find(const QString &text, int *start, int *end) const;
+    bool find(QStringView text, int *start, int *end) const;
     /// The element as a text of its own, see Story::ExtractTextSection.
-    QString extract(const QString &text) const;
+    QString extract(QStringView text) const;
 
 private:
     struct Tags
@@ -25,7 +26,7 @@ private:
         QString closing;
     };
 
-    const Tags &locate(const QString &text, int *start, int *end) const;
+    const Tags &locate(QStringView text, int *start, int *end) const;
 
     const Tags m_plain;
     const Tags m_prefixed;

@@ -182,16 +182,17 @@ void Story::InitStoryItem(Item &item, Orvex::IStory2Ptr story)
     }
     const ItemKeys &keys = itemKeys();
     item.attributes.reserve(item.attributes.size() + 3);
-    item.AddAttr(keys.storyId, identifierOf(story));
-    const Platform::Bstr text = wholeText(story);
-    const QString head = patterns().head.extract(text.view());
-    const QString fields = patterns().fields.extract(text.view());
+    item.attributes.push_back({keys.storyId, identifierOf(story)});
+    const Platform::Bstr markup = wholeText(story);
+    const QStringView text = markup.view();
+    QString head = patterns().head.extract(text);
+    QString fields = patterns().fields.extract(text);
     if (!head.isEmpty())
-        item.AddAttr(keys.header, head);
+        item.attributes.push_back({keys.header, std::move(head)});
     else
         item.AddAttr(keys.lock, QString()); // a story whose header cannot be read is shown as locked
     if (!fields.isEmpty())
-        item.AddAttr(keys.fields, fields);
+        item.attributes.push_back({keys.fields, std::move(fields)});
 }
 
 void Story::InitStoryHeaderAttributes(Item &item, QString &headerText)

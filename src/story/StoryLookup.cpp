@@ -2,6 +2,7 @@
 
 #include <limits>
 
+#include "../session/StoryIDText.h"
 #include <quire/platform/Bstr.h>
 #include <quire/platform/Variant.h>
 #include <quire/session/Dispatch2.h>
@@ -100,7 +101,7 @@ bool readStoryID(const Orvex::IStory2Ptr &story, StoryID *id)
     Platform::Bstr text;
     if (FAILED(story->get_StoryUnique(text.out())))
         return false;
-    String2StoryID(text.toString(), id, 10);
+    *id = toStoryID(text.view(), 10);
     return true;
 }
 

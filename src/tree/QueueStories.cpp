@@ -4,6 +4,7 @@
 
 #include <memory>
 
+#include "../session/StoryIDText.h"
 #include "../story/FormFields.h"
 #include "../story/StoryLookup.h"
 #include "ServerCall.h"
@@ -34,9 +35,7 @@ StoryID readID(const Orvex::IStory2Ptr &story)
 {
     Platform::Bstr text;
     check(story->get_StoryUnique(text.out()), story);
-    StoryID id{};
-    String2StoryID(text.toString(), &id, 10);
-    return id;
+    return toStoryID(text.view(), 10);
 }
 
 /// Keeps a story of the server's in the session's cache; false when \a handle is none. Under the access lock.
