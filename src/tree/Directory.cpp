@@ -158,8 +158,12 @@ void Directory::Populate(IDispatchPtr object)
         check(directory->GetList(0, count, answer.out()), directory);
     }
     const ObjectArray entries(answer);
+    u_Expect(entries.size());
+    Item item(QString(), Item_Directory); // one for all entries, for its room for attributes
     for (int index = 0; index < entries.size(); ++index) {
-        Item item(QString(), Item_Directory);
+        item.type = Item_Directory;
+        item.name.clear();
+        item.attributes.clear();
         const IDispatchPtr entry = entries.at(index);
         if (entry && !describeDirectory(item, entry))
             describeQueue(item, entry);

@@ -46,7 +46,10 @@ int ItemList::Size()
 void ItemList::Append(const Item &item)
 {
     const ListMutexLocker lock("ItemList::Append()", m_mutex.get());
-    ItemList::u_Append(Item(item));
+    if (m_items.size() == m_items.capacity())
+        return ItemList::u_Append(Item(item)); // copied first: it may be one of those that move
+    m_items.push_back(item);
+    m_size = static_cast<int>(m_items.size());
 }
 
 int ItemList::Find(const QString &name)
@@ -118,9 +121,11 @@ Item *ItemList::u_Nth(int index)
 
 void ItemList::u_Append(Item &&item)
 {
-    // Lists are long and stay: they grow by less than the half that is usual.
-    if (m_items.size() == m_items.capacity())
-        m_items.reserve(m_items.size() + m_items.size() / 8 + 16);
+    if (m_items.size() == m_items.capacity()) {
+        // Lists are long and stay: they grow by less than the half that is usual.
+        const std::size_t usual = m_items.size() / 8 + 16;
+        m_items.reserve(m_items.size() + std::max(usual, static_cast<std::size_t>(m_expected.exchange(0))));
+    }
     m_items.push_back(std::move(item));
     m_size = static_cast<int>(m_items.size());
 }

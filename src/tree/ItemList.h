@@ -77,6 +77,8 @@ public:
     void Unlock();
 
 protected:
+    /// About \a count items are going to be appended: room for them is made at once when it is needed. Needs no lock.
+    void u_Expect(int count) { m_expected = count; }
     /// Moves \a item to the end. Under the caller's lock.
     void u_Append(Item &&item);
     /// Sets the change flag. Needs no lock.
@@ -95,6 +97,7 @@ private:
     QString m_name;
     std::vector<Item> m_items;  // guarded by m_mutex
     std::atomic<int> m_size{0}; // of m_items; written under m_mutex
+    std::atomic<int> m_expected{0};
     std::atomic<bool> m_changed{true};
     std::vector<std::unique_ptr<ListMutexLocker>> m_forgottenLockers; // guarded by m_mutex
 };

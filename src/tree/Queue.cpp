@@ -257,13 +257,12 @@ bool Queue::LoadListChunk(Orvex::IQueuePtr queue, int &position)
 
 Item Queue::MakeItem(const IDispatchPtr &handle)
 {
-    Orvex::IStory2Ptr story;
-    {
+    const auto story = [&] {
         const QuireCOMMutex lock("Queue::LoadListChunk:Story");
-        story = Dispatch2Story(handle);
-    }
+        return Dispatch2Story(handle);
+    };
     Item item(QString(), Item_Story);
-    Story::InitStoryItem(item, story);
+    Story::InitStoryItem(item, story()); // as it comes: one reference and no more
     return item;
 }
 
