@@ -229,8 +229,8 @@ void Queue::LoadNow(const Orvex::IQueue2Ptr &queue)
     try {
         while (!load.loadChunk(list, position)) {
         }
-    } catch (const _com_error &failure) {
-        load.fail(failure.Error());
+    } catch (...) {
+        load.fail(currentFailure());
         throw;
     }
     if (!m_liveRefresh)

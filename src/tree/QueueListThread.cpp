@@ -3,11 +3,11 @@
 #include <QMutexLocker>
 
 #include <algorithm>
-#include <new>
 #include <utility>
 #include <vector>
 
 #include "QueueLoad.h"
+#include "ServerCall.h"
 #include <quire/platform/Apartment.h>
 
 namespace Quire {
@@ -36,12 +36,8 @@ void QueueListThread::run()
     bool ended = true;
     try {
         ended = readChunks();
-    } catch (const _com_error &failure) {
-        m_load->fail(failure.Error());
-    } catch (const std::bad_alloc &) {
-        m_load->fail(E_OUTOFMEMORY);
     } catch (...) {
-        m_load->fail(E_FAIL);
+        m_load->fail(currentFailure());
     }
     m_server = nullptr; // while the apartment lasts
     if (ended && !m_load->isCancelled()) {

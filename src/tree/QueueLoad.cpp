@@ -3,7 +3,6 @@
 #include <QMutexLocker>
 
 #include <limits>
-#include <new>
 #include <utility>
 
 #include "ObjectArray.h"
@@ -109,10 +108,8 @@ void QueueLoad::complete()
     completingLoad = this;
     try {
         queue->Completed();
-    } catch (const _com_error &failure) {
-        error = failure.Error();
     } catch (...) {
-        error = E_FAIL;
+        error = currentFailure();
     }
     completingLoad = nullptr;
     if (FAILED(error) && m_presence->isInside()) {

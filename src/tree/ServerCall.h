@@ -3,6 +3,8 @@
 /// \file
 /// What calls to the server's objects have in common. Not part of the public surface.
 
+#include <new>
+
 #include <quire/platform/Automation.h>
 #include <quire/platform/Variant.h>
 
@@ -15,6 +17,19 @@ void check(HRESULT result, const Pointer &object)
 {
     if (FAILED(result))
         _com_issue_errorex(result, object, Pointer::GetIID());
+}
+
+/// The exception that is being handled as an HRESULT: the server's own, E_OUTOFMEMORY for memory that ran out, else
+/// E_FAIL.
+inline HRESULT currentFailure()
+try {
+    throw;
+} catch (const _com_error &failure) {
+    return failure.Error();
+} catch (const std::bad_alloc &) {
+    return E_OUTOFMEMORY;
+} catch (...) {
+    return E_FAIL;
 }
 
 /// The entry number \a index of a directory or queue, empty when the server gives none. Raises what the server refuses.

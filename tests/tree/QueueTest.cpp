@@ -714,6 +714,18 @@ TEST_F(QueueAtOnceTest, AFailingChunkOfLoadingMoreKeepsWhatArrived)
     EXPECT_TRUE(queue->MoreStoriesAvailable());
 }
 
+TEST_F(QueueAtOnceTest, ALoadThatRunsOutOfMemoryIsToldAndLoadingMoreTriesAgain)
+{
+    const std::unique_ptr<Queue> queue = open("Q.SHORT");
+    server.faults().failNext(text("GetList"), Fault::outOfMemory());
+    EXPECT_THROW(queue->Refresh(), std::bad_alloc);
+    EXPECT_EQ(queue->GetError(), static_cast<qint32>(E_OUTOFMEMORY));
+    EXPECT_TRUE(queue->MoreStoriesAvailable());
+    queue->LoadMore();
+    EXPECT_EQ(queue->GetError(), 0);
+    expectFirst(*queue, 45);
+}
+
 TEST_F(QueueAtOnceTest, ARefusedRegistrationIsRaisedAndNothingIsWatched)
 {
     const IDispatchPtr handle = object("Q.LIVE");
