@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+
 #include "failing/World.h"
 
 /// \file
@@ -41,7 +43,7 @@ struct Documented
 {
     const char *calls;
     unsigned faults;
-    const char *outcome;
+    std::string outcome;
 };
 
 /// An operation, by one line in a table.

@@ -118,6 +118,14 @@ void World::renew()
     connect(); // what was prepared may have needed the session to be away
 }
 
+void World::forgetHandles()
+{
+    for (const char *path : {".", "NEWS", "NEWS.SPORT", "NEWS.WORLD", "NEWS.LIVE"}) {
+        if (QuireCOM::TheQuireCOM)
+            session().RemoveDirFromCache(text(path));
+    }
+}
+
 void World::enter()
 {
     switch (m_state) {
@@ -213,12 +221,15 @@ void World::letGo()
     }
     NotificationRelease();
     directory.reset();
+    QueueUpdateMgr::EndQueueUpdates(queue.get()); // who begins must end
     queue.reset();
     story.reset();
     handle = nullptr;
     serverStory = nullptr;
     search = nullptr;
     SearchProbe::destroy();
+    Queue::useThreading = true;
+    Queue::sLoadIncrement = 200;
     FormCache::Clear();
     QuireCOM::UnloadCOM();
     SetErrorInfo(0, nullptr);
@@ -275,18 +286,21 @@ QString World::hexadecimal(HRESULT result)
 
 void openDirectory(World &world)
 {
+    Queue::useThreading = false;
     world.directory.reset(Directory::NewDirectory(text("NEWS")));
 }
 
 void openQueue(World &world)
 {
     Queue::useThreading = false;
+    world.queue.reset(); // its end ends the reports on all objects of the queue
     world.queue.reset(new Queue(world.session().GetCachedDir(worldPath())));
 }
 
 void openLiveQueue(World &world)
 {
     Queue::useThreading = false;
+    world.queue.reset(); // its end ends the reports on all objects of the queue
     world.queue.reset(new Queue(world.session().GetCachedDir(text("NEWS.LIVE"))));
 }
 
@@ -345,14 +359,28 @@ QString number(long value)
     return QString::number(value);
 }
 
-QString itemsOf(ItemList *list)
+QString itemsOf(ItemList &list)
 {
-    if (!list)
-        return text("none");
-    QStringList names;
-    for (int index = 0; index < list->Size(); ++index)
-        names.append(list->Nth(index)->name);
-    return text("items ") + names.join(QLatin1Char(','));
+    int unnamed = 0;
+    int unknown = 0;
+    int locked = 0;
+    for (int index = 0; index < list.Size(); ++index) {
+        const Item &item = *list.Nth(index);
+        Attribute identifier;
+        unnamed += item.name.isEmpty() ? 1 : 0;
+        locked += item.FindAttr(QLatin1String(Attr_Lock)) < 0 ? 0 : 1;
+        item.FindAttr(QLatin1String(Attr_Storyid), identifier);
+        const bool isKnown = !identifier.value.isEmpty() && identifier.value != text("0:0");
+        unknown += item.type == Item_Story && !isKnown ? 1 : 0;
+    }
+    QString all = text("%1 items").arg(list.Size());
+    if (unnamed)
+        all += text(", %1 without a name").arg(unnamed);
+    if (unknown)
+        all += text(", %1 unknown").arg(unknown);
+    if (locked)
+        all += text(", %1 locked").arg(locked);
+    return all;
 }
 
 } // namespace Failing

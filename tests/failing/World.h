@@ -13,6 +13,8 @@
 #include <quire/story/Story.h>
 #include <quire/tree/Queue.h>
 
+#include "support/DebugCapture.h"
+
 namespace Failing {
 
 /// Where the library stands when an operation is called.
@@ -39,6 +41,8 @@ public:
     World(const World &) = delete;
     World &operator=(const World &) = delete;
 
+    /// Has the session forget its handles.
+    void forgetHandles();
     /// Signs on again if need be and prepares again: for a fresh call after a failed one.
     void renew();
 
@@ -83,6 +87,7 @@ private:
     std::vector<Quire::ItemList *> lists();
     void letGo();
 
+    const FrameworkLog m_log; // keeps it from the output
     const State m_state;
     const Prepare m_prepare;
     const qint64 m_texts;
@@ -128,7 +133,7 @@ const Quire::StoryID *storyID();
 QString yes(bool answer);
 QString given(const void *pointer); ///< "some" or "none"
 QString number(long value);
-QString itemsOf(Quire::ItemList *list); ///< "none" for null, else the names of the items
+QString itemsOf(Quire::ItemList &list); ///< how many, and how many of them lack something
 /// \}
 
 } // namespace Failing

@@ -1,0 +1,482 @@
+#include "failing/FailureLoop.h"
+
+#include <QScopeGuard>
+
+#include <quire/tree/QueueUpdateMgr.h>
+#include <quire/tree/SearchList.h>
+
+#include "tree/Waiting.h"
+
+// Directories and queues: made, listed, opened, loaded, watched; and the stories of a queue.
+
+using namespace Quire;
+
+namespace Failing {
+
+namespace {
+
+QString text(const char *literal)
+{
+    return QString::fromUtf8(literal);
+}
+
+// ---- directories ----------------------------------------------------------------------------------------------------
+
+/// What a directory or queue turns out to be, and what it lists.
+QString described(std::unique_ptr<Directory> directory)
+{
+    if (!directory)
+        return text("none");
+    return text("%1: %2").arg(directory->Name(), itemsOf(*directory));
+}
+
+void loadAtOnce(World &world)
+{
+    Queue::useThreading = false;
+    world.session().Disconnect(); // the session's handles go
+}
+
+QString newDirectory(World &)
+{
+    return described(std::unique_ptr<Directory>(Directory::NewDirectory(text("NEWS"))));
+}
+
+QString newQueue(World &)
+{
+    return described(std::unique_ptr<Directory>(Directory::NewDirectory(worldPath())));
+}
+
+QString subDirectory(World &world)
+{
+    return described(std::unique_ptr<Directory>(world.directory->GetSubDir(text("news.sport"))));
+}
+
+QString subQueue(World &world)
+{
+    return described(std::unique_ptr<Directory>(world.directory->GetSubDir(1)));
+}
+
+QString refreshDirectory(World &world)
+{
+    world.directory->Refresh();
+    return text("done: ") + itemsOf(*world.directory);
+}
+
+void fetchQueue(World &world)
+{
+    world.handle = world.session().GetCachedDir(worldPath());
+}
+
+QString flagOfObject(World &world)
+{
+    return yes(Directory::FlagCheck(world.handle, Attr_Indexed));
+}
+
+void fetchDirectory(World &world)
+{
+    world.handle = world.session().GetCachedDir(text("NEWS"));
+}
+
+// ---- loading a queue ------------------------------------------------------------------------------------------------
+
+/// How a load ended: "more, error H" or what is there.
+QString stateOf(World &world, Queue &queue)
+{
+    if (queue.GetError() == S_OK && !queue.MoreStoriesAvailable())
+        return itemsOf(queue);
+    return text(queue.MoreStoriesAvailable() ? "more, error " : "no more, error ") + world.code(queue.GetError());
+}
+
+/// Waits for the end of a load on a thread; what it came to.
+QString endOfLoad(World &world, Queue &queue)
+{
+    if (!comesTrue([&queue] { return queue.IsFinished(); }))
+        return text("does not end");
+    return stateOf(world, queue) + text(queue.IsComplete() ? ", complete" : ", not complete");
+}
+
+/// Makes a queue that loads on its own thread, and waits for the end of that.
+QString loadThreaded(World &world)
+{
+    Queue::useThreading = true;
+    const auto reset = qScopeGuard([] { Queue::useThreading = false; });
+    Queue queue(world.session().GetCachedDir(worldPath()));
+    return endOfLoad(world, queue);
+}
+
+QString refreshQueue(World &world)
+{
+    const QString result = attempt(world, [&] {
+        world.queue->Refresh();
+        return text("done");
+    });
+    return result + text(": ") + stateOf(world, *world.queue);
+}
+
+/// A queue of which one chunk is loaded and three stories are left.
+void openLongQueue(World &world)
+{
+    for (int number = 0; number < 20; ++number) {
+        Newsroom::Model::NewStory story;
+        story.queueNumber = 21;
+        story.id = {1000 + number, 1, 1};
+        world.server().model()->addStory(story);
+    }
+    Queue::sLoadIncrement = 20;
+    Queue::useThreading = true;
+    world.queue = std::make_unique<Queue>(world.session().GetCachedDir(worldPath()));
+    ASSERT_TRUE(comesTrue([&world] { return world.queue->IsComplete(); }));
+    ASSERT_TRUE(world.queue->MoreStoriesAvailable());
+}
+
+QString loadMore(World &world)
+{
+    const QString result = attempt(world, [&world] {
+        world.queue->LoadMore();
+        return text("done");
+    });
+    return result + text(": ") + endOfLoad(world, *world.queue);
+}
+
+/// A queue with a thread that loads it anew.
+void openThreadedQueue(World &world)
+{
+    openQueue(world);
+    Queue::useThreading = true;
+}
+
+QString refreshThreaded(World &world)
+{
+    const QString result = attempt(world, [&world] {
+        world.queue->Refresh();
+        return text("done");
+    });
+    return result + text(": ") + endOfLoad(world, *world.queue);
+}
+
+// ---- the stories of a queue -----------------------------------------------------------------------------------------
+
+void openFullQueue(World &world)
+{
+    keepStories(world);
+    openQueue(world);
+}
+
+QString described(Story *story)
+{
+    const std::unique_ptr<Story> owner(story);
+    if (!story)
+        return text("none");
+    return text(story->IsLoaded() ? "a story" : "a story that is not there");
+}
+
+QString storyByIndex(World &world)
+{
+    return described(world.queue->GetStory(1));
+}
+
+QString storyByIdentifier(World &world)
+{
+    const StoryID id{212, 1, 1};
+    return described(world.queue->GetStory(&id));
+}
+
+QString createStory(World &world)
+{
+    return described(world.queue->CreateStory(0));
+}
+
+QString deleteStory(World &world)
+{
+    return yes(world.queue->Delete(2));
+}
+
+QString deleteAll(World &world)
+{
+    return yes(world.queue->DeleteAll());
+}
+
+QString retrieveFields(World &world)
+{
+    std::vector<Attribute> fields{{text("before"), QString(), 0}};
+    const QString result = attempt(world, [&] {
+        world.queue->RetrieveFields(fields);
+        return text("done");
+    });
+    return result + text(": %1").arg(fields.size());
+}
+
+QString findField(World &world)
+{
+    return given(world.queue->FindField(text("TITLE")));
+}
+
+// ---- reports of changes ---------------------------------------------------------------------------------------------
+
+QString switchOn(World &world)
+{
+    world.queue->SetUpdate(true);
+    return text("done");
+}
+
+QString isOn(World &world)
+{
+    return yes(world.queue->GetUpdate());
+}
+
+/// Whether the manager watches the queue after the call, also when that raises.
+template<typename Call>
+QString withWatching(World &world, const Call &call)
+{
+    const QString result = attempt(world, [&] {
+        call(world.queue.get());
+        return text("done");
+    });
+    world.disarm();
+    QueueUpdateMgr::Update(world.queue->QueueID());
+    return result + text(QueueUpdateMgr::NeedsRefresh(world.queue.get(), true) ? ", watched" : ", not watched");
+}
+
+QString beginUpdates(World &world)
+{
+    return withWatching(world, QueueUpdateMgr::BeginQueueUpdates);
+}
+
+QString endUpdates(World &world)
+{
+    return withWatching(world, QueueUpdateMgr::EndQueueUpdates);
+}
+
+// ---- what is documented ---------------------------------------------------------------------------------------------
+
+/// Finding a directory or queue by its path: another way is found when anything goes wrong, unless what the server
+/// gave was something else.
+std::vector<Documented> byPath(const std::vector<Documented> &own)
+{
+    std::vector<Documented> all{
+        {"get_Connected", Throws, "- | raised H | out of memory"}, // dropped on the way, not at its end
+        {"IDirectory2::get_Item", Wrong, "= | -"},
+        {"IDirectory2::get_Item", AnyFault, "="},
+        {"IDirectory2::get_Name", AnyFault, "="},
+        {"IDirectory2::QueryInterface", Fails, "="},
+        {"GetDirectory", AnyFault, "-"},
+    };
+    all.insert(all.begin(), own.begin(), own.end());
+    return all;
+}
+
+/// The directory \a name with \a count entries is made, or read anew. What it is itself must be known; what an entry
+/// does not tell, its item lacks.
+std::vector<Documented> directory(const std::string &name, const std::string &count)
+{
+    const std::string unnamed = name + ": " + count + " items, 1 without a name";
+    const std::string other = name + ": 1 items, 1 without a name";
+    return byPath({
+        {"get_Name", Fails | Raised, "= | raised H"},
+        {"get_Name", OutOfMemory, "= | out of memory"},
+        {"get_Name", Empty, "= | : " + count + " items | " + unnamed},
+        {"get_Flags get_Count", Fails | Raised, "= | raised H"},
+        {"get_Flags", Empty, "="},
+        {"get_Count", Empty, "= | " + name + ": 0 items"},
+        {"GetList", Fails | Raised, "raised H"},
+        {"GetList", Empty, name + ": 0 items | " + other},
+        {"QueryInterface", NoInterface, "= | - | : 0 items | " + name + ": 0 items | " + unnamed},
+        {"QueryInterface", Fails, "= | raised H"},
+    });
+}
+
+/// An entry of a directory or queue is opened. That is not the short cut that finding a path is.
+std::vector<Documented> entry(std::vector<Documented> own)
+{
+    const std::vector<Documented> shared{
+        {"get_Item", NoInterface | Empty, "= | -"},
+        {"get_Item", Fails | Raised, "= | raised H"},
+        {"get_Item", OutOfMemory, "= | out of memory"},
+        {"IDirectory2::QueryInterface", NoInterface, "= | - | : 0 items | NEWS.SPORT: 0 items"},
+        {"IDirectory2::QueryInterface", Fails, "= | raised H"},
+    };
+    own.insert(own.begin(), shared.begin(), shared.end());
+    return own;
+}
+
+/// The stories of a list called \a name, of \a count: what a story does not tell, its item lacks.
+std::vector<Documented> stories(const std::string &name, const std::string &end, std::vector<Documented> own,
+                                int before = 0)
+{
+    const auto items = [&](int count, const char *lacking) {
+        return name + std::to_string(before + count) + " items" + lacking + end;
+    };
+    const std::vector<Documented> shared{
+        {"GetList", Empty, items(0, "") + " | " + items(1, ", 1 without a name, 1 unknown")},
+        {"get_StoryName", Fails | Empty, items(3, ", 1 without a name")},
+        {"get_StoryUnique", Fails | Empty, items(3, ", 1 unknown")},
+        {"get_SectionXml", Fails | Empty, items(3, ", 1 locked")},
+        {"IStory2::QueryInterface", NoInterface, items(3, ", 1 without a name, 1 unknown")},
+    };
+    own.insert(own.end(), shared.begin(), shared.end());
+    return own;
+}
+
+/// The queue \a name with three stories is made, and loaded at once.
+std::vector<Documented> queue(const std::string &name)
+{
+    return byPath(stories(name + ": ", "",
+                          {
+                              {"IQueue2::get_Name", Fails | Raised, "= | raised H"},
+                              {"IQueue2::get_Name", OutOfMemory, "= | out of memory"},
+                              {"IQueue2::get_Name", Empty, "= | : 3 items"},
+                              {"get_QueueID IQueue2::get_Flags GetList", Fails | Raised, "raised H"},
+                              {"get_QueueID IQueue2::get_Flags", Empty, "="},
+                              {"IQueue2::QueryInterface", NoInterface, "= | - | : 0 items | " + name + ": 0 items"},
+                              {"IQueue2::QueryInterface", Fails, "= | raised H"},
+                              {"IStory2::QueryInterface", Plain | Refused | BeingEdited, "raised H"},
+                          }));
+}
+
+/// It is read anew: what goes wrong in the load is told, and that there is more.
+std::vector<Documented> again()
+{
+    return byPath(stories("done: ", "",
+                          {
+                              {"get_Connected", Raised, "- | raised H: 0 items"},
+                              {"get_Connected", OutOfMemory, "- | out of memory: 0 items"},
+                              {"GetList IStory2::*", Raised, "raised H: more, error H"},
+                              {"GetList IStory2::*", OutOfMemory, "out of memory: more, error H"},
+                              {"GetList", Fails, "raised H: more, error H"},
+                              {"IQueue2::get_Name", AnyFault, "="},
+                              {"IQueue2::QueryInterface", NoInterface, "= | -"},
+                              {"IQueue2::QueryInterface", Fails, "= | raised H: 0 items"},
+                              {"IStory2::QueryInterface", Plain | Refused | BeingEdited, "raised H: more, error H"},
+                          }));
+}
+
+/// A load on a thread: it ends when the server refuses, and tells. What is asked for before it begins raises.
+std::vector<Documented> onThread(const std::string &before, int there, const std::string &unchanged)
+{
+    return byPath(
+        stories(before, ", complete",
+                {
+                    {"get_Connected", Raised, "- | raised H: " + unchanged},
+                    {"get_Connected", OutOfMemory, "- | out of memory: " + unchanged},
+                    {"GetList", Fails | Throws, before + "more, error H, complete"},
+                    {"IStory2::*", Throws, before + "more, error H, complete"},
+                    {"IStory2::QueryInterface", Plain | Refused | BeingEdited, before + "more, error H, complete"},
+                    {"IQueue2::get_Name", Fails | Raised, "= | raised H"},
+                    {"IQueue2::get_Name", OutOfMemory, "= | out of memory"},
+                    {"IQueue2::get_Name get_QueueID IQueue2::get_Flags", Empty, "="},
+                    {"get_QueueID IQueue2::get_Flags", Fails, "raised H"},
+                    {"IQueue2::QueryInterface", NoInterface, "= | -"},
+                    {"IQueue2::QueryInterface", Fails, "= | raised H | raised H: " + unchanged},
+                },
+                there));
+}
+
+/// A story of a queue is opened: it raises until the story is known; then it finds the story again, as a Story does,
+/// which does not raise.
+std::vector<Documented> story(std::vector<Documented> own)
+{
+    const std::string notThere = "a story that is not there";
+    const std::vector<Documented> all{
+        {"get_Connected", Throws, "= | - | raised H | out of memory"},
+        {"get_Connected", Fails | Empty, "= | -"},
+        {"get_SysReadRate", Fails | Raised, "raised H"},
+        {"get_SysReadRate", Empty, "="},
+        {"IQueue2::get_Name", AnyFault, "="},
+        {"IQueue2::get_Item", NoInterface | Empty, "= | -"},
+        {"IQueue2::get_Item", Fails | Raised, "raised H | " + notThere},
+        {"IQueue2::get_Item", OutOfMemory, "out of memory | " + notThere},
+        {"get_StoryUnique", Fails | Raised, "raised H | = | " + notThere},
+        {"get_StoryUnique", OutOfMemory, "out of memory | = | " + notThere},
+        {"get_StoryUnique", Empty, "= | " + notThere},
+        {"get_SectionXml get_FormName", Fails | Empty, "="},
+        {"IQueue2::QueryInterface IStory2::QueryInterface", NoInterface, "= | - | " + notThere},
+        {"IQueue2::QueryInterface IStory2::QueryInterface", Fails, "= | raised H | " + notThere},
+    };
+    own.insert(own.end(), all.begin(), all.end());
+    return byPath(own);
+}
+
+/// One call to the queue that the path leads to. Nothing happens when that is no queue.
+std::vector<Documented> call(std::vector<Documented> own, const std::string &thrown = "")
+{
+    const std::vector<Documented> all{
+        {"get_Connected", Raised, "= | - | raised H" + thrown},
+        {"get_Connected", OutOfMemory, "= | - | out of memory" + thrown},
+        {"IQueue2::get_Name", AnyFault, "="},
+        {"IQueue2::QueryInterface", NoInterface, "= | -"},
+        {"QueryInterface", Fails, "= | raised H" + thrown},
+        {"*", Raised, "raised H" + thrown},
+        {"*", OutOfMemory, "out of memory" + thrown},
+    };
+    own.insert(own.end(), all.begin(), all.end());
+    const std::vector<Documented> way = byPath({});
+    own.insert(own.begin(), way.begin() + 1, way.end() - 1);
+    return own;
+}
+
+const std::vector<Operation> operations{
+    {"Directory::NewDirectory", anyState, loadAtOnce, newDirectory, "NEWS: 3 items", "none", directory("NEWS", "3")},
+    {"Directory::NewDirectory, a queue", anyState, loadAtOnce, newQueue, "NEWS.WORLD: 3 items", "none",
+     queue("NEWS.WORLD")},
+    {"Directory::FlagCheck",
+     Cached,
+     fetchDirectory,
+     flagOfObject,
+     "true",
+     "false",
+     {{"IQueue2::QueryInterface IDirectory2::QueryInterface", NoInterface, "= | -"},
+      {"get_Flags QueryInterface", Fails | Raised | Empty, "-"}}},
+    {"Directory::FlagCheck, a queue",
+     Cached,
+     fetchQueue,
+     flagOfObject,
+     "false",
+     "false",
+     {{"get_Flags QueryInterface", Fails | Raised | Empty, "-"}}},
+    {"Directory::GetSubDir", anyState, openDirectory, subDirectory, "NEWS.SPORT: 1 items", "none",
+     entry(directory("NEWS.SPORT", "1"))},
+    {"Directory::GetSubDir, a queue", anyState, openDirectory, subQueue, "NEWS.WORLD: 3 items", "none",
+     entry(queue("NEWS.WORLD"))},
+    {"Directory::Refresh", anySession, openDirectory, refreshDirectory, "done: 3 items", "done: 0 items",
+     directory("done", "3"), true},
+
+    {"Queue", signedOn, loadAtOnce, loadThreaded, "3 items, complete", "0 items, not complete", onThread("", 0, "")},
+    {"Queue::Refresh", anySession, openQueue, refreshQueue, "done: 3 items", "done: 0 items", again(), true},
+    {"Queue::Refresh, on a thread", anySession, openThreadedQueue, refreshThreaded, "done: 3 items, complete",
+     "done: 0 items, not complete", onThread("done: ", 0, "0 items, not complete"), true},
+    {"Queue::LoadMore", anyState, openLongQueue, loadMore, "done: 23 items, complete", "done: 20 items, complete",
+     onThread("done: ", 20, "more, error 0, complete")},
+
+    {"Queue::GetStory(index)", anyState, openFullQueue, storyByIndex, "a story", "none", story({})},
+    {"Queue::GetStory(id)", anyState, openFullQueue, storyByIdentifier, "a story", "none", story({})},
+    {"Queue::CreateStory", anyState, openFullQueue, createStory, "a story", "none",
+     story({{"CreateStory", Fails, "raised H"}, {"CreateStory", Empty, "-"}})},
+    {"Queue::Delete", anyState, openFullQueue, deleteStory, "true", "false",
+     call({{"IQueue2::get_Item", NoInterface | Empty, "="},
+           {"IQueue2::get_Item", Fails, "raised H"},
+           {"get_StoryUnique", Fails | Empty, "="},
+           {"Delete", Fails, "-"},
+           {"Delete", Empty, "="},
+           {"IStory2::QueryInterface", NoInterface, "="}})},
+    {"Queue::DeleteAll", anyState, openFullQueue, deleteAll, "true", "false",
+     call({{"DeleteAll", Fails, "-"}, {"DeleteAll", Empty, "="}})},
+    {"Queue::RetrieveFields", anyState, openFullQueue, retrieveFields, "done: 1", "done: 0",
+     call({{"get_FormName", Fails, "raised H: 0"}, {"get_FormName GetSystemForm", Fails | Empty, "-"}}, ": 0")},
+    {"Queue::FindField", anyState, openFullQueue, findField, "some", "none",
+     call({{"get_FormName", Fails, "raised H"}, {"get_FormName GetSystemForm", Fails | Empty, "-"}})},
+
+    {"Queue::SetUpdate", anyState, openFullQueue, switchOn, "done", "done",
+     call({{"put_Update", Fails, "raised H"}, {"put_Update", Empty, "="}})},
+    {"Queue::GetUpdate", anyState & ~Connected, // where the server has ended the reports
+     openLiveQueue, isOn, "true", "false", call({{"get_Update", Fails, "raised H"}, {"get_Update", Empty, "-"}})},
+    {"QueueUpdateMgr::BeginQueueUpdates", anyState, openFullQueue, beginUpdates, "done, watched", "done, watched",
+     call({{"put_Update", Fails, "raised H, not watched"}, {"put_Update", Empty, "="}}, ", not watched")},
+    {"QueueUpdateMgr::EndQueueUpdates", anyState, openLiveQueue, endUpdates, "done, not watched", "done, not watched",
+     call({{"put_Update", Fails, "raised H, not watched"}, {"put_Update", Empty, "="}}, ", not watched")},
+};
+
+} // namespace
+
+INSTANTIATE_TEST_SUITE_P(Tree, FailureLoop, ::testing::ValuesIn(operations), nameOfTest);
+
+} // namespace Failing
