@@ -2,10 +2,12 @@
 
 #include <utility>
 
+#include <quire/notify/Search.h>
 #include <quire/session/Dispatch2.h>
 #include <quire/session/QuireCOM.h>
 #include <quire/session/QuireCOMMutex.h>
 #include <quire/tree/Directory.h>
+#include <quire/tree/SearchList.h>
 
 namespace Quire {
 
@@ -66,6 +68,24 @@ std::vector<Item> readDirectory(const QString &path, bool anew)
     for (int index = 0; index < directory.u_Size(); ++index)
         entries.push_back(std::move(*directory.u_Nth(index)));
     return entries;
+}
+
+int startSearch(const QString &path, ItemType type, const QString &query)
+{
+    Search *const searcher = Search::GetSearcher();
+    SearchList *list = nullptr;
+    if (type == Item_Queue) {
+        list = searcher->StartSearch(path, query);
+    } else {
+        Directory directory; // only its name counts
+        directory.SetName(path);
+        list = directory.StartSearch(query);
+    }
+    if (!list) {
+        QuireCOM *const session = QuireCOM::TheQuireCOM;
+        throw _com_error(session && session->IsConnected() ? E_FAIL : notSignedOn);
+    }
+    return list->SearchID();
 }
 
 } // namespace Quire

@@ -22,4 +22,7 @@ IDispatchPtr findQueue(const QString &path);
 /// no such directory and what the server refuses.
 std::vector<Item> readDirectory(const QString &path, bool anew);
 
+/// Starts a search of the directory or queue \a path; its number. Raises when it is refused.
+int startSearch(const QString &path, ItemType type, const QString &query);
+
 } // namespace Quire

@@ -85,4 +85,11 @@ void ServerWork::run(std::function<Delivery()> job, std::function<void(HRESULT)>
     });
 }
 
+void ServerWork::runAnyway(std::function<Delivery()> job, std::function<void(HRESULT)> failed)
+{
+    ServerThread::post([mailbox = m_mailbox, job = std::move(job), failed = std::move(failed)] {
+        mailbox->post(resultOf(job, failed));
+    });
+}
+
 } // namespace Quire

@@ -29,6 +29,9 @@ public:
     /// out of the event loop; a job that has not begun when this goes never does.
     void run(std::function<Delivery()> job, std::function<void(HRESULT)> failed);
 
+    /// The same for what has to be done even if this goes before it has begun.
+    void runAnyway(std::function<Delivery()> job, std::function<void(HRESULT)> failed);
+
 private:
     class Mailbox;
     const std::shared_ptr<Mailbox> m_mailbox;

@@ -1,6 +1,7 @@
 #include "StoryCells.h"
 
 #include <QCoreApplication>
+#include <QSet>
 
 #include <algorithm>
 
@@ -68,14 +69,6 @@ int urgencyOf(const Item &item)
     return most;
 }
 
-int alignmentOf(const StoryColumn &column)
-{
-    const Qt::AlignmentFlag sideways = column.align == 1   ? Qt::AlignHCenter
-                                       : column.align == 2 ? Qt::AlignRight
-                                                           : Qt::AlignLeft;
-    return sideways | Qt::AlignVCenter;
-}
-
 void expand(Item &item)
 {
     std::vector<Attribute> nothing;
@@ -112,16 +105,38 @@ StoryColumn nameColumn()
     return column;
 }
 
+std::vector<Field> uniqueFields(const std::vector<Field> &fields)
+{
+    std::vector<Field> unique;
+    QSet<QString> names;
+    for (const Field &field : fields) {
+        const QString name = field.m_Id.toCaseFolded();
+        if (name.isEmpty() || names.contains(name))
+            continue;
+        names.insert(name);
+        unique.push_back(field);
+    }
+    return unique;
+}
+
+QString fieldTitle(const Field &field)
+{
+    const QString label = field.m_Label.trimmed();
+    return label.isEmpty() ? field.m_Id : label;
+}
+
+int alignment(qint32 align)
+{
+    const Qt::AlignmentFlag sideways = align == 1 ? Qt::AlignHCenter : align == 2 ? Qt::AlignRight : Qt::AlignLeft;
+    return sideways | Qt::AlignVCenter;
+}
+
 QVector<StoryColumn> fieldColumns(const std::vector<Field> &fields)
 {
     QVector<StoryColumn> columns;
-    for (const Field &field : fields) {
-        if (field.m_Id.isEmpty() || findColumn(columns, field.m_Id) >= 0)
-            continue;
-        const QString label = field.m_Label.trimmed();
-        columns.append({StoryColumn::Field, field.m_Id, label.isEmpty() ? field.m_Id : label, field.Width(),
-                        field.m_Align, field.m_Style});
-    }
+    for (const Field &field : uniqueFields(fields))
+        columns.append(
+            {StoryColumn::Field, field.m_Id, fieldTitle(field), field.Width(), field.m_Align, field.m_Style});
     return columns;
 }
 
@@ -153,7 +168,7 @@ QVariant storyCell(Item &item, const QString &path, const StoryColumn &column, i
     case TypeRole:
         return int{item.type};
     case Qt::TextAlignmentRole:
-        return alignmentOf(column);
+        return alignment(column.align);
     case LockRole:
         expand(item);
         return valueOf(item, Attr_Lock);
@@ -182,7 +197,7 @@ QVariant storyHeader(const StoryColumn &column, int role)
     case StyleRole:
         return column.style;
     case Qt::TextAlignmentRole:
-        return alignmentOf(column);
+        return alignment(column.align);
     default:
         return QVariant();
     }

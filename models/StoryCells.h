@@ -17,7 +17,13 @@ namespace Quire {
 
 /// The column of the name.
 StoryColumn nameColumn();
-/// A column for each field of a form, the first of those with the same name.
+/// The fields of a form that have a name, the first of those with the same one, letter case ignored.
+std::vector<Field> uniqueFields(const std::vector<Field> &fields);
+/// What a form calls a field; its name when the form does not call it anything.
+QString fieldTitle(const Field &field);
+/// The Qt::Alignment of a value of Field::m_Align.
+int alignment(qint32 align);
+/// A column for each of the unique fields of a form.
 QVector<StoryColumn> fieldColumns(const std::vector<Field> &fields);
 /// A column for each of these `Attr_*` keys.
 QVector<StoryColumn> headerColumns(const QStringList &keys);

@@ -1,0 +1,118 @@
+#include "OpenStory.h"
+
+#include "ServerReading.h"
+#include "ServerThread.h"
+#include "StoryCells.h"
+#include <quire/forms/FormCache.h>
+#include <quire/session/Dispatch2.h>
+#include <quire/session/QuireCOM.h>
+#include <quire/session/QuireCOMMutex.h>
+
+namespace Quire {
+
+OpenStory::OpenStory(const QString &queuePath, const StoryID &id)
+{
+    m_queuePath = queuePath;
+    m_id = id;
+    find();
+    GetFormName(m_formName);
+}
+
+/// Gets a handle from the server: one that was used before may hold changes that could not be saved.
+void OpenStory::find()
+{
+    QuireCOM *const session = QuireCOM::TheQuireCOM;
+    m_handle = session ? session->GetStoryDirect(m_queuePath, &m_id) : IDispatchPtr();
+    const QuireCOMMutex lock("StoryFieldsModel::open");
+    const Orvex::IStory2Ptr story = Dispatch2Story(m_handle);
+    if (!story)
+        raiseMissing();
+    GetStoryID(story, m_id);
+    m_loaded = true;
+}
+
+std::shared_ptr<OpenStory> OpenStory::open(const QString &queuePath, const StoryID &id)
+{
+    return ServerThread::own(std::unique_ptr<OpenStory>(new OpenStory(queuePath, id)), &OpenStory::end);
+}
+
+void OpenStory::end(OpenStory *story)
+{
+    const std::unique_ptr<OpenStory> last(story);
+    last->unlock();
+}
+
+std::vector<Field> OpenStory::formFields()
+{
+    const FormData *const form = FormCache::getForm(FormName());
+    return form ? uniqueFields(form->m_Fields) : std::vector<Field>();
+}
+
+std::vector<QString> OpenStory::values(const std::vector<QString> &names)
+{
+    std::vector<QString> all(names.size());
+    for (std::size_t index = 0; index < names.size(); ++index) {
+        GetField(names[index], all[index]);
+        raiseError();
+    }
+    return all;
+}
+
+void OpenStory::raiseError()
+{
+    const auto error = static_cast<HRESULT>(GetError());
+    if (FAILED(error))
+        throw _com_error(error);
+}
+
+void OpenStory::lock(int type, QString *holder)
+{
+    if (Lock(type, *holder)) {
+        m_locked = true;
+        return;
+    }
+    raiseError();
+    raiseMissing();
+}
+
+void OpenStory::unlock()
+try {
+    if (m_locked)
+        Unlock();
+    m_locked = false;
+} catch (const _com_error &) {
+    m_locked = false; // the server frees it when the user signs off
+}
+
+std::vector<QString> OpenStory::change(const QString &name, const QString &value, int lockType, QString *holder,
+                                       const std::vector<QString> &names)
+{
+    if (m_locked) {
+        write(name, value);
+        return values(names);
+    }
+    lock(lockType, holder);
+    try {
+        write(name, value);
+    } catch (...) {
+        unlock();
+        throw;
+    }
+    unlock();
+    return values(names);
+}
+
+void OpenStory::write(const QString &name, const QString &value)
+try {
+    SetField(name, value);
+    raiseError();
+    if (Save(true))
+        return;
+    raiseError();
+    raiseMissing();
+} catch (const _com_error &) {
+    find(); // the next one that is saved must not bring this change along
+    throw;
+}
+
+} // namespace Quire

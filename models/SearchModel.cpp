@@ -1,0 +1,267 @@
+#include <quire/models/SearchModel.h>
+
+#include <algorithm>
+#include <iterator>
+#include <numeric>
+#include <utility>
+
+#include "RowSteps.h"
+#include "ServerReading.h"
+#include "ServerThread.h"
+#include "ServerWork.h"
+#include "StoryCells.h"
+#include <quire/notify/Search.h>
+#include <quire/tree/SearchList.h>
+
+namespace Quire {
+
+/// A search of the server's, which ends with this.
+class SearchModel::Running
+{
+public:
+    explicit Running(int id)
+        : m_id(id)
+    {}
+    ~Running() { Search::GetSearcher()->DeleteSearch(m_id); }
+    Running(const Running &) = delete;
+    Running &operator=(const Running &) = delete;
+
+    int id() const { return m_id; }
+
+private:
+    const int m_id;
+};
+
+namespace {
+
+std::vector<QString> keysOf(const std::vector<Item> &hits)
+{
+    std::vector<QString> keys;
+    keys.reserve(hits.size());
+    for (const Item &hit : hits)
+        keys.push_back(hit.sortKey);
+    return keys;
+}
+
+QString queueOf(const Item &hit)
+{
+    Attribute queue;
+    return hit.FindAttr(QLatin1String(Attr_Queue), queue) ? queue.value : QString();
+}
+
+} // namespace
+
+SearchModel::SearchModel(QObject *parent)
+    : ServerTable(parent)
+{
+    reset();
+}
+
+SearchModel::~SearchModel() = default;
+
+// ---- which search ---------------------------------------------------------------------------------------------------
+
+void SearchModel::setFieldColumns(const QStringList &names)
+{
+    m_fieldColumns = names;
+}
+
+void SearchModel::reset()
+{
+    stopPolling();
+    abandonWork();
+    beginResetModel();
+    m_search.reset();
+    m_hits.clear();
+    m_totalHits = 0;
+    m_stopWhenStarted = false;
+    m_columns = QVector<StoryColumn>{nameColumn()} + headerColumns({QLatin1String(Attr_Queue)});
+    for (const QString &name : qAsConst(m_fieldColumns))
+        m_columns.append({StoryColumn::Field, name, name, 0, 0, 0});
+    endResetModel();
+}
+
+void SearchModel::start(const QString &path, ItemType type, const QString &query)
+{
+    reset();
+    beginLoad();
+    work().run(
+        [this, path, type, query]() -> ServerWork::Delivery {
+            auto search = std::make_unique<Running>(startSearch(path, type, query));
+            return [this, search = ServerThread::own(std::move(search))] { follow(search); };
+        },
+        [this](HRESULT error) { endLoad(error); });
+}
+
+void SearchModel::follow(const std::shared_ptr<Running> &search)
+{
+    m_search = search;
+    if (m_stopWhenStarted)
+        stop();
+    startPolling();
+    poll();
+}
+
+void SearchModel::stop()
+{
+    m_stopWhenStarted = isLoading();
+    if (!m_search)
+        return;
+    work().run(
+        [search = m_search]() -> ServerWork::Delivery {
+            Search::GetSearcher()->StopSearch(search->id());
+            return [] {}; // polling finds it stopped
+        },
+        [](HRESULT) {});
+}
+
+void SearchModel::clear()
+{
+    reset();
+}
+
+int SearchModel::totalHits() const
+{
+    return m_totalHits;
+}
+
+// ---- hits -----------------------------------------------------------------------------------------------------------
+
+void SearchModel::poll()
+{
+    if (!m_search)
+        return;
+    Search *const searcher = Search::GetSearcher();
+    ItemList *const list = searcher->AccessSearchResults(m_search->id());
+    std::vector<Item> arrived;
+    const bool ended = !list || searcher->IsSearchDone(m_search->id());
+    if (list) {
+        // Of a search that has ended, all: they have been sorted. Copies share their texts with the list's.
+        for (int index = ended ? 0 : static_cast<int>(m_hits.size()); index < list->u_Size(); ++index)
+            arrived.push_back(*list->u_Nth(index));
+        m_totalHits = static_cast<int>(static_cast<SearchList *>(list)->GetTotalHits());
+        searcher->EndAccessSearchResults(m_search->id());
+    }
+    if (!ended) {
+        append(std::move(arrived));
+        return;
+    }
+    stopPolling();
+    m_search.reset();
+    if (list)
+        arrange(arrived);
+    endLoad(0);
+}
+
+void SearchModel::append(std::vector<Item> hits)
+{
+    if (hits.empty())
+        return;
+    const int before = rowCount();
+    const int count = static_cast<int>(hits.size());
+    beginInsertRows(QModelIndex(), before, before + count - 1);
+    std::move(hits.begin(), hits.end(), std::back_inserter(m_hits));
+    endInsertRows();
+    countRows(count);
+}
+
+/// Makes the rows those of the sorted list: double ones go, the rest is sorted, what has not been seen yet comes.
+void SearchModel::arrange(const std::vector<Item> &hits)
+{
+    std::vector<int> targets = matchRows(keysOf(m_hits), keysOf(hits));
+    removeMissing(targets);
+    sort(targets);
+    insertNew(targets, hits);
+}
+
+void SearchModel::removeMissing(std::vector<int> &targets)
+{
+    for (int end = rowCount(); end > 0;) {
+        int first = end;
+        while (first > 0 && targets[static_cast<std::size_t>(first - 1)] < 0)
+            --first;
+        if (first < end) {
+            beginRemoveRows(QModelIndex(), first, end - 1);
+            m_hits.erase(m_hits.begin() + first, m_hits.begin() + end);
+            endRemoveRows();
+        }
+        end = first < end ? first : end - 1;
+    }
+    targets.erase(std::remove(targets.begin(), targets.end(), -1), targets.end());
+}
+
+void SearchModel::sort(std::vector<int> &targets)
+{
+    if (std::is_sorted(targets.begin(), targets.end()))
+        return;
+    Q_EMIT layoutAboutToBeChanged({}, VerticalSortHint);
+    std::vector<std::size_t> order(targets.size()); // by new row, the old one
+    std::iota(order.begin(), order.end(), std::size_t{0});
+    std::sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) { return targets[a] < targets[b]; });
+    std::vector<int> newRows(order.size()); // by old row
+    std::vector<Item> sorted;
+    sorted.reserve(order.size());
+    for (const std::size_t old : order) {
+        newRows[old] = static_cast<int>(sorted.size());
+        sorted.push_back(std::move(m_hits[old]));
+    }
+    m_hits = std::move(sorted);
+    const QModelIndexList before = persistentIndexList();
+    QModelIndexList after;
+    for (const QModelIndex &index : before)
+        after.append(this->index(newRows[static_cast<std::size_t>(index.row())], index.column()));
+    changePersistentIndexList(before, after);
+    std::sort(targets.begin(), targets.end());
+    Q_EMIT layoutChanged({}, VerticalSortHint);
+}
+
+void SearchModel::insertNew(const std::vector<int> &targets, const std::vector<Item> &hits)
+{
+    int arrived = 0;
+    for (const RowStep &step : rowSteps(targets, static_cast<int>(hits.size()))) {
+        beginInsertRows(QModelIndex(), step.first, step.first + step.count - 1);
+        m_hits.insert(m_hits.begin() + step.first, hits.begin() + step.source, hits.begin() + step.source + step.count);
+        endInsertRows();
+        arrived += step.count;
+    }
+    countRows(arrived);
+}
+
+// ---- what is shown --------------------------------------------------------------------------------------------------
+
+int SearchModel::rowCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : static_cast<int>(m_hits.size());
+}
+
+int SearchModel::columnCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : m_columns.size();
+}
+
+QVariant SearchModel::data(const QModelIndex &index, int role) const
+{
+    if (!index.isValid())
+        return QVariant();
+    Item &hit = m_hits[static_cast<std::size_t>(index.row())];
+    return storyCell(hit, queueOf(hit), m_columns.at(index.column()), role);
+}
+
+QVariant SearchModel::headerData(int section, Qt::Orientation orientation, int role) const
+{
+    if (orientation != Qt::Horizontal || section < 0 || section >= m_columns.size())
+        return ServerTable::headerData(section, orientation, role);
+    return storyHeader(m_columns.at(section), role);
+}
+
+QVector<StoryColumn> SearchModel::columns() const
+{
+    return m_columns;
+}
+
+int SearchModel::columnOf(const QString &key) const
+{
+    return findColumn(m_columns, key);
+}
+
+} // namespace Quire

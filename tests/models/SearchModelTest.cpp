@@ -1,0 +1,282 @@
+#include <quire/models/SearchModel.h>
+
+#include <QPersistentModelIndex>
+
+#include "models/ModelFixture.h"
+#include "tree/SearcherEnd.h"
+
+using namespace Quire;
+using Newsroom::Fault;
+
+namespace {
+
+const int hangTime = 3000; // milliseconds, as long as a server is seen to hang
+
+class SearchModelTest : public ModelTest
+{
+protected:
+    void SetUp() override
+    {
+        start(text("directory NEWS indexed\n"
+                   "  queue WORLD number=12\n"
+                   "    story id=1:1:1\n"
+                   "      title: Storm one\n"
+                   "      note[urgency=2]: first\n"
+                   "    story id=2:1:1\n"
+                   "      title: Storm two\n"
+                   "  queue LOCAL number=13\n"
+                   "    story id=3:1:1 locked=desk\n"
+                   "      title: Storm three\n"
+                   "    story id=4:1:1\n"
+                   "      title: Calm\n"));
+        NotificationInit(nullptr, nullptr, nullptr);
+    }
+
+    static void start(SearchModel &model, const char *path = "NEWS", ItemType type = Item_Directory)
+    {
+        model.setPollInterval(5);
+        model.start(text(path), type, text("storm"));
+    }
+    using ModelTest::start;
+
+    static QStringList names(const SearchModel &model)
+    {
+        QStringList all;
+        for (int row = 0; row < model.rowCount(); ++row)
+            all.append(model.index(row, 0).data().toString());
+        return all;
+    }
+
+    /// Puts a hit into the list of the search that runs, as if the server had sent it.
+    static void addHit(const char *name, const char *key)
+    {
+        Item hit(text(name), Item_SearchHit);
+        hit.sortKey = text(key);
+        Search *const searcher = Search::GetSearcher();
+        for (long id = 1; id < 100; ++id) {
+            if (ItemList *const list = searcher->AccessSearchResults(id)) {
+                list->Append(hit);
+                searcher->EndAccessSearchResults(id);
+                return;
+            }
+        }
+        FAIL() << "no search runs";
+    }
+};
+
+} // namespace
+
+TEST_F(SearchModelTest, WithoutASearchThereAreColumnsOnly)
+{
+    SearchModel model;
+    EXPECT_EQ(model.rowCount(), 0);
+    EXPECT_EQ(model.columnCount(), 2);
+    EXPECT_EQ(model.headerData(0, Qt::Horizontal), text("Story"));
+    EXPECT_EQ(model.headerData(1, Qt::Horizontal), text("Queue"));
+    EXPECT_EQ(model.totalHits(), 0);
+    model.stop();
+    EXPECT_FALSE(model.isLoading());
+}
+
+TEST_F(SearchModelTest, HitsOfADirectoryAreSortedAtTheEnd)
+{
+    SearchModel model;
+    SignalLog signals(model);
+    start(model);
+    EXPECT_EQ(signals.take(), texts({"reset", "loading"}));
+    ASSERT_TRUE(settles(model));
+    EXPECT_EQ(names(model), texts({"Storm three", "Storm one", "Storm two"}));
+    EXPECT_EQ(signals.take().last(), text("finished"));
+    EXPECT_EQ(model.totalHits(), 3);
+}
+
+TEST_F(SearchModelTest, AQueueIsSearchedAlone)
+{
+    SearchModel model;
+    start(model, "NEWS.WORLD", Item_Queue);
+    ASSERT_TRUE(settles(model));
+    EXPECT_EQ(names(model), texts({"Storm one", "Storm two"}));
+}
+
+TEST_F(SearchModelTest, HitsGrowWhileTheyArriveAndAreSortedThen)
+{
+    server->delivery().pause();
+    SearchModel model;
+    SignalLog signals(model);
+    start(model);
+    ASSERT_TRUE(comes([] { return Search::GetSearcher()->AccessSearchResults(1) != nullptr; }));
+    Search::GetSearcher()->EndAccessSearchResults(1);
+    addHit("Z", "z");
+    addHit("Z again", "z");
+    ASSERT_TRUE(comes([&] { return model.rowCount() == 2; }));
+    addHit("A", "A");
+    ASSERT_TRUE(comes([&] { return model.rowCount() == 3; }));
+    EXPECT_EQ(names(model), texts({"Z", "Z again", "A"}));
+    EXPECT_EQ(signals.takeRows(), texts({"reset", "inserted . 0-2"}));
+    EXPECT_TRUE(model.isLoading());
+    const QPersistentModelIndex z = model.index(0, 1);
+    const QPersistentModelIndex again = model.index(1, 0);
+    const QPersistentModelIndex a = model.index(2, 0);
+    server->options().searchBatch = 100;
+    server->delivery().resume();
+    ASSERT_TRUE(settles(model));
+    EXPECT_EQ(names(model), texts({"A", "Storm three", "Storm one", "Storm two", "Z"}));
+    const QStringList rows = signals.takeRows();
+    EXPECT_TRUE(rows.contains(text("removed . 1-1"))) << rows.join(text(", ")).toStdString();
+    EXPECT_TRUE(rows.contains(text("layout")));
+    EXPECT_EQ(z.row(), 4);
+    EXPECT_EQ(z.column(), 1);
+    EXPECT_EQ(a.row(), 0);
+    EXPECT_FALSE(again.isValid());
+}
+
+TEST_F(SearchModelTest, RolesAndColumnsTellOfTheHit)
+{
+    SearchModel model;
+    model.setFieldColumns({text("Note")});
+    start(model);
+    ASSERT_TRUE(settles(model));
+    const QModelIndex one = model.index(1, model.columnOf(text("note")));
+    EXPECT_EQ(one.data(), text("first"));
+    EXPECT_EQ(one.data(NameRole), text("Storm one"));
+    EXPECT_EQ(one.data(IdentifierRole), text("1:1"));
+    EXPECT_EQ(one.data(PathRole), text("NEWS.WORLD"));
+    EXPECT_EQ(one.data(TypeRole), int{Item_SearchHit});
+    EXPECT_EQ(model.index(1, 1).data(), text("NEWS.WORLD"));
+    EXPECT_EQ(model.headerData(2, Qt::Horizontal), text("Note"));
+    EXPECT_EQ(model.columns().size(), 3);
+}
+
+TEST_F(SearchModelTest, AStoppedSearchKeepsItsHits)
+{
+    server->delivery().pause();
+    SearchModel model;
+    SignalLog signals(model);
+    start(model);
+    ASSERT_TRUE(comes([] { return Search::GetSearcher()->AccessSearchResults(1) != nullptr; }));
+    Search::GetSearcher()->EndAccessSearchResults(1);
+    addHit("Z", "z");
+    addHit("A", "a");
+    ASSERT_TRUE(comes([&] { return model.rowCount() == 2; }));
+    model.stop();
+    ASSERT_TRUE(settles(model));
+    EXPECT_EQ(names(model), texts({"Z", "A"}));
+    EXPECT_EQ(signals.take().last(), text("finished"));
+    server->delivery().resume();
+}
+
+TEST_F(SearchModelTest, ASearchThatIsStoppedBeforeItBeganEnds)
+{
+    server->delivery().pause();
+    SearchModel model;
+    start(model);
+    model.stop();
+    ASSERT_TRUE(settles(model));
+    EXPECT_EQ(model.rowCount(), 0);
+    server->delivery().resume();
+}
+
+TEST_F(SearchModelTest, ANewSearchStopsTheOneBefore)
+{
+    server->delivery().pause();
+    SearchModel model;
+    start(model);
+    ASSERT_TRUE(comes([] { return Search::GetSearcher()->AccessSearchResults(1) != nullptr; }));
+    Search::GetSearcher()->EndAccessSearchResults(1);
+    start(model, "NEWS.LOCAL", Item_Queue);
+    ASSERT_TRUE(comes([] { return Search::GetSearcher()->IsSearchDone(1); }));
+    server->delivery().resume();
+    ASSERT_TRUE(settles(model));
+    EXPECT_EQ(names(model), texts({"Storm three"}));
+    EXPECT_EQ(server->calls().takeTexts().filter(text("StopSearch")).size(), 1);
+}
+
+TEST_F(SearchModelTest, AnEndedSearchIsNotStoppedOnTheServer)
+{
+    {
+        SearchModel model;
+        start(model);
+        ASSERT_TRUE(settles(model));
+    }
+    ASSERT_TRUE(ServerModel::waitForServer(patience));
+    EXPECT_EQ(server->calls().takeTexts().filter(text("StopSearch")), QStringList());
+    EXPECT_EQ(Search::GetSearcher()->AccessSearchResults(1), nullptr);
+}
+
+TEST_F(SearchModelTest, ClearingShowsNothing)
+{
+    SearchModel model;
+    start(model);
+    ASSERT_TRUE(settles(model));
+    model.clear();
+    EXPECT_EQ(model.rowCount(), 0);
+    EXPECT_EQ(model.totalHits(), 0);
+}
+
+TEST_F(SearchModelTest, WithoutNoticesASearchFails)
+{
+    NotificationRelease();
+    SearchProbe::destroy();
+    SearchModel model;
+    SignalLog signals(model);
+    start(model);
+    ASSERT_TRUE(settles(model));
+    EXPECT_EQ(model.error(), E_FAIL);
+    EXPECT_EQ(signals.take().last(), text("failed ") + getErrorString(E_FAIL, false));
+}
+
+TEST_F(SearchModelTest, ARefusedSearchFails)
+{
+    server->faults().failNext(text("ISignon4::Search"), Fault::hresult(E_FAIL));
+    SearchModel model;
+    start(model);
+    ASSERT_TRUE(settles(model));
+    EXPECT_EQ(model.error(), E_FAIL);
+    EXPECT_EQ(model.rowCount(), 0);
+}
+
+TEST_F(SearchModelTest, AfterDisconnectingTheUserIsNotLoggedIn)
+{
+    session->Disconnect();
+    SearchModel model;
+    start(model);
+    ASSERT_TRUE(settles(model));
+    EXPECT_EQ(model.errorText(), text("User not logged in."));
+}
+
+TEST_F(SearchModelTest, AModelGoesWhileTheServerHangs)
+{
+    server->faults().failNext(text("ISignon4::Search"), Fault::hang(hangTime));
+    auto model = std::make_unique<SearchModel>();
+    start(*model);
+    ASSERT_TRUE(server->faults().waitForHang(patience));
+    QElapsedTimer timer;
+    timer.start();
+    model.reset();
+    EXPECT_LT(timer.elapsed(), hangTime / 2);
+    EXPECT_EQ(server->faults().hanging(), 1);
+    server->faults().clear();
+    ASSERT_TRUE(ServerModel::waitForServer(patience));
+    EXPECT_EQ(Search::GetSearcher()->AccessSearchResults(1), nullptr); // nobody wants it any more
+}
+
+TEST_F(SearchModelTest, PassesQtsOwnCheck)
+{
+    server->options().searchBatch = 1;
+    SearchModel model;
+    const ModelCheck check(model);
+    start(model);
+    ASSERT_TRUE(settles(model));
+    EXPECT_EQ(model.rowCount(), 3);
+    server->delivery().pause();
+    start(model);
+    ASSERT_TRUE(comes([] { return Search::GetSearcher()->AccessSearchResults(2) != nullptr; }));
+    Search::GetSearcher()->EndAccessSearchResults(2);
+    for (const char *key : {"z", "y", "z", "A"})
+        addHit(key, key);
+    ASSERT_TRUE(comes([&] { return model.rowCount() == 4; }));
+    server->delivery().resume();
+    ASSERT_TRUE(settles(model));
+    EXPECT_EQ(model.rowCount(), 6);
+    model.clear();
+}
