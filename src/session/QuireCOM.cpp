@@ -33,8 +33,7 @@ QuireCOM *QuireCOM::GetQuireCOM(bool recreate)
     try {
         return new (std::nothrow) QuireCOM;
     } catch (const std::bad_alloc &) {
-        TheQuireCOM = nullptr; // the session itself found memory, what it owns did not
-        return nullptr;
+        return nullptr; // the session itself found memory, what it owns did not
     }
 }
 
@@ -42,7 +41,6 @@ void QuireCOM::UnloadCOM()
 {
     if (TheQuireCOM)
         Destroy();
-    TheQuireCOM = nullptr;
 }
 
 // In two steps because the class has a virtual operation and, by design, no virtual destructor.
@@ -61,6 +59,7 @@ QuireCOM::QuireCOM()
     m_comError = m_signon.CreateInstance(__uuidof(Orvex::Signon), nullptr, CLSCTX_ALL);
     if (m_comError == S_OK)
         m_cache = std::make_shared<DispatchCache>();
+    const QuireCOMMutex lock; // see the destructor
     TheQuireCOM = this;
 }
 
@@ -71,8 +70,12 @@ QuireCOM::~QuireCOM()
     } catch (...) {
         // A server that raises while signing off is as good as gone.
     }
-    m_cache.reset();
-    TheQuireCOM = nullptr;
+    {
+        // A call of a queue that is gone may have hung until now, and its worker look for the session under this lock.
+        const QuireCOMMutex lock;
+        m_cache.reset();
+        TheQuireCOM = nullptr;
+    }
     m_signon = nullptr;
 }
 

@@ -216,3 +216,18 @@ TEST_F(QueueHangTest, ANewObjectOfTheQueueKeepsItsReportsWhenTheOldOnesCallEnds)
     EXPECT_TRUE(comesTrue([&] { return again->GetUpdate(); }));
     EXPECT_THAT(QueueUpdateMgrProbe::watched(), ElementsAre(14));
 }
+
+// The worker looks for the session when its call has returned at last, and meets the session's end or its successor.
+TEST_F(QueueHangTest, TheSessionGoesWhileACallOfAQueueThatIsGoneHangs)
+{
+    for (int round = 0; round < 5; ++round) {
+        server.faults().failNext(text("GetList"), Fault::hang(150));
+        std::unique_ptr<Queue> queue = open("Q.LIVE");
+        EXPECT_TRUE(server.faults().waitForHang(patience));
+        queue.reset();
+        QuireCOM::UnloadCOM();
+        session = QuireCOM::GetQuireCOM(false);
+        ASSERT_EQ(session->Connect(text("HUB"), text("ann"), text("secret"), 0), 0);
+    }
+    EXPECT_THAT(QueueUpdateMgrProbe::watched(), IsEmpty());
+}
