@@ -227,7 +227,7 @@ HRESULT Notification::raw_OnNotifySearchResults(LONG searchId, SAFEARRAY *result
     return Receive([=] {
         if (const SearchResultsCallback callback = m_SearchCB)
             callback(searchId, results, totalHits, finished);
-        else if (Search *const searcher = Search::TheSearcher)
+        else if (Search *const searcher = Search::GetSearcherIfMade())
             AddResults(*searcher, searchId, results, totalHits, finished);
     });
 }

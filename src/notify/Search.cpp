@@ -17,6 +17,8 @@ QAtomicInteger<long> Search::sSearchLimit(500);
 
 namespace {
 
+QBasicMutex searcherMutex; // guards TheSearcher; nothing is called while it is held
+
 QString queryText(const QString &server, const QString &path, const QString &query)
 {
     QString scope = QStringLiteral("[%1]%2").arg(server, path);
@@ -61,15 +63,21 @@ Search::~Search()
     const QMutexLocker guard(&m_Mutex);
     const QMutexLocker lists(&m_ListsMutex);
     m_Lists.clear();
+    const QMutexLocker instance(&searcherMutex);
     TheSearcher = nullptr;
 }
 
 Search *Search::GetSearcher()
 {
-    static QBasicMutex creation;
-    const QMutexLocker guard(&creation);
+    const QMutexLocker guard(&searcherMutex);
     if (!TheSearcher)
         TheSearcher = new Search;
+    return TheSearcher;
+}
+
+Search *Search::GetSearcherIfMade()
+{
+    const QMutexLocker guard(&searcherMutex);
     return TheSearcher;
 }
 

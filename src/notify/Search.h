@@ -42,6 +42,8 @@ public:
 
     /// The instance, made on the first call.
     static Search *GetSearcher();
+    /// The instance, null until it is made: TheSearcher for any thread, also while another makes it.
+    static Search *GetSearcherIfMade();
 
     /// The value of sSearchLimit.
     static long GetSearchLimit();

@@ -72,7 +72,8 @@ void describeQueue(Item &item, const IDispatchPtr &entry)
 
 bool canSearch()
 {
-    return Search::TheSearcher && Search::TheSearcher->CanSearch();
+    Search *const searcher = Search::GetSearcherIfMade();
+    return searcher && searcher->CanSearch();
 }
 
 /// Keeps a child in the session's cache under the name that the server reports for it.
@@ -233,7 +234,7 @@ Directory *Directory::OpenSubDir(int index)
 
 SearchList *Directory::StartSearch(const QString &text)
 {
-    Search *const searcher = Search::TheSearcher;
+    Search *const searcher = Search::GetSearcherIfMade();
     if (!searcher)
         return nullptr;
     const QString root = QStringLiteral(".");

@@ -33,6 +33,8 @@ const qint32 threadedChunk = 20;
 const qint32 synchronousChunk = 100;
 const unsigned long longestWait = 100; // milliseconds
 
+QBasicMutex incrementMutex; // guards Queue::sLoadIncrement; a leaf
+
 /// The same queue as what its stories are listed from, without asking the server for it.
 Orvex::IQueuePtr asList(const Orvex::IQueue2Ptr &queue)
 {
@@ -43,11 +45,13 @@ Orvex::IQueuePtr asList(const Orvex::IQueue2Ptr &queue)
 
 int Queue::getLoadIncrement()
 {
+    const QMutexLocker guard(&incrementMutex);
     return sLoadIncrement;
 }
 
 void Queue::setLoadIncrement(int increment)
 {
+    const QMutexLocker guard(&incrementMutex);
     if (increment > 0)
         sLoadIncrement = increment;
 }
@@ -179,7 +183,7 @@ qint32 Queue::NextLimit()
 {
     if (m_liveRefresh)
         return -1;
-    const qint64 limit = qint64{u_Size()} + sLoadIncrement;
+    const qint64 limit = qint64{u_Size()} + getLoadIncrement();
     return static_cast<qint32>(qMin<qint64>(limit, std::numeric_limits<qint32>::max()));
 }
 
@@ -392,7 +396,7 @@ void Queue::AbandonLoad(unsigned long wait)
 
 SearchList *Queue::StartSearch(const QString &text)
 {
-    Search *const searcher = Search::TheSearcher;
+    Search *const searcher = Search::GetSearcherIfMade();
     if (!searcher)
         return nullptr;
     const QString root = QStringLiteral(".");

@@ -43,7 +43,7 @@ public:
     /// Load on a thread of the queue's own. Initially true. Also picks the number of stories in a chunk when a queue is
     /// made: 20 with, 100 without.
     static bool useThreading;
-    /// How many stories a load adds at most, initially 200. Use the functions below.
+    /// How many stories a load adds at most, initially 200. Use the functions below, which any thread may call.
     static qint32 sLoadIncrement;
     static int getLoadIncrement();
     /// Nothing happens unless \a increment is positive.

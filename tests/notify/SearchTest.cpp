@@ -4,10 +4,12 @@
 
 #include <gmock/gmock.h>
 
+#include <atomic>
 #include <future>
 #include <thread>
 
 #include <quire/session/QuireCOM.h>
+#include <quire/tree/Directory.h>
 
 #include "notify/HitArray.h"
 #include "notify/NotifyFixture.h"
@@ -482,6 +484,24 @@ TEST_F(SearchTest, WhileSearchesCannotWorkNothingIsRemoved)
     searcher->SetNotification(false);
     SearchProbe::remove(list);
     EXPECT_EQ(SearchProbe::index(list), 0);
+}
+
+TEST_F(SearchTest, TheSearcherIsMadeWhileADirectoryAsksForIt)
+{
+    SearchProbe::destroy();
+    std::atomic<bool> made{false};
+    std::thread asking([&made] {
+        Directory directory;
+        do
+            EXPECT_EQ(directory.StartSearch(text("storm")), nullptr);
+        while (!made);
+    });
+    Search *const first = Search::GetSearcher();
+    made = true;
+    asking.join();
+    EXPECT_EQ(Search::GetSearcherIfMade(), first);
+    SearchProbe::destroy();
+    EXPECT_EQ(Search::GetSearcherIfMade(), nullptr);
 }
 
 TEST_F(SearchTest, TheSearcherTakesItsListsAlong)

@@ -92,6 +92,18 @@ TEST_F(QueueTest, TakesPositiveIncrementsOnly)
     EXPECT_EQ(Queue::getLoadIncrement(), 1);
 }
 
+TEST_F(QueueTest, TheLoadIncrementMayBeSetWhileQueuesLoadOnOtherThreads)
+{
+    std::thread setting([] {
+        for (int increment = 1; increment <= 100; ++increment)
+            Queue::setLoadIncrement(increment);
+    });
+    for (int round = 0; round < 5; ++round)
+        load("Q.SHORT");
+    setting.join();
+    EXPECT_EQ(Queue::getLoadIncrement(), 100);
+}
+
 TEST_F(QueueTest, TheSizeOfAChunkIsChosenWhenTheQueueIsMade)
 {
     const std::unique_ptr<Queue> threaded = load("Q.NONE");
