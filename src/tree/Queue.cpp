@@ -394,6 +394,12 @@ void Queue::AbandonLoad(unsigned long wait)
     QueueListThread::retire(std::move(worker));
 }
 
+/// The number of workers, of all queues, that were abandoned and have not ended yet.
+int Queue::HangingWorkers()
+{
+    return QueueListThread::retire(nullptr);
+}
+
 SearchList *Queue::StartSearch(const QString &text)
 {
     Search *const searcher = Search::GetSearcherIfMade();

@@ -160,6 +160,7 @@ private:
     void AbandonLoad(unsigned long wait);
     std::unique_ptr<QueueListThread> TakeWorker();
     void AbandonOutdated();
+    static int HangingWorkers();
     void MarkStarted(const QueueLoad *load);
     void MarkComplete(const QueueLoad *load);
     bool SwitchOffLater(const QDeadlineTimer &deadline);

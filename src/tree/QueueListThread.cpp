@@ -59,7 +59,7 @@ bool QueueListThread::readChunks()
     return false;
 }
 
-void QueueListThread::retire(std::unique_ptr<QueueListThread> worker)
+int QueueListThread::retire(std::unique_ptr<QueueListThread> worker)
 {
     // Never destroyed: a worker that hangs until the process ends must not meet the end of its own thread object.
     static QBasicMutex mutex;
@@ -72,6 +72,7 @@ void QueueListThread::retire(std::unique_ptr<QueueListThread> worker)
                                                   [](const auto &candidate) { return !candidate->isFinished(); });
     std::move(firstEnded, retired->end(), std::back_inserter(ended));
     retired->erase(firstEnded, retired->end());
+    return static_cast<int>(retired->size());
 }
 
 } // namespace Quire

@@ -8,6 +8,16 @@
 
 namespace {
 
+/// A copy that shares nothing with \a list: Qt lets the last owner of shared elements change them in place without
+/// waiting for what other threads did with them before they let go.
+template<typename List>
+List ownCopy(const List &list)
+{
+    List copy = list;
+    copy.detach();
+    return copy;
+}
+
 DebuggerOutput *theOutput = nullptr;
 FrameworkLog *theLog = nullptr;
 
@@ -63,7 +73,7 @@ DebuggerOutput::~DebuggerOutput()
 QStringList DebuggerOutput::lines() const
 {
     const QMutexLocker guard(&m_mutex);
-    return m_lines;
+    return ownCopy(m_lines);
 }
 
 void DebuggerOutput::add(const char *line)
@@ -88,7 +98,7 @@ FrameworkLog::~FrameworkLog()
 QVector<LogMessage> FrameworkLog::messages() const
 {
     const QMutexLocker guard(&m_mutex);
-    return m_messages;
+    return ownCopy(m_messages);
 }
 
 QStringList FrameworkLog::texts() const

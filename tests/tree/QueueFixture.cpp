@@ -95,7 +95,8 @@ bool QueueFixture::nothingHangs()
     return comesTrue([this] { return server.faults().hanging() == 0; }) && comesTrue([] {
                const QuireCOMMutex lock("Test::nothingHangs");
                return true;
-           });
+           }) &&
+           comesTrue([] { return QueueProbe::hangingWorkers() == 0; });
 }
 
 IDispatchPtr QueueFixture::object(const char *path)

@@ -20,6 +20,7 @@ namespace Quire {
 struct QueueProbe
 {
     static bool hasWorker(Queue &queue);
+    static int hangingWorkers() { return Queue::HangingWorkers(); }
     static QMutex &gate(Queue &queue) { return queue.loadGate(); }
     static int chunkSize(const Queue &queue) { return queue.m_chunkSize; }
     static int limit(const Queue &queue) { return queue.m_loadLimit; }
@@ -72,7 +73,7 @@ protected:
 
     /// That the list holds exactly the first stories of its queue, as many as that.
     static void expectFirst(Quire::Queue &queue, int count);
-    /// Waits until all that was handed out has come back, but for what the session itself holds.
+    /// Waits until no call hangs, nobody has the access lock and no worker is left that was abandoned.
     bool nothingHangs();
 
     std::shared_ptr<Newsroom::Model> model;
