@@ -19,6 +19,8 @@
 #include "notify/NotifyFixture.h"
 #include "support/DebugCapture.h"
 #include "support/QtPrinting.h"
+#include "support/Stress.h"
+#include "support/Watchdog.h"
 
 using namespace Quire;
 using Newsroom::ObjectKind;
@@ -101,6 +103,9 @@ private:
     const qint64 m_arraysAtFirst;
     const int m_liveAtFirst;
 };
+
+using SearchStress = NotifyNewsroom;
+using NotifySoak = NotifyNewsroom;
 
 } // namespace
 
@@ -321,17 +326,14 @@ TEST_F(NotifyNewsroom, NoticesOfAReconnectedSessionArriveOnce)
     EXPECT_EQ(told.logouts, 1);
 }
 
-TEST_F(NotifyNewsroom, FourThreadsSearchWhileTheServerDelivers)
+TEST_F(SearchStress, FourThreadsSearchWhileTheServerDelivers)
 {
-    bool given = false;
-    const int fromEnvironment = qEnvironmentVariableIntValue("QUIRE_STRESS_SECONDS", &given);
-    const qint64 milliseconds = 1000 * (given ? fromEnvironment : 5);
     startNotices();
     server.options().searchBatch = 5;
     std::atomic<int> searches{0};
     std::atomic<int> unfinished{0};
-    QElapsedTimer timer;
-    timer.start();
+    const auto end = std::chrono::steady_clock::now() + stressTime();
+    Watchdog watchdog(4);
 
     const auto life = [&](int thread, int round) {
         SearchList *const list = search(round % 3 ? ".*" : "SPORT.FOOTBALL", round % 5 ? "*" : "no-such-word");
@@ -358,19 +360,23 @@ TEST_F(NotifyNewsroom, FourThreadsSearchWhileTheServerDelivers)
     for (int thread = 0; thread < 4; ++thread) {
         threads.emplace_back([&, thread] {
             CoInitializeEx(nullptr, COINIT_MULTITHREADED);
-            for (int round = 0; timer.elapsed() < milliseconds; ++round)
+            for (int round = 0; std::chrono::steady_clock::now() < end; ++round) {
                 life(thread, round);
+                watchdog.alive(thread);
+            }
+            watchdog.gone(thread);
             CoUninitialize();
         });
     }
     for (std::thread &thread : threads)
         thread.join();
+    RecordProperty("searches", searches);
     EXPECT_GT(searches, 4);
     EXPECT_EQ(unfinished, 0);
     EXPECT_EQ(SearchProbe::count(), 0);
 }
 
-TEST_F(NotifyNewsroom, NoticesMayComeAndGoWhileTheServerDelivers)
+TEST_F(NotifySoak, NoticesMayComeAndGoWhileTheServerDelivers)
 {
     const FrameworkLog log; // or it would fill the screen
     Told told;
@@ -378,7 +384,7 @@ TEST_F(NotifyNewsroom, NoticesMayComeAndGoWhileTheServerDelivers)
     server.options().searchBatch = 1;
     std::thread coming([&] {
         CoInitializeEx(nullptr, COINIT_MULTITHREADED);
-        for (int i = 0; i < 500; ++i) {
+        for (int i = 0; i < soakRounds(500); ++i) {
             NotificationInit(nullptr, nullptr, nullptr);
             NotificationRelease();
         }

@@ -1,6 +1,5 @@
 // The session on the newsroom in a box: what it reads there, from one thread and from many, and what it leaves behind.
 
-#include <QElapsedTimer>
 #include <QStringList>
 #include <QVector>
 
@@ -17,6 +16,8 @@
 #include <quire/platform/Variant.h>
 
 #include "support/QtPrinting.h"
+#include "support/Stress.h"
+#include "support/Watchdog.h"
 
 #if defined(__GLIBC__) && !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
 #define QUIRE_COUNTS_MEMORY
@@ -54,13 +55,6 @@ directory MAIL
 
 const QStringList allPaths{text("."),          text("NEWS"), text("NEWS.SPORT"), text("NEWS.SPORT.SCORES"),
                            text("NEWS.WORLD"), text("MAIL"), text("MAIL.ANN")};
-
-int fromEnvironment(const char *name, int otherwise)
-{
-    bool given = false;
-    const int value = qEnvironmentVariableIntValue(name, &given);
-    return given ? value : otherwise;
-}
 
 /// The path that a handle's object says it has, empty when it is neither directory nor queue.
 QString pathOf(const IDispatchPtr &handle)
@@ -134,6 +128,9 @@ private:
     qint64 m_textsAtFirst;
     qint64 m_arraysAtFirst;
 };
+
+using SessionStress = SessionNewsroom;
+using SessionSoak = SessionNewsroom;
 
 QStringList SessionNewsroom::walk()
 {
@@ -271,9 +268,9 @@ TEST_F(SessionNewsroom, IsNotConnectedAfterALogout)
 
 // ---- again and again ------------------------------------------------------------------------------------------------
 
-TEST_F(SessionNewsroom, RepeatedSignOnsLeaveNothingBehind)
+TEST_F(SessionSoak, RepeatedSignOnsLeaveNothingBehind)
 {
-    const int rounds = fromEnvironment("QUIRE_SOAK", 0) ? 10000 : 200;
+    const int rounds = soakRounds(200);
     const auto round = [this] {
         ASSERT_EQ(signOn(), 0);
         ASSERT_EQ(walk().size(), allPaths.size());
@@ -295,9 +292,9 @@ TEST_F(SessionNewsroom, RepeatedSignOnsLeaveNothingBehind)
 #endif
 }
 
-TEST_F(SessionNewsroom, RecreatedSessionsLeaveNothingBehind)
+TEST_F(SessionSoak, RecreatedSessionsLeaveNothingBehind)
 {
-    const int rounds = fromEnvironment("QUIRE_SOAK", 0) ? 10000 : 200;
+    const int rounds = soakRounds(200);
     for (int i = 0; i < rounds; ++i) {
         session = QuireCOM::GetQuireCOM(true);
         ASSERT_EQ(signOn(), 0);
@@ -335,21 +332,25 @@ private:
     std::atomic<const char *> m_first{nullptr};
 };
 
-/// Runs \a work on 16 threads, again and again for as many seconds as QUIRE_STRESS_SECONDS says (1 without it).
+/// Runs \a work on 16 threads, again and again.
 void runOnManyThreads(const std::function<void(int thread, int round)> &work)
 {
-    const qint64 milliseconds = 1000 * fromEnvironment("QUIRE_STRESS_SECONDS", 1);
-    QElapsedTimer timer;
-    timer.start();
+    const int threadCount = 16;
+    const auto end = std::chrono::steady_clock::now() + stressTime();
+    Watchdog watchdog(threadCount);
     std::vector<std::thread> threads;
-    for (int thread = 0; thread < 16; ++thread) {
+    for (int thread = 0; thread < threadCount; ++thread) {
         threads.emplace_back([&, thread] {
-            for (int round = 0; timer.elapsed() < milliseconds; ++round)
+            for (int round = 0; std::chrono::steady_clock::now() < end; ++round) {
                 work(thread, round);
+                watchdog.alive(thread);
+            }
+            watchdog.gone(thread);
         });
     }
     for (std::thread &thread : threads)
         thread.join();
+    ::testing::Test::RecordProperty("rounds", std::to_string(watchdog.rounds()));
 }
 
 /// A blob's bytes, of the writer's own making from first to last.
@@ -472,7 +473,7 @@ void useTheRest(QuireCOM *session, Verdict &verdict, bool signedOn)
 
 } // namespace
 
-TEST_F(SessionNewsroom, SixteenThreadsGetRightAnswers)
+TEST_F(SessionStress, SixteenThreadsGetRightAnswers)
 {
     ASSERT_EQ(signOn(), 0);
     Verdict verdict;
@@ -486,7 +487,7 @@ TEST_F(SessionNewsroom, SixteenThreadsGetRightAnswers)
 }
 
 // Whoever works while others sign off and on gets the right answer or that of a session that is not connected.
-TEST_F(SessionNewsroom, SixteenThreadsWorkWhileSomeSignOffAndOn)
+TEST_F(SessionStress, SixteenThreadsWorkWhileSomeSignOffAndOn)
 {
     Verdict verdict;
     runOnManyThreads([&](int thread, int round) {

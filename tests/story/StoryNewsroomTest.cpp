@@ -17,8 +17,9 @@
 #include <quire/story/Story.h>
 #include <quire/tree/Item.h>
 
-#include "support/QtPrinting.h"
 #include "story/StoryProbe.h"
+#include "support/QtPrinting.h"
+#include "support/Stress.h"
 
 using namespace Quire;
 using Newsroom::Fault;
@@ -158,6 +159,8 @@ private:
     qint64 m_texts;
     qint64 m_arrays;
 };
+
+using EditSoak = StoryNewsroom;
 
 } // namespace
 
@@ -567,13 +570,13 @@ void editOnce(const Desk &desk, const QString &signature, Verdict &verdict)
 
 int rounds()
 {
-    return qEnvironmentVariableIsSet("QUIRE_SOAK") ? 10000 : 1000;
+    return soakRounds(1000);
 }
 
 } // namespace
 
 // The session's threads share one sign-on, so its locks do not keep them from each other: they take turns by story.
-TEST_F(StoryNewsroom, EveryEditOfThreeUsersOnSixThreadsIsSaved)
+TEST_F(EditSoak, EveryEditOfThreeUsersOnSixThreadsIsSaved)
 {
     const int ownThreads = 4;
     const QVector<QPair<QString, QString>> others{{text("editor"), text("desk")}, {text("sports"), text("ball")}};
@@ -628,7 +631,7 @@ TEST_F(StoryNewsroom, EveryEditOfThreeUsersOnSixThreadsIsSaved)
 }
 
 // Without turns the session's own threads undo each other's locks; what is saved is still what somebody wrote.
-TEST_F(StoryNewsroom, EditsWithoutTurnsSaveWhatSomebodyWrote)
+TEST_F(EditSoak, EditsWithoutTurnsSaveWhatSomebodyWrote)
 {
     std::atomic<int> started{0};
     std::atomic<int> savedEdits{0};

@@ -1,3 +1,4 @@
+#include "support/Stress.h"
 #include "newsroom/server/ServerFixture.h"
 #include "newsroom/server/TestSink.h"
 
@@ -8,18 +9,12 @@
 
 namespace Newsroom {
 
-/// Several threads, each with sign-ons of its own and one that all share, calling everything at once. It runs for a
-/// second, or for the milliseconds in QUIRE_STRESS_MS.
-class StressTest : public ServerFixture
+using ServerSoak = ServerFixture;
+
+/// Several threads, each with sign-ons of its own and one that all share, calling everything at once.
+class ServerStress : public ServerFixture
 {
 protected:
-    static std::chrono::milliseconds duration()
-    {
-        bool given = false;
-        const int milliseconds = qEnvironmentVariableIntValue("QUIRE_STRESS_MS", &given);
-        return std::chrono::milliseconds(given ? milliseconds : 1000);
-    }
-
     void work(unsigned seed);
     void edit(const Orvex::ISignon4Ptr &signon, std::mt19937 &random);
     void browse(const Orvex::ISignon4Ptr &signon);
@@ -47,7 +42,7 @@ protected:
     std::atomic<int> wrongAnswers{0};
 };
 
-void StressTest::browse(const Orvex::ISignon4Ptr &signon)
+void ServerStress::browse(const Orvex::ISignon4Ptr &signon)
 {
     IDispatchPtr object;
     check(signon->GetDirectory(In("NEWS.SPORT.TODAY"), &object));
@@ -69,7 +64,7 @@ void StressTest::browse(const Orvex::ISignon4Ptr &signon)
     }
 }
 
-void StressTest::edit(const Orvex::ISignon4Ptr &signon, std::mt19937 &random)
+void ServerStress::edit(const Orvex::ISignon4Ptr &signon, std::mt19937 &random)
 {
     IDispatchPtr object;
     check(signon->GetDirectory(In("NEWS.SPORT.TODAY"), &object));
@@ -93,7 +88,7 @@ void StressTest::edit(const Orvex::ISignon4Ptr &signon, std::mt19937 &random)
         check(today->DeleteAll());
 }
 
-void StressTest::searchAndStop(const Orvex::ISignon4Ptr &signon, std::mt19937 &random)
+void ServerStress::searchAndStop(const Orvex::ISignon4Ptr &signon, std::mt19937 &random)
 {
     LONG id = 0;
     check(signon->Search(In("{[].*}((*))"), &id));
@@ -101,7 +96,7 @@ void StressTest::searchAndStop(const Orvex::ISignon4Ptr &signon, std::mt19937 &r
         check(signon->StopSearch(id));
 }
 
-void StressTest::work(unsigned seed)
+void ServerStress::work(unsigned seed)
 {
     std::mt19937 random(seed);
     while (!stop) {
@@ -128,13 +123,13 @@ void StressTest::work(unsigned seed)
     }
 }
 
-TEST_F(StressTest, EverythingAtOnce)
+TEST_F(ServerStress, EverythingAtOnce)
 {
     server->calls().start();
     std::vector<std::thread> threads;
     for (unsigned seed = 1; seed <= 6; ++seed)
         threads.emplace_back([this, seed] { work(seed); });
-    const auto end = std::chrono::steady_clock::now() + duration();
+    const auto end = std::chrono::steady_clock::now() + stressTime();
     while (std::chrono::steady_clock::now() < end) {
         std::this_thread::sleep_for(std::chrono::milliseconds(20));
         server->options().deliverAtOnce = !server->options().deliverAtOnce;
@@ -143,6 +138,7 @@ TEST_F(StressTest, EverythingAtOnce)
     stop = true;
     for (std::thread &thread : threads)
         thread.join();
+    RecordProperty("calls", calls);
     EXPECT_EQ(0, wrongAnswers);
     EXPECT_GT(calls, 0);
     EXPECT_TRUE(server->waitForEvents());
@@ -152,9 +148,9 @@ TEST_F(StressTest, EverythingAtOnce)
     EXPECT_EQ(0, TestSink::alive());
 }
 
-TEST_F(StressTest, ServerThatGoesInTheMiddle)
+TEST_F(ServerSoak, ServerThatGoesInTheMiddle)
 {
-    for (int round = 0; round < 20; ++round) {
+    for (int round = 0; round < soakRounds(20, 1000); ++round) {
         std::vector<std::thread> threads;
         std::atomic<bool> done{false};
         std::atomic<int> ready{0};
