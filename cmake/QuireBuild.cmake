@@ -51,3 +51,28 @@ function(quire_headers prefix)
         install(FILES "${file}" DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/${folder}" COMPONENT Development)
     endforeach()
 endfunction()
+
+# quire_install(TARGET): installs a library of the CMake package Quire: what programs run with, and what they are built
+# with.
+function(quire_install target)
+    install(
+        TARGETS ${target}
+        EXPORT QuireTargets
+        RUNTIME COMPONENT Runtime
+        LIBRARY COMPONENT Runtime NAMELINK_COMPONENT Development
+        ARCHIVE COMPONENT Development)
+    get_target_property(type ${target} TYPE)
+    if(type STREQUAL STATIC_LIBRARY)
+        quire_strip_archive(${target})
+    endif()
+endfunction()
+
+# quire_strip_archive(TARGET): "install --strip" leaves static libraries as they are, and most of ours is debug information.
+function(quire_strip_archive target)
+    set(archive "\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_LIBDIR}/$<TARGET_FILE_NAME:${target}>")
+    install(
+        CODE "if(CMAKE_INSTALL_DO_STRIP)
+                  execute_process(COMMAND \"${CMAKE_STRIP}\" --strip-debug \"${archive}\" COMMAND_ERROR_IS_FATAL ANY)
+              endif()"
+        COMPONENT Development)
+endfunction()

@@ -1,5 +1,5 @@
-# What `cmake --install` leaves behind: the CMake package Quire with the targets Quire::Quire, Quire::Platform and
-# Quire::Newsroom.
+# What `cmake --install` leaves behind: the CMake package Quire, whose components are the targets Quire::Quire,
+# Quire::Models, Quire::Newsroom and Quire::TestKit, and what QuirePkgConfig, QuireWindowsPackage and QuireArchives add.
 include(CMakePackageConfigHelpers)
 
 set(QUIRE_CMAKE_DIR "${CMAKE_INSTALL_LIBDIR}/cmake/Quire")
@@ -16,4 +16,7 @@ install(DIRECTORY "${PROJECT_SOURCE_DIR}/examples" DESTINATION "${CMAKE_INSTALL_
 
 if(WIN32)
     include(QuireWindowsPackage)
+else()
+    include(QuirePkgConfig)
 endif()
+include(QuireArchives)

@@ -17,6 +17,10 @@
 ///
 /// When the newsroom goes, whatever the host has not given back is a failure of that test. Failures are injected
 /// through StandIn::faults() and failEachCall().
+///
+/// A host that is tested as a program, from outside, wants its newsroom in a server of its own. On Windows the package
+/// has one: Newsroom::Store::save writes a newsroom into a folder, the environment variable ORVEX_NEWSROOM names that
+/// folder to the host, and QuireCOM::registerCOM enters OrvexCOMU_64.dll as the server.
 
 #include <quire/Quire.h>
 #include <quire/newsroom/Newsroom.h>

@@ -1,9 +1,10 @@
-// The smallest honest host: reads and writes an exported setting, catches what the library raises, signs on to the
-// stand-in and walks to the root. Exit code 0 when all of that works.
+// The smallest honest host: reads and writes an exported setting, catches what the library raises, makes a model, signs
+// on to the stand-in and walks to the root. Exit code 0 when all of that works.
 
 #include <cstdio>
 
 #include <quire/Quire.h>
+#include <quire/models/DirectoryModel.h>
 #include <quire/newsroom/Newsroom.h>
 
 namespace {
@@ -52,6 +53,9 @@ int main()
 
     if (!raisesPointerError(Quire::QuireCOM::GetQuireCOM(false)))
         return fail("an error raised by the library is not caught in the host");
+
+    if (Quire::DirectoryModel().rowCount() != 0)
+        return fail("a model of nothing has rows");
 
     Newsroom::Server server(Newsroom::Model::fromText(QStringLiteral("user journalist password=news\n"
                                                                      "directory NEWS\n"
