@@ -113,6 +113,14 @@ QStringList lost(const QStringList &before, const QStringList &keptOtherwise, co
     return missing;
 }
 
+/// Whether the next kind of fault is to be tried.
+bool isSampled()
+{
+    static const int step = std::max(1, qEnvironmentVariableIntValue("QUIRE_FAILING_SAMPLE"));
+    static int count = 0;
+    return count++ % step == 0;
+}
+
 /// One operation in one state.
 class Loop
 {
@@ -148,6 +156,8 @@ void Loop::run()
 {
     runUndisturbed();
     for (const FaultCase &fault : faultCases()) {
+        if (!isSampled())
+            continue;
         if ((fault.group & Throws) && !m_operation.throws)
             continue;
         if (fault.group == Late && m_state != hangsIn)

@@ -15,7 +15,8 @@
 /// what was there before is still there; a fresh call works; and when everything has been let go no object, text or
 /// array is left.
 ///
-/// QUIRE_FAILING_SAMPLE=N in the environment makes only every N-th case, for slow machines.
+/// QUIRE_FAILING_SAMPLE=N in the environment makes each operation, in each state, meet only every N-th kind of fault,
+/// others than the one before: for slow machines.
 
 namespace Failing {
 

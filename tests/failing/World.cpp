@@ -36,7 +36,9 @@ QString newsroom()
                           "    story id=221:1:1\n"
                           "      title: Rain\n"
                           "    story id=222:1:1\n"
-                          "      title: Storm\n");
+                          "      title: Storm\n"
+                          "    story id=223:1:1\n"
+                          "      title: Sun\n");
 }
 
 QString text(const char *literal)

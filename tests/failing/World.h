@@ -104,7 +104,7 @@ private:
 /// \{
 void openDirectory(World &world);  ///< NEWS
 void openQueue(World &world);      ///< NEWS.WORLD, loaded; three stories
-void openLiveQueue(World &world);  ///< NEWS.LIVE, loaded and watched; two stories
+void openLiveQueue(World &world);  ///< NEWS.LIVE, loaded and watched; three stories
 void openStory(World &world);      ///< 211 of NEWS.WORLD; when cached as the next, otherwise not yet found
 void openFoundStory(World &world); ///< the same, found; when cached, with a title not yet saved
 
