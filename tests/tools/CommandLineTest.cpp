@@ -2,23 +2,28 @@
 
 #include "Program.h"
 
+#include "CommandLine.h"
 #include "TextWidth.h"
 
 namespace {
 
 using CommandLineTest = ProgramTest;
 
-TEST_F(CommandLineTest, HelpNamesEveryVerbAndExitCode)
+TEST_F(CommandLineTest, HelpNamesEveryVerbOptionAndExitCode)
 {
     const Outcome run = quire("--help");
     EXPECT_EQ(run.code, 0);
     EXPECT_EQ(run.errors, QString());
-    for (const char *word :
-         {"info",       "tree",           "cat",       "blob",       "parse",      "error",      "newsroom",
-          "demo",       "story",          "form",      "search",     "--newsroom", "--built-in", "--user",
-          "--password", "QUIRE_PASSWORD", "--server",  "--json",     "--version",  "Examples:",  "0 done",
-          "1 failed",   "2 wrong",        "3 sign-on", "4 not found"})
-        EXPECT_TRUE(run.output.contains(QLatin1String(word))) << word;
+    const Tool::VerbText program = Tool::CommandLine().describe();
+    QStringList words{QStringLiteral("QUIRE_PASSWORD"), QStringLiteral("Examples:")};
+    for (const Tool::VerbText &verb : program.verbs)
+        words += QStringLiteral("\n  %1 ").arg(verb.name);
+    for (const Tool::ArgumentText &option : program.options)
+        words += option.names.last() + QLatin1Char(' ');
+    for (const Tool::ExitCodeText &each : Tool::exitCodeTexts)
+        words += QStringLiteral("\n  %1 %2\n").arg(static_cast<int>(each.code)).arg(QLatin1String(each.brief));
+    for (const QString &word : words)
+        EXPECT_TRUE(run.output.contains(word)) << qPrintable(word);
 }
 
 TEST_F(CommandLineTest, WithoutArgumentsTheHelpIsShown)
@@ -28,37 +33,27 @@ TEST_F(CommandLineTest, WithoutArgumentsTheHelpIsShown)
     EXPECT_EQ(run.output, quire("--help").output);
 }
 
+/// The words that call each verb and each verb of a family: "tree", "blob put".
+QStringList allVerbs()
+{
+    QStringList paths;
+    for (const Tool::VerbText &verb : Tool::CommandLine().describe().verbs) {
+        paths += verb.path;
+        for (const Tool::VerbText &child : verb.verbs)
+            paths += child.path;
+    }
+    return paths;
+}
+
 TEST_F(CommandLineTest, EveryHelpHasExamplesAndFitsIntoEightyColumns)
 {
-    for (const char *verb : {"",
-                             "info",
-                             "tree",
-                             "story",
-                             "search",
-                             "cat",
-                             "form",
-                             "set",
-                             "edit",
-                             "local",
-                             "local show",
-                             "local fields",
-                             "local section",
-                             "local set",
-                             "local edit",
-                             "blob put",
-                             "blob get",
-                             "blob rm",
-                             "parse",
-                             "error",
-                             "newsroom import",
-                             "newsroom export",
-                             "newsroom check",
-                             "demo"}) {
-        const Outcome run = quire((QByteArray(verb) + " --help").constData());
-        EXPECT_EQ(run.code, 0) << verb;
-        EXPECT_TRUE(run.output.contains(QLatin1String("Examples:\n  "))) << verb;
+    for (const QString &verb : QStringList(QString()) + allVerbs()) {
+        const Outcome run =
+            quire(verb.split(QLatin1Char(' '), Qt::SkipEmptyParts) + QStringList(QStringLiteral("--help")));
+        EXPECT_EQ(run.code, 0) << qPrintable(verb);
+        EXPECT_TRUE(run.output.contains(QLatin1String("Examples:\n  "))) << qPrintable(verb);
         for (const char *jargon : {"Excludes", "REQUIRED", "NONNEGATIVE"})
-            EXPECT_FALSE(run.output.contains(QLatin1String(jargon))) << verb << ": " << jargon;
+            EXPECT_FALSE(run.output.contains(QLatin1String(jargon))) << qPrintable(verb) << ": " << jargon;
         for (const QString &line : run.lines())
             EXPECT_LE(Tool::textWidth(line), 80) << qPrintable(line);
     }

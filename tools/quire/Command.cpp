@@ -33,4 +33,10 @@ CLI::Option *addTexts(CLI::App &app, const char *name, QStringList &target, cons
     return app.add_option_function<std::vector<std::string>>(name, keep, description)->type_name("");
 }
 
+CLI::Option *addChoice(CLI::App &app, const char *name, QString &target, const QStringList &choices)
+{
+    const QByteArray shown = choices.join(QLatin1Char(' ')).toUtf8();
+    return addText(app, name, target, shown.constData())->type_name(choices.join(QLatin1Char('|')).toStdString());
+}
+
 } // namespace Tool

@@ -40,4 +40,7 @@ CLI::Option *addText(CLI::App &app, const char *name, QString &target, const cha
 /// The same for any number of texts.
 CLI::Option *addTexts(CLI::App &app, const char *name, QStringList &target, const char *description);
 
+/// The same for one of \a choices, which the help and the completion show; what else is given is not refused here.
+CLI::Option *addChoice(CLI::App &app, const char *name, QString &target, const QStringList &choices);
+
 } // namespace Tool

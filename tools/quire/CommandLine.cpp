@@ -28,6 +28,8 @@
 #include "TreeCommand.h"
 #include "WatchCommand.h"
 #include "Words.h"
+#include "shell/CompletionCommand.h"
+#include "shell/ManualCommand.h"
 
 namespace Tool {
 
@@ -42,8 +44,16 @@ constexpr char helpFooter[] = "Without options it signs on to the built-in sampl
                               "  quire newsroom import ~/texts nr\n"
                               "  quire --newsroom nr tree --json\n"
                               "  quire error 0x80040405\n\n"
-                              "Exit codes: 0 done, 1 failed or refused, 2 wrong usage, 3 sign-on refused,\n"
-                              "4 not found. quire VERB --help tells more of a verb.";
+                              "Exit codes:\n";
+
+/// The end of the help.
+std::string footer()
+{
+    QString text = QLatin1String(helpFooter);
+    for (const ExitCodeText &each : exitCodeTexts)
+        text += QStringLiteral("  %1 %2\n").arg(static_cast<int>(each.code)).arg(QLatin1String(each.brief));
+    return text.toStdString() + "\nquire VERB --help tells more of a verb.";
+}
 
 /// Leaves out what the parser adds of its own to an option's name ("Excludes: --built-in", ":NONNEGATIVE"): the usage
 /// line and the descriptions say it in words.
@@ -83,6 +93,8 @@ CommandLine::CommandLine()
     add<ErrorCommand>();
     add<NewsroomCommand>();
     add<DemoCommand>();
+    add<CompletionCommand>();
+    add<ManualCommand>();
 }
 
 CommandLine::~CommandLine() = default;
@@ -98,7 +110,7 @@ void CommandLine::declareOptions()
 {
     m_app.set_help_flag("-h,--help", "Show this help");
     m_app.set_version_flag("--version", "quire " QUIRE_VERSION, "Show the version");
-    m_app.footer(helpFooter);
+    m_app.footer(footer());
     CLI::Option *newsroom = addText(m_app, "--newsroom", m_options.newsroom, "DIR  Open this newsroom folder");
     m_app.add_flag("--built-in", m_options.builtIn, "Use the built-in sample, even beside a real server")
         ->excludes(newsroom);
@@ -144,6 +156,11 @@ ExitCode CommandLine::run(const QStringList &arguments) noexcept
         m_output.complain(QStringLiteral("unexpected failure"));
     }
     return ExitCode::Failed;
+}
+
+VerbText CommandLine::describe() const
+{
+    return Tool::describe(m_app);
 }
 
 ExitCode CommandLine::perform(const QStringList &arguments)

@@ -11,6 +11,7 @@
 #include "ExitCode.h"
 #include "Options.h"
 #include "Output.h"
+#include "shell/VerbText.h"
 
 namespace Tool {
 
@@ -26,6 +27,9 @@ public:
 
     /// Does what \a arguments (without the program's name) ask for, and answers the exit code. Raises nothing.
     ExitCode run(const QStringList &arguments) noexcept;
+
+    /// All verbs and options in words.
+    VerbText describe() const;
 
 private:
     template<class Verb>

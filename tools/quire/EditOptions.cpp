@@ -9,7 +9,7 @@ namespace Tool {
 
 void EditOptions::declare(CLI::App &verb)
 {
-    addText(verb, "--section", m_section, "head look fields body aeset field-atts aeset-atts all");
+    addChoice(verb, "--section", m_section, sectionNames());
     CLI::Option *markup = verb.add_flag("--markup", m_markup, "Edit the body's markup");
     verb.add_flag("--text", m_text, "Edit the body as plain text; other than words goes")->excludes(markup);
 }

@@ -33,7 +33,7 @@ void LocalCommand::declare(CLI::App &app, Action &chosen)
             [this](Host &host) { showFields(host); });
     CLI::App *section = addVerb(*family, "section", "Print a section's markup", "  quire local cup.xml section body",
                                 chosen, [this](Host &host) { showSection(host); });
-    addText(*section, "NAME", m_section, "head look fields body aeset field-atts aeset-atts all")->required();
+    addChoice(*section, "NAME", m_section, sectionNames())->required();
     CLI::App *set = addVerb(*family, "set", "Change fields", "  quire local cup.xml set score=2:4 'venue=The park'",
                             chosen, [this](Host &host) { this->set(host); });
     addTexts(*set, "CHANGE", m_changes, "FIELD=VALUE; quire local FILE fields shows them")->required();

@@ -1,7 +1,5 @@
 #include "SectionName.h"
 
-#include <QStringList>
-
 #include "Failure.h"
 
 namespace Tool {
@@ -25,17 +23,22 @@ const NamedSection sections[] = {{StorySection::Head, QLatin1String("head")},
 
 } // namespace
 
-int sectionNumber(const QString &name)
+QStringList sectionNames()
 {
     QStringList names;
+    for (const NamedSection &section : sections)
+        names += section.name;
+    return names;
+}
+
+int sectionNumber(const QString &name)
+{
     for (const NamedSection &section : sections) {
         if (name.compare(section.name, Qt::CaseInsensitive) == 0)
             return section.number;
-        names += section.name;
     }
-    throw Failure(
-        ExitCode::Usage,
-        QStringLiteral("there is no section \"%1\"; the sections are %2").arg(name, names.join(QStringLiteral(", "))));
+    throw Failure(ExitCode::Usage, QStringLiteral("there is no section \"%1\"; the sections are %2")
+                                       .arg(name, sectionNames().join(QStringLiteral(", "))));
 }
 
 } // namespace Tool

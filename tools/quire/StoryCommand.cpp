@@ -42,7 +42,7 @@ void StoryCommand::declare(CLI::App &app, Action &chosen)
                              chosen, [this](Host &host) { run(host); });
     addText(*verb, "PATH", m_path, "The queue")->required();
     addText(*verb, "NUMBER", m_number, "First number of the story, or '#POSITION'")->required();
-    addText(*verb, "--section", m_section, "head look fields body aeset field-atts aeset-atts all");
+    addChoice(*verb, "--section", m_section, sectionNames());
     verb->add_flag("--markup", m_markup, "Print the section, or all, as markup");
 }
 
