@@ -117,6 +117,8 @@ void QueueModel::poll()
         takeArrived(); // all of it when it has ended
         if (ended)
             endReading(static_cast<qint32>(m_queue->GetError()));
+        else if (m_rows->size() == 0)
+            pollSoon(); // somebody waits in front of nothing
     }
     m_queue->takeReport();
     if (std::exchange(m_changes, m_queue->changes()) != m_changes)

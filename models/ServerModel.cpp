@@ -140,14 +140,22 @@ void ServerModel::stopPolling()
         killTimer(timer);
 }
 
+void ServerModel::pollSoon()
+{
+    const int soon = 5; // milliseconds
+    if (m_soonTimer == 0)
+        m_soonTimer = startTimer(qMin(soon, m_pollInterval));
+}
+
 void ServerModel::poll() {}
 
 void ServerModel::timerEvent(QTimerEvent *event)
 {
-    if (event->timerId() == m_timer)
-        poll();
-    else
-        QAbstractItemModel::timerEvent(event);
+    if (event->timerId() == m_soonTimer)
+        killTimer(std::exchange(m_soonTimer, 0));
+    else if (event->timerId() != m_timer)
+        return QAbstractItemModel::timerEvent(event);
+    poll();
 }
 
 } // namespace Quire

@@ -81,6 +81,8 @@ protected:
     /// Lets poll() be called again and again until stopPolling.
     void startPolling();
     void stopPolling();
+    /// Calls poll() once, soon, whatever the interval: something is expected at any moment.
+    void pollSoon();
     /// Looks for news.
     virtual void poll();
     void timerEvent(QTimerEvent *event) override;
@@ -94,6 +96,7 @@ private:
     qint32 m_error = 0;
     int m_pollInterval = 100;
     int m_timer = 0;
+    int m_soonTimer = 0;
 };
 
 } // namespace Quire
