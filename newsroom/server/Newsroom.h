@@ -8,7 +8,6 @@
 
 #include <quire/newsroom/model/Model.h>
 #include <quire/newsroom/model/NewsroomText.h>
-#include <quire/newsroom/sample/Generated.h>
 #include <quire/newsroom/sample/Sample.h>
 #include <quire/newsroom/server/Delivery.h>
 #include <quire/newsroom/server/Server.h>

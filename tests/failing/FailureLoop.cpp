@@ -81,16 +81,6 @@ bool concerns(const Documented &line, unsigned group, const QString &call)
     });
 }
 
-/// The outcomes of a line of documentation, in words.
-QStringList outcomesOf(const Operation &operation, State state, const Documented &line)
-{
-    QStringList outcomes = QString::fromStdString(line.outcome).split(text(" | "));
-    const char *const undisturbed = (state & signedOn) ? operation.done : operation.without;
-    outcomes.replaceInStrings(text("="), text(undisturbed));
-    outcomes.replaceInStrings(QRegularExpression(text("^-$")), text(operation.without));
-    return outcomes;
-}
-
 /// What an operation may give; empty when nothing is documented.
 QStringList documented(const Operation &operation, State state, unsigned group, const QString &call)
 {
@@ -98,17 +88,12 @@ QStringList documented(const Operation &operation, State state, unsigned group, 
     lines.insert(lines.end(), commonOutcomes().begin(), commonOutcomes().end());
     const auto found =
         std::find_if(lines.begin(), lines.end(), [&](const Documented &line) { return concerns(line, group, call); });
-    return found == lines.end() ? QStringList() : outcomesOf(operation, state, *found);
-}
-
-/// What it may give when some text or array finds no memory, wherever.
-QStringList documentedWithoutMemory(const Operation &operation, State state)
-{
-    QStringList outcomes = outcomesOf(operation, state, {"*", Refused, "= | - | raised H"});
-    for (const Documented &line : operation.failed) {
-        if (line.faults & (Refused | Raised))
-            outcomes += outcomesOf(operation, state, line);
-    }
+    if (found == lines.end())
+        return {};
+    QStringList outcomes = QString::fromStdString(found->outcome).split(text(" | "));
+    const char *const undisturbed = (state & signedOn) ? operation.done : operation.without;
+    outcomes.replaceInStrings(text("="), text(undisturbed));
+    outcomes.replaceInStrings(QRegularExpression(text("^-$")), text(operation.without));
     return outcomes;
 }
 
@@ -128,14 +113,6 @@ QStringList lost(const QStringList &before, const QStringList &keptOtherwise, co
     return missing;
 }
 
-/// Whether the next kind of fault is to be tried.
-bool isSampled()
-{
-    static const int step = std::max(1, qEnvironmentVariableIntValue("QUIRE_FAILING_SAMPLE"));
-    static int count = 0;
-    return count++ % step == 0;
-}
-
 /// One operation in one state.
 class Loop
 {
@@ -149,7 +126,7 @@ public:
     void run();
 
 private:
-    enum class Place { Call, Query, Allocation };
+    enum class Place { Call, Query };
 
     void runUndisturbed();
     void runSeries(Place place, const FaultCase &fault);
@@ -161,9 +138,6 @@ private:
     QStringList m_kept; // what is there after a call that went well
 };
 
-/// Only the code counts.
-const FaultCase noMemory{"no memory", Refused, Fault::hresult(E_OUTOFMEMORY)};
-
 int casesRun = 0;
 
 /// The first calls of an operation that are made to hang, in the state where these are its own: hanging takes time.
@@ -174,8 +148,6 @@ void Loop::run()
 {
     runUndisturbed();
     for (const FaultCase &fault : faultCases()) {
-        if (!isSampled())
-            continue;
         if ((fault.group & Throws) && !m_operation.throws)
             continue;
         if (fault.group == Late && m_state != hangsIn)
@@ -184,7 +156,6 @@ void Loop::run()
         if (fault.group & Fails) // the smart pointers' queries let nothing be thrown
             runSeries(Place::Query, fault);
     }
-    runSeries(Place::Allocation, noMemory);
 }
 
 void Loop::runUndisturbed()
@@ -212,10 +183,8 @@ bool Loop::runCase(Place place, int n, const FaultCase &fault)
     const auto plan = [&](Newsroom::FaultPlan &faults) {
         if (place == Place::Call)
             faults.failCall(n, fault.fault);
-        else if (place == Place::Query)
-            faults.failNext(text("QueryInterface"), fault.fault, n);
         else
-            world.failAllocation(n);
+            faults.failNext(text("QueryInterface"), fault.fault, n);
     };
     world.arm(plan, fault.fault.code());
     const QString outcome = outcomeOf(m_operation, world);
@@ -225,8 +194,7 @@ bool Loop::runCase(Place place, int n, const FaultCase &fault)
         return false;
     ++casesRun;
     const QString what = text("%1, %2 (%3) gives %4").arg(text(nameOf(m_state)), call).arg(n).arg(text(fault.name));
-    QStringList allowed = place == Place::Allocation ? documentedWithoutMemory(m_operation, m_state)
-                                                     : documented(m_operation, m_state, fault.group, call);
+    QStringList allowed = documented(m_operation, m_state, fault.group, call);
     if (fault.fault.code() != S_OK) // a documented code may happen to be that of the fault
         allowed.replaceInStrings(World::hexadecimal(fault.fault.code()), text("H"));
     EXPECT_TRUE(allowed.contains(outcome)) << what.toStdString() << "\n    gave       " << outcome.toStdString()
