@@ -215,6 +215,11 @@ public:
     };
     /// Adds a story at the end of a queue, as it is. EntryGone without the queue, EntryExists when part1 is taken.
     Answer<StoryPointer> addStory(const NewStory &story);
+    /// Makes a queue as somebody else has left it: \a stories are new or take the places of those of their numbers,
+    /// without regard to locks and as they are unless they are the same; then the queue has the stories that \a order
+    /// names, in its order, and no others. Numbers of stories that are not there are passed over. EntryGone without the
+    /// queue, EntryExists when one of \a stories is in another queue; nothing is changed then.
+    Refusal putQueue(qint32 queueNumber, const QVector<NewStory> &stories, const QVector<qint32> &order);
     void setBlob(const QString &name, const QByteArray &data);
     void setUserBlob(const QString &userName, const QByteArray &data);
     Answer<Blob> blobOf(const QString &name) const;

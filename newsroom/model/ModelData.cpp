@@ -1,5 +1,7 @@
 #include "ModelData.h"
 
+#include <QSet>
+
 #include <algorithm>
 #include <limits>
 
@@ -185,6 +187,29 @@ void ModelData::removeStory(StoryRecord *record)
     auto &stories = record->queue->stories;
     stories.erase(std::find(stories.begin(), stories.end(), record));
     forgetStory(record);
+}
+
+QVector<qint32> ModelData::keepStories(TreeNode *queue, const QVector<qint32> &order)
+{
+    QSet<qint32> named;
+    std::vector<StoryRecord *> kept;
+    for (const qint32 part1 : order) {
+        StoryRecord *found = record(part1);
+        if (found == nullptr || found->queue != queue || named.contains(part1))
+            continue;
+        named.insert(part1);
+        kept.push_back(found);
+    }
+    kept.swap(queue->stories);
+    QVector<qint32> gone;
+    for (StoryRecord *former : kept) {
+        const qint32 part1 = former->story->id().part1;
+        if (named.contains(part1))
+            continue;
+        gone.append(part1);
+        forgetStory(former);
+    }
+    return gone;
 }
 
 void ModelData::forgetStory(StoryRecord *record)

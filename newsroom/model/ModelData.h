@@ -96,6 +96,8 @@ public:
     qint32 newStoryNumber();
     StoryRecord *insertStory(TreeNode *queue, int position, const StoryPointer &story);
     void removeStory(StoryRecord *record);
+    /// Leaves a queue with its stories that \a order names, in that order, and answers the others.
+    QVector<qint32> keepStories(TreeNode *queue, const QVector<qint32> &order);
     /// Forgets a story whose place in the queue's list its caller takes away.
     void forgetStory(StoryRecord *record);
     void setLock(StoryRecord *record, const StoryLock &lock);

@@ -334,4 +334,40 @@ Answer<StoryPointer> Model::addStory(const NewStory &story)
     return added;
 }
 
+Refusal Model::putQueue(qint32 queueNumber, const QVector<NewStory> &stories, const QVector<qint32> &order)
+{
+    Change created = storyChange(Change::StoryCreated, queueNumber, {});
+    Change saved = storyChange(Change::StorySaved, queueNumber, {});
+    Change deleted = storyChange(Change::StoryDeleted, queueNumber, {});
+    {
+        const Guard guard(d->mutex);
+        TreeNode *queue = d->data.queue(queueNumber);
+        if (queue == nullptr)
+            return Refusal::EntryGone;
+        for (const NewStory &story : stories) {
+            const StoryRecord *record = d->data.record(story.id.part1);
+            if (record != nullptr && record->queue != queue)
+                return Refusal::EntryExists;
+        }
+        for (const NewStory &story : stories) {
+            const auto revision =
+                std::make_shared<Story>(identityIn(*queue, story.id, story.revision, story.formName), story.text);
+            StoryRecord *record = d->data.record(story.id.part1);
+            if (record == nullptr)
+                d->data.insertStory(queue, -1, revision);
+            else if (record->story->markup(Section::Whole) == revision->markup(Section::Whole))
+                continue;
+            else
+                record->story = revision;
+            (record == nullptr ? created : saved).stories.append(story.id.part1);
+        }
+        deleted.stories = d->data.keepStories(queue, order);
+    }
+    for (const Change &change : {created, saved, deleted}) {
+        if (!change.stories.isEmpty())
+            d->tell(change);
+    }
+    return Refusal::None;
+}
+
 } // namespace Newsroom

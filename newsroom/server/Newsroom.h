@@ -8,6 +8,7 @@
 
 #include <quire/newsroom/model/Model.h>
 #include <quire/newsroom/model/NewsroomText.h>
+#include <quire/newsroom/sample/Generated.h>
 #include <quire/newsroom/sample/Sample.h>
 #include <quire/newsroom/server/Delivery.h>
 #include <quire/newsroom/server/Server.h>

@@ -5,6 +5,8 @@
 
 #include <quire/newsroom/store/FileNames.h>
 
+#include "StoryFile.h"
+
 namespace Newsroom {
 
 FolderReader::FolderReader(const QString &root)
@@ -168,22 +170,10 @@ bool FolderReader::readQueue(const QString &path)
 
 bool FolderReader::readStory(qint32 queueNumber, const QString &file, qint32 part1)
 {
-    QByteArray data;
-    if (!Files::read(file, &data, &m_error))
-        return false;
-    QString document;
-    if (!Files::fromUtf8(data, &document))
-        return fail(file, QStringLiteral("is no UTF-8 text"));
     Model::NewStory story;
-    StoryHeader header;
-    if (Newsroom::readStory(document, &story.text, &header) != Refusal::None)
-        return fail(file, description(Refusal::MarkupSyntax));
-    if (!StoryId::fromHeaderText(header.storyId, &story.id, &story.revision) || story.id.part1 != part1)
-        return fail(
-            file,
-            QStringLiteral("holds the story \"%1\" where %2 is expected").arg(header.storyId, QString::number(part1)));
+    if (!readStoryFile(file, part1, &story, &m_error))
+        return false;
     story.queueNumber = queueNumber;
-    story.formName = header.formName;
     return refused(file, m_model->addStory(story).refusal);
 }
 

@@ -91,6 +91,12 @@ QUIRE_PLATFORM_EXPORT void setDebugOutputHandler(void (*handler)(const char *));
 /// How many BSTRs and how many array descriptors were allocated and not freed yet, in the whole process.
 QUIRE_PLATFORM_EXPORT __int64 liveBstrs();
 QUIRE_PLATFORM_EXPORT __int64 liveArrays();
+
+/// Lets the n-th allocation from now on that a text or an array needs find no memory, in the whole process: 1 is the
+/// next one, 0 none. For tests of what happens then.
+QUIRE_PLATFORM_EXPORT void failAllocation(int n);
+/// Whether that allocation has been tried since.
+QUIRE_PLATFORM_EXPORT bool hasAllocationFailed();
 #endif
 
 } // namespace Platform

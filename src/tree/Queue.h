@@ -32,8 +32,11 @@ class WorkerPresence;
 /// on. Poll HasChanged to learn that stories arrived, IsComplete to learn that the load has ended.
 ///
 /// The caller owns the queue. All operations but the destructor may be called on any thread at any time, also while a
-/// load runs. Neither destroying the queue nor cancelling waits for more than 100 ms, whatever the server does: a load
-/// that hangs in a call is abandoned and cleans up after itself. Do neither from the queue's own Completed.
+/// load runs. Neither destroying the queue nor cancelling waits for more than 100 ms for its load, whatever the server
+/// does: a load that hangs in a call is abandoned and cleans up after itself. Do neither from the queue's own
+/// Completed. Destroying a queue with live refresh also has the server end its reports. Where its own load hangs, that
+/// is left to the load; else it is a call like any other, which waits for the update manager and the server access
+/// lock, and so for as long as somebody else's call hangs: the reports are off when the destructor returns.
 ///
 /// What the server refuses raises `_com_error`, unless said otherwise. During a threaded load it raises nowhere: the
 /// load ends, what arrived stays, and GetError tells; so it does when the system has no thread for the load.
@@ -51,8 +54,8 @@ public:
 
     /// The queue that \a object is; begins to load it. An empty list without a name for any other object.
     explicit Queue(IDispatchPtr object);
-    /// Ends the server's reports and the load. A subclass that overrides Completed calls cancelQueueLoad(true) in its
-    /// own destructor.
+    /// Ends the load and the server's reports; see above for how long that may take. A subclass that overrides
+    /// Completed calls cancelQueueLoad(true) in its own destructor.
     ~Queue() override;
 
     bool IsDirectory() override;

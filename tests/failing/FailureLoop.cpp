@@ -81,6 +81,16 @@ bool concerns(const Documented &line, unsigned group, const QString &call)
     });
 }
 
+/// The outcomes of a line of documentation, in words.
+QStringList outcomesOf(const Operation &operation, State state, const Documented &line)
+{
+    QStringList outcomes = QString::fromStdString(line.outcome).split(text(" | "));
+    const char *const undisturbed = (state & signedOn) ? operation.done : operation.without;
+    outcomes.replaceInStrings(text("="), text(undisturbed));
+    outcomes.replaceInStrings(QRegularExpression(text("^-$")), text(operation.without));
+    return outcomes;
+}
+
 /// What an operation may give; empty when nothing is documented.
 QStringList documented(const Operation &operation, State state, unsigned group, const QString &call)
 {
@@ -88,12 +98,17 @@ QStringList documented(const Operation &operation, State state, unsigned group, 
     lines.insert(lines.end(), commonOutcomes().begin(), commonOutcomes().end());
     const auto found =
         std::find_if(lines.begin(), lines.end(), [&](const Documented &line) { return concerns(line, group, call); });
-    if (found == lines.end())
-        return {};
-    QStringList outcomes = QString::fromStdString(found->outcome).split(text(" | "));
-    const char *const undisturbed = (state & signedOn) ? operation.done : operation.without;
-    outcomes.replaceInStrings(text("="), text(undisturbed));
-    outcomes.replaceInStrings(QRegularExpression(text("^-$")), text(operation.without));
+    return found == lines.end() ? QStringList() : outcomesOf(operation, state, *found);
+}
+
+/// What it may give when some text or array finds no memory, wherever.
+QStringList documentedWithoutMemory(const Operation &operation, State state)
+{
+    QStringList outcomes = outcomesOf(operation, state, {"*", Refused, "= | - | raised H"});
+    for (const Documented &line : operation.failed) {
+        if (line.faults & (Refused | Raised))
+            outcomes += outcomesOf(operation, state, line);
+    }
     return outcomes;
 }
 
@@ -113,6 +128,14 @@ QStringList lost(const QStringList &before, const QStringList &keptOtherwise, co
     return missing;
 }
 
+/// Whether the next kind of fault is to be tried.
+bool isSampled()
+{
+    static const int step = std::max(1, qEnvironmentVariableIntValue("QUIRE_FAILING_SAMPLE"));
+    static int count = 0;
+    return count++ % step == 0;
+}
+
 /// One operation in one state.
 class Loop
 {
@@ -126,7 +149,7 @@ public:
     void run();
 
 private:
-    enum class Place { Call, Query };
+    enum class Place { Call, Query, Allocation };
 
     void runUndisturbed();
     void runSeries(Place place, const FaultCase &fault);
@@ -138,6 +161,9 @@ private:
     QStringList m_kept; // what is there after a call that went well
 };
 
+/// Only the code counts.
+const FaultCase noMemory{"no memory", Refused, Fault::hresult(E_OUTOFMEMORY)};
+
 int casesRun = 0;
 
 /// The first calls of an operation that are made to hang, in the state where these are its own: hanging takes time.
@@ -148,6 +174,8 @@ void Loop::run()
 {
     runUndisturbed();
     for (const FaultCase &fault : faultCases()) {
+        if (!isSampled())
+            continue;
         if ((fault.group & Throws) && !m_operation.throws)
             continue;
         if (fault.group == Late && m_state != hangsIn)
@@ -156,6 +184,7 @@ void Loop::run()
         if (fault.group & Fails) // the smart pointers' queries let nothing be thrown
             runSeries(Place::Query, fault);
     }
+    runSeries(Place::Allocation, noMemory);
 }
 
 void Loop::runUndisturbed()
@@ -183,8 +212,10 @@ bool Loop::runCase(Place place, int n, const FaultCase &fault)
     const auto plan = [&](Newsroom::FaultPlan &faults) {
         if (place == Place::Call)
             faults.failCall(n, fault.fault);
-        else
+        else if (place == Place::Query)
             faults.failNext(text("QueryInterface"), fault.fault, n);
+        else
+            world.failAllocation(n);
     };
     world.arm(plan, fault.fault.code());
     const QString outcome = outcomeOf(m_operation, world);
@@ -194,7 +225,8 @@ bool Loop::runCase(Place place, int n, const FaultCase &fault)
         return false;
     ++casesRun;
     const QString what = text("%1, %2 (%3) gives %4").arg(text(nameOf(m_state)), call).arg(n).arg(text(fault.name));
-    QStringList allowed = documented(m_operation, m_state, fault.group, call);
+    QStringList allowed = place == Place::Allocation ? documentedWithoutMemory(m_operation, m_state)
+                                                     : documented(m_operation, m_state, fault.group, call);
     if (fault.fault.code() != S_OK) // a documented code may happen to be that of the fault
         allowed.replaceInStrings(World::hexadecimal(fault.fault.code()), text("H"));
     EXPECT_TRUE(allowed.contains(outcome)) << what.toStdString() << "\n    gave       " << outcome.toStdString()

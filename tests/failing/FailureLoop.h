@@ -11,11 +11,13 @@
 ///
 /// For each operation and state: the operation is called with its first server call failing, then with the second, and
 /// so on until it runs through without meeting the fault; the same for each interface that it asks an object for. And
-/// all that with each kind of fault. After each case: the operation gave what its header says; nobody holds a lock;
-/// what was there before is still there; a fresh call works; and when everything has been let go no object, text or
-/// array is left.
+/// all that with each kind of fault. Natively also with each text and array in turn finding no memory, in the library
+/// or in the server: then it gives what it gives when some call is refused, or raises. After each case: the operation
+/// gave what its header says; nobody holds a lock; what was there before is still there; a fresh call works; and when
+/// everything has been let go no object, text or array is left.
 ///
-/// QUIRE_FAILING_SAMPLE=N in the environment makes only every N-th case, for slow machines.
+/// QUIRE_FAILING_SAMPLE=N in the environment makes each operation, in each state, meet only every N-th kind of fault,
+/// others than the one before: for slow machines.
 
 namespace Failing {
 

@@ -3,6 +3,7 @@
 #include <quire/platform/Bstr.h>
 #include <quire/platform/Variant.h>
 #include <quire/session/Dispatch2.h>
+#include <quire/story/LocalStory.h>
 
 // Stories: made, read, written, locked, saved; and the operations on a server's story.
 
@@ -37,6 +38,12 @@ QString make(World &)
 {
     Story story(worldPath(), storyID());
     return described(story);
+}
+
+QString makeLocal(World &)
+{
+    LocalStory story(text("no such file"));
+    return text("rate %1").arg(story.GetReadRate());
 }
 
 QString withError(World &world, const QString &result)
@@ -219,6 +226,13 @@ const std::vector<Operation> operations{
      makeNowhere,
      "not there, rate 20, free, form ",
      "not there, rate 18, free, form ",
+     {{"get_SysReadRate", Fails, "raised H"}, {"get_SysReadRate", Empty, "-"}}},
+    {"LocalStory",
+     anyState,
+     signOff,
+     makeLocal,
+     "rate 20",
+     "rate 18",
      {{"get_SysReadRate", Fails, "raised H"}, {"get_SysReadRate", Empty, "-"}}},
     {"Story",
      anyState,

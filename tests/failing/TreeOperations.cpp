@@ -104,6 +104,25 @@ QString loadThreaded(World &world)
     return endOfLoad(world, queue);
 }
 
+/// The same of a queue that is watched once it is loaded.
+QString loadLive(World &world)
+{
+    Queue::useThreading = true;
+    Queue queue(world.session().GetCachedDir(text("NEWS.LIVE")));
+    return endOfLoad(world, queue);
+}
+
+QString loadLiveAtOnce(World &)
+{
+    return described(std::unique_ptr<Directory>(Directory::NewDirectory(text("NEWS.LIVE"))));
+}
+
+QString letGo(World &world)
+{
+    world.queue.reset();
+    return text("done");
+}
+
 QString refreshQueue(World &world)
 {
     const QString result = attempt(world, [&] {
@@ -371,6 +390,32 @@ std::vector<Documented> onThread(const std::string &before, int there, const std
                 there));
 }
 
+/// The same of a queue that is watched: at the end of the load the server is asked for reports, and when the queue goes
+/// to end them, which tells nothing.
+std::vector<Documented> live()
+{
+    std::vector<Documented> all{
+        {"put_Update", Fails | Throws, "= | no more, error H, complete"},
+        {"put_Update", Empty, "="},
+        {"IQueue2::QueryInterface", Plain | Refused | BeingEdited, "= | raised H | no more, error H, complete"},
+    };
+    const std::vector<Documented> loading = onThread("", 0, "");
+    all.insert(all.end(), loading.begin(), loading.end());
+    return all;
+}
+
+std::vector<Documented> liveAtOnce()
+{
+    std::vector<Documented> all{
+        {"put_Update", Fails | Raised, "= | raised H"},
+        {"put_Update", OutOfMemory, "= | out of memory"},
+        {"put_Update", Empty, "="},
+    };
+    const std::vector<Documented> loading = queue("NEWS.LIVE");
+    all.insert(all.end(), loading.begin(), loading.end());
+    return all;
+}
+
 /// A story of a queue is opened: it raises until the story is known; then it finds the story again, as a Story does,
 /// which does not raise.
 std::vector<Documented> story(std::vector<Documented> own)
@@ -441,6 +486,9 @@ const std::vector<Operation> operations{
      directory("done", "3"), true},
 
     {"Queue", signedOn, loadAtOnce, loadThreaded, "3 items, complete", "0 items, not complete", onThread("", 0, "")},
+    {"Queue, live", signedOn, loadAtOnce, loadLive, "3 items, complete", "0 items, not complete", live()},
+    {"Queue, live, at once", signedOn, loadAtOnce, loadLiveAtOnce, "NEWS.LIVE: 3 items", "none", liveAtOnce()},
+    {"Queue::~Queue, live", anyState, openLiveQueue, letGo, "done", "done", {{"*", AnyFault, "done"}}},
     {"Queue::Refresh", anySession, openQueue, refreshQueue, "done: 3 items", "done: 0 items", again(), true},
     {"Queue::Refresh, on a thread", anySession, openThreadedQueue, refreshThreaded, "done: 3 items, complete",
      "done: 0 items, not complete", onThread("done: ", 0, "0 items, not complete"), true},

@@ -2,6 +2,7 @@
 
 #include <quire/forms/FormCache.h>
 #include <quire/notify/Notification.h>
+#include <quire/platform/System.h>
 #include <quire/tree/SearchList.h>
 
 #include "failing/Probes.h"
@@ -36,7 +37,9 @@ QString newsroom()
                           "    story id=221:1:1\n"
                           "      title: Rain\n"
                           "    story id=222:1:1\n"
-                          "      title: Storm\n");
+                          "      title: Storm\n"
+                          "    story id=223:1:1\n"
+                          "      title: Sun\n");
 }
 
 QString text(const char *literal)
@@ -262,8 +265,33 @@ void World::arm(const std::function<void(Newsroom::FaultPlan &)> &plan, HRESULT 
     plan(m_server->faults());
 }
 
+#ifdef Q_OS_WIN
+void World::failAllocation(int /*n*/) {}
+
+QString World::failedAllocation()
+{
+    return {};
+}
+#else
+void World::failAllocation(int n)
+{
+    Platform::failAllocation(n);
+}
+
+/// Takes the plan back; the name of what failed by it.
+QString World::failedAllocation()
+{
+    const bool failed = Platform::hasAllocationFailed();
+    Platform::failAllocation(0);
+    return failed ? text("an allocation") : QString();
+}
+#endif
+
 void World::disarm()
 {
+    const QString allocation = failedAllocation();
+    if (m_met.isEmpty())
+        m_met = allocation;
     if (m_met.isEmpty())
         m_met = m_server->faults().lastFault();
     m_server->faults().clear();

@@ -72,6 +72,8 @@ public:
 
     /// Plans the fault; its code is shown as H from now on.
     void arm(const std::function<void(Newsroom::FaultPlan &)> &plan, HRESULT code);
+    /// To be used in a plan: lets the n-th text or array find no memory. Natively only; elsewhere nothing happens.
+    void failAllocation(int n);
     /// No fault happens from now on: whoever looks at what an operation gave calls this first.
     void disarm();
     /// The call that the fault happened to, empty when it did not.
@@ -81,6 +83,7 @@ public:
     static QString hexadecimal(HRESULT result);
 
 private:
+    static QString failedAllocation();
     void connect();
     void enter();
     void fillCaches();
@@ -104,7 +107,7 @@ private:
 /// \{
 void openDirectory(World &world);  ///< NEWS
 void openQueue(World &world);      ///< NEWS.WORLD, loaded; three stories
-void openLiveQueue(World &world);  ///< NEWS.LIVE, loaded and watched; two stories
+void openLiveQueue(World &world);  ///< NEWS.LIVE, loaded and watched; three stories
 void openStory(World &world);      ///< 211 of NEWS.WORLD; when cached as the next, otherwise not yet found
 void openFoundStory(World &world); ///< the same, found; when cached, with a title not yet saved
 

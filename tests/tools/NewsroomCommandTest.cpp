@@ -85,6 +85,33 @@ TEST_F(NewsroomCommandTest, ExportIntoAFolderInUseFails)
     EXPECT_EQ(read("nr/mine.txt"), QByteArray("mine"));
 }
 
+TEST_F(NewsroomCommandTest, GenerateMakesAsManyStoriesAndQueuesAsToldTo)
+{
+    const Outcome run = quire("newsroom generate nr --stories 7 --queues 3");
+    EXPECT_EQ(run.code, 0) << qPrintable(run.errors);
+    EXPECT_EQ(run.output, QStringLiteral("nr: 1 directory, 3 queues, 7 stories\n"));
+    EXPECT_EQ(quire("newsroom check nr").output, QStringLiteral("nr is in order: 1 directory, 3 queues, 7 stories\n"));
+    const Outcome listing = quire("--newsroom nr ls WIRES.W1 --csv --columns urgency");
+    EXPECT_EQ(listing.code, 0) << qPrintable(listing.errors);
+    EXPECT_EQ(listing.lines().size(), 5) << qPrintable(listing.output); // the headings, three stories, the end
+}
+
+TEST_F(NewsroomCommandTest, GenerateMakesAThousandStoriesInOneQueueUnlessToldOtherwise)
+{
+    EXPECT_EQ(quire("newsroom generate nr").output, QStringLiteral("nr: 1 directory, 1 queue, 1000 stories\n"));
+}
+
+TEST_F(NewsroomCommandTest, GenerateIntoAFolderInUseFails)
+{
+    QDir().mkpath(path("nr"));
+    write("nr/mine.txt", "mine");
+    expectFailure(quire("newsroom generate nr"), 1, "nr");
+    EXPECT_EQ(read("nr/mine.txt"), QByteArray("mine"));
+    EXPECT_EQ(quire("newsroom generate new --stories -1").code, 2);
+    EXPECT_EQ(quire("newsroom generate new --queues 0").code, 2);
+    EXPECT_FALSE(exists("new"));
+}
+
 TEST_F(NewsroomCommandTest, CheckCountsWhatIsInAFolder)
 {
     ASSERT_EQ(quire("--built-in newsroom export nr").code, 0);

@@ -4,6 +4,8 @@
 
 #include <QJsonArray>
 
+#include "tree/Waiting.h"
+
 namespace {
 
 class QueueCommandsTest : public ProgramTest
@@ -225,6 +227,33 @@ TEST_F(QueueCommandsTest, WatchWithoutChangesSaysNothingMore)
     const Outcome run = builtIn("watch --seconds 0.3 SHOWS.EVENING.RUNDOWN WIRES.WORLD");
     EXPECT_EQ(run.code, 0);
     EXPECT_EQ(run.lines().size(), 3) << qPrintable(run.output); // two queues, and the end of the last line
+}
+
+TEST_F(QueueCommandsTest, WatchOfAFolderTellsWhatOtherProcessesChange)
+{
+    const QString folder = newsroom();
+    QProcess watch;
+    watch.start(programPath(), {QStringLiteral("--newsroom"), folder, QStringLiteral("watch"),
+                                QStringLiteral("--seconds"), QStringLiteral("60"), QStringLiteral("SPORT.FOOTBALL")});
+    ASSERT_TRUE(watch.waitForStarted(patience));
+    QByteArray told;
+    const auto tells = [&](const char *words) {
+        return comesTrue([&] {
+            watch.waitForReadyRead(10);
+            told += watch.readAllStandardOutput();
+            return told.contains(words);
+        });
+    };
+    ASSERT_TRUE(tells("watching SPORT.FOOTBALL, 5 stories"));
+    EXPECT_EQ(in(folder, "set SPORT.FOOTBALL 1502 title=Draw").code, 0);
+    EXPECT_TRUE(tells("  SPORT.FOOTBALL  changed  1502 Draw")) << told.constData();
+    const int number =
+        in(folder, "new SPORT.FOOTBALL title=Late --json").json().value(QStringLiteral("number")).toInt();
+    EXPECT_TRUE(tells(QStringLiteral("%1 Late").arg(number).toUtf8().constData())) << told.constData();
+    EXPECT_EQ(in(folder, "rm SPORT.FOOTBALL 1501").code, 0);
+    EXPECT_TRUE(tells("  SPORT.FOOTBALL  gone  1501 ")) << told.constData();
+    watch.kill();
+    watch.waitForFinished(patience);
 }
 
 TEST_F(QueueCommandsTest, WatchOfWhatIsNoQueueIsNotFound)

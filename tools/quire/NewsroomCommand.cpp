@@ -113,6 +113,18 @@ void NewsroomCommand::declare(CLI::App &app, Action &chosen)
     addText(*import, "SRC", m_source, "The folder of text, XML or HTML files")->required();
     addText(*import, "DIR", m_folder, "The newsroom folder to make; new or empty")->required();
 
+    CLI::App *generating = addVerb(*family, "generate", "Make up a newsroom folder of any size",
+                                   "  quire newsroom generate --stories 100000 nr\n"
+                                   "  quire --newsroom nr ls WIRES.W1 --limit 20",
+                                   chosen, [this](Host &host) { generate(host); });
+    addText(*generating, "DIR", m_folder, "The newsroom folder to make; new or empty")->required();
+    generating->add_option("--stories", m_size.stories, "N  So many stories; 1000 without it")
+        ->type_name("")
+        ->check(CLI::NonNegativeNumber);
+    generating->add_option("--queues", m_size.queues, "N  In so many queues; one without it")
+        ->type_name("")
+        ->check(CLI::PositiveNumber);
+
     CLI::App *exporting = addVerb(*family, "export", "Write the newsroom in use as a folder",
                                   "  quire newsroom export nr\n"
                                   "  quire --newsroom nr newsroom export copy",
@@ -136,6 +148,11 @@ void NewsroomCommand::import(Host &host) const
     tell(host, line, reportJson(report, m_folder));
 }
 
+void NewsroomCommand::generate(Host &host) const
+{
+    save(*Newsroom::generatedModel(m_size), QStringLiteral("generate"), host);
+}
+
 void NewsroomCommand::exportTo(Host &host) const
 {
     const ServerSource source(host.options, Access::Read);
@@ -143,10 +160,16 @@ void NewsroomCommand::exportTo(Host &host) const
     if (!model)
         throw Failure(ExitCode::Failed,
                       QStringLiteral("a registered server cannot be exported; give --built-in or --newsroom"));
+    save(*model, QStringLiteral("export"), host);
+}
+
+/// Writes the newsroom into the folder and says what is in it; \a what names the work in a failure.
+void NewsroomCommand::save(const Newsroom::Model &model, const QString &what, Host &host) const
+{
     QString error;
-    if (!Newsroom::Store::save(*model, m_folder, &error))
-        throw Failure(ExitCode::Failed, QStringLiteral("cannot export: %1").arg(error));
-    const Contents contents = contentsOf(*model);
+    if (!Newsroom::Store::save(model, m_folder, &error))
+        throw Failure(ExitCode::Failed, QStringLiteral("cannot %1: %2").arg(what, error));
+    const Contents contents = contentsOf(model);
     tell(host, QStringLiteral("%1: %2").arg(m_folder, contents.text()), contents.json(m_folder));
 }
 

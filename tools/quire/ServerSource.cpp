@@ -30,6 +30,7 @@ ServerSource::ServerSource(const Options &options, Access access)
 std::shared_ptr<Newsroom::Model> ServerSource::openFolder(const QString &folder, Access access)
 {
     m_folder = folder;
+    m_readAt = QDateTime::currentDateTime();
     QString error;
     std::shared_ptr<Newsroom::Model> model;
     if (access == Access::Write) {
@@ -85,6 +86,21 @@ void ServerSource::logOut(const QString &user)
 {
     if (m_server)
         m_server->triggerLogout(user);
+}
+
+void ServerSource::follow(const QString &path)
+{
+    if (m_folder.isEmpty() || m_store)
+        return;
+    if (!m_follower)
+        m_follower = std::make_unique<Newsroom::Follower>(m_folder, model(), m_readAt);
+    m_follower->follow(path);
+}
+
+void ServerSource::catchUp()
+{
+    if (m_follower)
+        m_follower->look();
 }
 
 void ServerSource::keep()

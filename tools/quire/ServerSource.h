@@ -2,9 +2,11 @@
 
 #include <memory>
 
+#include <QDateTime>
 #include <QString>
 
 #include <quire/newsroom/server/Server.h>
+#include <quire/newsroom/store/Follower.h>
 #include <quire/newsroom/store/Store.h>
 
 #include "Options.h"
@@ -41,6 +43,12 @@ public:
     /// Has the built-in server log a user out, as an administrator would; nothing happens with a registered server.
     void logOut(const QString &user);
 
+    /// Looks after a queue of a newsroom folder that was opened for reading, where other processes may write; nothing
+    /// happens with any other server.
+    void follow(const QString &path);
+    /// Brings those queues up to date with the folder; the server then tells of the changes.
+    void catchUp();
+
     /// Writes what was changed to the newsroom folder, if that is what this is. Raises Failure.
     void keep();
 
@@ -52,6 +60,8 @@ private:
     std::unique_ptr<Newsroom::Server> m_server;
     Newsroom::Registration m_registration;
     QString m_folder;
+    QDateTime m_readAt;                             // when the folder was about to be read
+    std::unique_ptr<Newsroom::Follower> m_follower; // of the folder, from the first queue on
 };
 
 } // namespace Tool

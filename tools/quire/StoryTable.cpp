@@ -134,7 +134,7 @@ QStringList StoryTable::lines(int columns, int *left) const
     while (shown < m_names.size()) {
         const int width = widthOf(shown);
         const int needed = shown < fixedColumns ? width : std::min(width, widestField);
-        if (!m_chosen && shown >= fixedColumns && taken + gap + needed > columns)
+        if (!m_chosen && shown >= fixedColumns && taken + needed > columns)
             break;
         taken += needed + gap;
         ++shown;

@@ -69,6 +69,7 @@ void WatchCommand::run(Host &host) const
     time.start();
     const qint64 end = m_seconds > 0 ? static_cast<qint64>(m_seconds * 1000) : std::numeric_limits<qint64>::max();
     while (!interrupt.isRequested() && time.elapsed() < end) {
+        session.source().catchUp();
         follow(watches, host);
         if (notices.isLoggedOut())
             throw Failure(ExitCode::Failed, QStringLiteral("the server has logged you out"));
@@ -81,6 +82,7 @@ WatchCommand::Watches WatchCommand::begin(Session &session, Host &host) const
     Watches watches;
     for (const QString &path : m_paths) {
         watches.push_back(std::make_unique<QueueWatch>(session, path, host.output));
+        session.source().follow(path);
         if (!host.options.json)
             host.output.line(QStringLiteral("watching %1, %2")
                                  .arg(watches.back()->path(), counted(watches.back()->size(), QStringLiteral("story"),

@@ -1,6 +1,7 @@
 #include <quire/platform/native/Bstr.h>
 
 #include <quire/platform/System.h>
+#include <quire/platform/native/Allocations.h>
 
 #include <atomic>
 #include <cstdlib>
@@ -22,7 +23,7 @@ char *block(BSTR string)
 
 BSTR allocate(const void *bytes, std::size_t size)
 {
-    if (size > maximumSize)
+    if (size > maximumSize || !Platform::Detail::mayAllocate())
         return nullptr;
     // A whole NUL character behind an odd number of bytes, too.
     const std::size_t padding = sizeof(OLECHAR) + size % sizeof(OLECHAR);

@@ -2,6 +2,7 @@
 
 #include <quire/platform/Automation.h>
 #include <quire/platform/System.h>
+#include <quire/platform/native/Allocations.h>
 
 #include <algorithm>
 #include <atomic>
@@ -18,6 +19,11 @@ constexpr ULONG maximumLocks = 0xFFFF;
 constexpr USHORT notOurMemory = FADF_AUTO | FADF_STATIC | FADF_EMBEDDED;
 
 std::atomic<__int64> live{0};
+
+void *zeroes(std::size_t size)
+{
+    return Platform::Detail::mayAllocate() ? std::calloc(1, size) : nullptr;
+}
 
 /// The slot of type T that ends where the descriptor begins.
 template<typename T>
@@ -186,7 +192,7 @@ HRESULT SafeArrayAllocDescriptor(UINT dimensions, SAFEARRAY **array)
     if (dimensions == 0 || dimensions > 0xFFFF)
         return E_INVALIDARG;
     const std::size_t size = prefix + sizeof(SAFEARRAY) + (dimensions - 1) * sizeof(SAFEARRAYBOUND);
-    char *memory = static_cast<char *>(std::calloc(1, size));
+    char *memory = static_cast<char *>(zeroes(size));
     if (!memory)
         return E_OUTOFMEMORY;
     *array = reinterpret_cast<SAFEARRAY *>(memory + prefix);
@@ -208,7 +214,7 @@ HRESULT SafeArrayAllocData(SAFEARRAY *array)
     std::size_t count = 0;
     if (!countElements(array, &count))
         return E_OUTOFMEMORY;
-    array->pvData = std::calloc(std::max<std::size_t>(count * array->cbElements, 1), 1);
+    array->pvData = zeroes(std::max<std::size_t>(count * array->cbElements, 1));
     return array->pvData ? S_OK : E_OUTOFMEMORY;
 }
 
@@ -554,7 +560,7 @@ HRESULT SafeArrayRedim(SAFEARRAY *array, SAFEARRAYBOUND *bound)
     std::size_t after = 0;
     void *memory = nullptr;
     if (countElements(array, &after))
-        memory = std::calloc(std::max<std::size_t>(after * array->cbElements, 1), 1);
+        memory = zeroes(std::max<std::size_t>(after * array->cbElements, 1));
     if (!memory) {
         array->rgsabound[0] = old;
         return E_OUTOFMEMORY;

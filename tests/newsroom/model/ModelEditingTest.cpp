@@ -244,3 +244,48 @@ TEST_F(ModelEditingTest, AnEditInProgressOutlivesTheQueue)
     EXPECT_EQ(model->save(nora, draft.value).refusal, Refusal::EntryGone);
     model->signOff(nora);
 }
+
+// ---- a queue as somebody else has left it -----------------------------------------------------------------------------
+
+namespace {
+
+Model::NewStory titled(qint32 part1, const char *title)
+{
+    Model::NewStory story;
+    story.id = {part1, 1, 0};
+    story.formName = QStringLiteral("STORY");
+    story.text.setField(QStringLiteral("title"), QLatin1String(title));
+    return story;
+}
+
+} // namespace
+
+TEST_F(ModelEditingTest, PutQueueReplacesAddsOrdersAndRemoves)
+{
+    ASSERT_EQ(model->putQueue(1, {titled(11, "Deux"), titled(70, "New")}, {70, 11, 10}), Refusal::None);
+    EXPECT_EQ(names(1), (QStringList{QStringLiteral("New"), QStringLiteral("Deux"), QStringLiteral("One")}));
+    EXPECT_EQ(model->story(12).refusal, Refusal::EntryGone);
+    EXPECT_EQ(model->createStory(nora, 1, 0).value->id().part1, 71) << "numbers that came along are taken";
+}
+
+TEST_F(ModelEditingTest, PutQueuePassesOverNumbersThatAreNotThereAndRepeated)
+{
+    ASSERT_EQ(model->putQueue(1, {}, {11, 999, 11, 20, 10}), Refusal::None);
+    EXPECT_EQ(names(1), (QStringList{QStringLiteral("Two"), QStringLiteral("One")}));
+    EXPECT_EQ(names(2), QStringList{QStringLiteral("Wire")});
+}
+
+TEST_F(ModelEditingTest, PutQueueKeepsTheLocksOfStoriesThatStay)
+{
+    ASSERT_EQ(model->lock(nora, 10, 1).refusal, Refusal::None);
+    ASSERT_EQ(model->putQueue(1, {titled(10, "Un")}, {10}), Refusal::None);
+    EXPECT_EQ(model->lockHolder(10).value, QStringLiteral("nora"));
+}
+
+TEST_F(ModelEditingTest, PutQueueIsRefusedWithoutTheQueueAndForStoriesOfOthers)
+{
+    EXPECT_EQ(model->putQueue(99, {}, {}), Refusal::EntryGone);
+    EXPECT_EQ(model->putQueue(1, {titled(70, "New"), titled(20, "Theft")}, {70, 20}), Refusal::EntryExists);
+    EXPECT_EQ(model->story(70).refusal, Refusal::EntryGone);
+    EXPECT_EQ(names(1).size(), 4);
+}
