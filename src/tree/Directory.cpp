@@ -33,7 +33,7 @@ void addCount(Item &item, const Orvex::IDirectory2Ptr &directory)
     static const QString key = QLatin1String(Attr_NumItems);
     LONG count = 1;
     if (Directory::sSkipFolderCount || SUCCEEDED(directory->get_Count(&count)))
-        item.AddAttr(key, QString::number(count));
+        item.attributes.push_back({key, QString::number(count)});
 }
 
 template<typename Pointer>
@@ -165,9 +165,9 @@ void Directory::Populate(IDispatchPtr object)
         item.type = Item_Directory;
         item.name.clear();
         item.attributes.clear();
-        const IDispatchPtr entry = entries.at(index);
-        if (entry && !describeDirectory(item, entry))
-            describeQueue(item, entry);
+        const ObjectArray::Element entry = entries.at(index);
+        if (entry.object() && !describeDirectory(item, entry.object()))
+            describeQueue(item, entry.object());
         Append(item);
     }
 }

@@ -1,6 +1,5 @@
 #include "EntryFlags.h"
 
-#include <algorithm>
 #include <array>
 
 namespace Quire {
@@ -59,14 +58,11 @@ bool EntryFlags::isLive() const
 
 void EntryFlags::addTo(Item &item) const
 {
-    const auto &flags = flagTable();
-    const auto set = std::count_if(flags.begin(), flags.end(), [this](const Flag &flag) { return isSet(*this, flag); });
-    item.attributes.reserve(item.attributes.size() + static_cast<std::size_t>(set) + 1); // a count follows
-    for (const Flag &flag : flags) {
+    for (const Flag &flag : flagTable()) {
         if (!isSet(*this, flag))
             continue;
         const bool edit = flag.key == Attr_Lock && isEditLock();
-        item.AddAttr(flag.name, edit ? QStringLiteral("E") : QString());
+        item.attributes.push_back({flag.name, edit ? QStringLiteral("E") : QString()});
     }
 }
 

@@ -33,15 +33,15 @@ ObjectArray::ObjectArray(const Platform::Variant &value)
     , m_size(static_cast<int>(std::min<ULONG>(m_access.size(), std::numeric_limits<int>::max())))
 {}
 
-IDispatchPtr ObjectArray::at(int index) const
+ObjectArray::Element ObjectArray::at(int index) const
 {
     switch (m_type) {
     case VT_DISPATCH:
-        return IDispatchPtr(m_access.as<IDispatch *>()[index]);
+        return Element(m_access.as<IDispatch *>()[index]);
     case VT_UNKNOWN:
-        return Platform::toDispatch(m_access.as<IUnknown *>()[index]);
+        return Element(Platform::toDispatch(m_access.as<IUnknown *>()[index]));
     default:
-        return Platform::toDispatch(m_access.as<VARIANT>()[index]);
+        return Element(Platform::toDispatch(m_access.as<VARIANT>()[index]));
     }
 }
 

@@ -57,7 +57,7 @@ bool QueueLoad::loadChunk(const Orvex::IQueuePtr &server, int &position)
         return true;
     }
     for (int index = 0; index < count; ++index) {
-        if (!append(stories.at(index)))
+        if (!append(stories.at(index).object()))
             return true;
     }
     position = count > std::numeric_limits<int>::max() - position ? std::numeric_limits<int>::max() : position + count;
