@@ -58,6 +58,16 @@ void FloorBy20(benchmark::State &state)
     runFloor(state, many, threadedChunk, true);
 }
 
+void FloorBy20_10000(benchmark::State &state)
+{
+    runFloor(state, fewer, threadedChunk, true);
+}
+
+void FloorBy100_10000(benchmark::State &state)
+{
+    runFloor(state, fewer, synchronousChunk, false);
+}
+
 void FloorBy100(benchmark::State &state)
 {
     runFloor(state, many, synchronousChunk, false);
@@ -125,6 +135,8 @@ void DirectoryPopulate(benchmark::State &state)
 BENCHMARK(FloorBy20)->MeasureProcessCPUTime()->Unit(benchmark::kMillisecond);
 BENCHMARK(Threaded)->MeasureProcessCPUTime()->Unit(benchmark::kMillisecond);
 BENCHMARK(Threaded10000)->MeasureProcessCPUTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(FloorBy20_10000)->MeasureProcessCPUTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(FloorBy100_10000)->MeasureProcessCPUTime()->Unit(benchmark::kMillisecond);
 BENCHMARK(FloorBy100)->MeasureProcessCPUTime()->Unit(benchmark::kMillisecond);
 BENCHMARK(Synchronous)->MeasureProcessCPUTime()->Unit(benchmark::kMillisecond);
 BENCHMARK(Synchronous10000)->MeasureProcessCPUTime()->Unit(benchmark::kMillisecond);
