@@ -78,8 +78,9 @@ void QueueModel::ask()
     beginLoad();
     work().run(
         [this, path = m_path]() -> ServerWork::Delivery {
-            const std::shared_ptr<WatchedQueue> queue = WatchedQueue::open(findQueue(path));
-            return [this, queue, fields = queue->formFields()] { start(queue, fields); };
+            const IDispatchPtr handle = findQueue(path);
+            const std::vector<Field> fields = readFormFields(handle);
+            return [this, fields, queue = WatchedQueue::open(handle)] { start(queue, fields); };
         },
         [this](HRESULT error) { fail(error); });
 }

@@ -2,7 +2,9 @@
 
 #include <utility>
 
+#include <quire/forms/FormCache.h>
 #include <quire/notify/Search.h>
+#include <quire/platform/Bstr.h>
 #include <quire/session/Dispatch2.h>
 #include <quire/session/QuireCOM.h>
 #include <quire/session/QuireCOMMutex.h>
@@ -52,6 +54,21 @@ IDispatchPtr findQueue(const QString &path)
     if (!isQueue(handle))
         throw _com_error(entryGone);
     return handle;
+}
+
+std::vector<Field> readFormFields(const IDispatchPtr &queue)
+try {
+    Platform::Bstr name;
+    {
+        const QuireCOMMutex lock("QueueModel::open");
+        const Orvex::IQueue2Ptr server = Dispatch2Queue(queue);
+        if (!server || FAILED(server->get_FormName(name.out())))
+            return {};
+    }
+    const FormData *const form = FormCache::getForm(name.toString());
+    return form ? form->m_Fields : std::vector<Field>();
+} catch (const _com_error &) {
+    return {}; // the stories can be shown without
 }
 
 std::vector<Item> readDirectory(const QString &path, bool anew)

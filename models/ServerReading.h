@@ -7,6 +7,7 @@
 
 #include <vector>
 
+#include <quire/forms/Field.h>
 #include <quire/platform/Automation.h>
 #include <quire/tree/Item.h>
 
@@ -17,6 +18,10 @@ namespace Quire {
 
 /// The handle of the queue \a path; raises when there is none.
 IDispatchPtr findQueue(const QString &path);
+
+/// The fields of the form of a queue; none when the server does not deliver it. Ask before the queue is loaded: its
+/// worker hardly lets go of the server.
+std::vector<Field> readFormFields(const IDispatchPtr &queue);
 
 /// The entries of the directory \a path; with \a anew what the session keeps of it is not trusted. Raises when there is
 /// no such directory and what the server refuses.

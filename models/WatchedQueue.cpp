@@ -7,7 +7,6 @@
 
 #include "ServerReading.h"
 #include "ServerThread.h"
-#include <quire/forms/FormData.h>
 #include <quire/session/QuireCOMMutex.h>
 #include <quire/tree/QueueUpdateMgr.h>
 
@@ -86,14 +85,6 @@ void WatchedQueue::takeReport()
 {
     if (QueueUpdateMgr::NeedsRefresh(this, true))
         m_watch->noteChange();
-}
-
-std::vector<Field> WatchedQueue::formFields()
-try {
-    const FormData *const form = GetFormA(ServerObject());
-    return form ? form->m_Fields : std::vector<Field>();
-} catch (const _com_error &) {
-    return {}; // the stories can be shown without
 }
 
 } // namespace Quire

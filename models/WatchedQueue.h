@@ -9,7 +9,6 @@
 #include <memory>
 #include <vector>
 
-#include <quire/forms/Field.h>
 #include <quire/tree/Queue.h>
 
 namespace Quire {
@@ -61,9 +60,6 @@ public:
     int changes() const { return m_watch->changes(); }
     /// The same before the first story was read.
     int changesAtFirst() const { return m_changesAtFirst; }
-
-    /// The fields of the queue's form; none when the server does not deliver it. On the ServerThread.
-    std::vector<Field> formFields();
 
     /// The list's lock, for a ListMutexLocker.
     QMutex *mutex() const { return listMutex().get(); }
