@@ -102,7 +102,7 @@ public:
 
     bool ok() const noexcept { return SUCCEEDED(m_result); }
     HRESULT result() const noexcept { return m_result; }
-    /// The first element; null when the lock failed.
+    /// The first element; null when the lock failed, and for an array that never got memory for its elements.
     void *data() const noexcept { return ok() ? m_data : nullptr; }
     /// The first element as what the caller knows it to be.
     template<typename T>
@@ -110,8 +110,9 @@ public:
     {
         return static_cast<T *>(data());
     }
-    /// The number of elements of the first dimension; 0 when the lock failed.
-    ULONG size() const noexcept { return ok() ? elementCount(m_array) : 0; }
+    /// The number of elements of the first dimension, 0 without the first element: so many are there, whatever the
+    /// array says.
+    ULONG size() const noexcept { return data() ? elementCount(m_array) : 0; }
 
 private:
     SAFEARRAY *m_array;

@@ -22,33 +22,23 @@ Platform::SafeArray arrayOfBytes(const char *data, long size)
     return size < 0 ? Platform::SafeArray() : Platform::SafeArray::ofBytes(data, static_cast<std::size_t>(size));
 }
 
-/// The number of bytes in the array: 0 for none, and for what a server should not answer, other than one row of bytes.
-ULONG byteCount(const Platform::SafeArray &array)
+/// The number of bytes in the array that is accessed: 0 for none, and for what a server should not answer, other than
+/// one row of bytes.
+ULONG byteCount(const Platform::SafeArray &array, const Platform::SafeArrayAccess &access)
 {
-    const bool bytes = array && SafeArrayGetDim(array.get()) == 1 && SafeArrayGetElemsize(array.get()) == 1;
-    return bytes ? array.size() : 0;
+    const bool bytes = SafeArrayGetDim(array.get()) == 1 && SafeArrayGetElemsize(array.get()) == 1;
+    return bytes ? access.size() : 0;
 }
 
-/// A buffer of the array's bytes for the host, null when memory runs out or the array cannot be read.
-std::unique_ptr<char[]> copyOfBytes(const Platform::SafeArray &array, ULONG count)
-{
-    std::unique_ptr<char[]> buffer(new (std::nothrow) char[count]);
-    if (count == 0 || !buffer)
-        return buffer;
-    const Platform::SafeArrayAccess access(array.get());
-    if (!access.ok())
-        return nullptr;
-    std::copy_n(access.as<const char>(), count, buffer.get());
-    return buffer;
-}
-
-/// What the host gets of a blob that the server handed out.
+/// What the host gets of a blob that the server handed out: a buffer of its bytes, null when memory runs out.
 char *handOut(const Platform::SafeArray &data, LONG value, long *size, long *extra)
 {
-    const ULONG count = byteCount(data);
-    std::unique_ptr<char[]> buffer = copyOfBytes(data, count);
+    const Platform::SafeArrayAccess access(data.get());
+    const ULONG count = byteCount(data, access);
+    std::unique_ptr<char[]> buffer(new (std::nothrow) char[count]);
     if (!buffer)
         return nullptr;
+    std::copy_n(access.as<const char>(), count, buffer.get());
     if (size)
         *size = static_cast<long>(count);
     if (extra)

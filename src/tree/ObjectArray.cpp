@@ -7,9 +7,24 @@ namespace Quire {
 
 namespace {
 
-bool holdsObjects(VARTYPE type)
+/// The size of an element of that type, 0 for what is no object.
+UINT sizeOfObject(VARTYPE type)
 {
-    return type == VT_DISPATCH || type == VT_UNKNOWN || type == VT_VARIANT;
+    switch (type) {
+    case VT_DISPATCH:
+    case VT_UNKNOWN:
+        return sizeof(IUnknown *);
+    case VT_VARIANT:
+        return sizeof(VARIANT);
+    default:
+        return 0;
+    }
+}
+
+bool holdsObjects(SAFEARRAY *array, VARTYPE type)
+{
+    const UINT size = sizeOfObject(type);
+    return size > 0 && SafeArrayGetElemsize(array) == size;
 }
 
 /// The array in the value, null when there is none or when it is not one row of objects.
@@ -23,7 +38,7 @@ SAFEARRAY *rowOfObjects(const VARIANT &value, VARTYPE *type)
     else if (V_ARRAYREF(&value))
         array = *V_ARRAYREF(&value);
     const bool row = array && SafeArrayGetDim(array) == 1 && SUCCEEDED(SafeArrayGetVartype(array, type));
-    return row && holdsObjects(*type) ? array : nullptr;
+    return row && holdsObjects(array, *type) ? array : nullptr;
 }
 
 } // namespace

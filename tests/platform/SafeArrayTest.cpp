@@ -509,6 +509,19 @@ TEST(SafeArrayAccess, LocksForItsScope)
     EXPECT_EQ(array.get()->cLocks, 0u);
 }
 
+TEST(SafeArrayAccess, ToAnArrayWithoutMemoryHasNoElementsWhateverItSays)
+{
+    SAFEARRAY *made = nullptr;
+    ASSERT_EQ(SafeArrayAllocDescriptorEx(VT_UI1, 1, &made), S_OK);
+    made->rgsabound[0] = {1000, 0};
+    const SafeArray array(made);
+    EXPECT_EQ(array.size(), 1000u);
+    const SafeArrayAccess access(array.get());
+    EXPECT_TRUE(access.ok());
+    EXPECT_EQ(access.data(), nullptr);
+    EXPECT_EQ(access.size(), 0u);
+}
+
 TEST(SafeArrayAccess, ToNothingFails)
 {
     const SafeArrayAccess access(nullptr);

@@ -406,6 +406,28 @@ TEST_F(DirectoryTest, AListOfAnotherTypeIsEmpty)
     EXPECT_EQ(open("NEWS")->Size(), 0);
 }
 
+TEST_F(DirectoryTest, AListWithoutMemoryForItsElementsIsEmpty)
+{
+    server.getList = [](LONG, LONG, VARIANT *list) {
+        list->vt = VT_ARRAY | VT_DISPATCH;
+        SafeArrayAllocDescriptorEx(VT_DISPATCH, 1, &list->parray);
+        list->parray->rgsabound[0] = {3, 0};
+        return S_OK;
+    };
+    EXPECT_EQ(open("NEWS")->Size(), 0);
+}
+
+TEST_F(DirectoryTest, AListOfElementsOfAnotherSizeIsEmpty)
+{
+    server.getList = [](LONG, LONG, VARIANT *list) {
+        list->vt = VT_ARRAY | VT_DISPATCH;
+        list->parray = SafeArrayCreateVector(VT_DISPATCH, 0, 3);
+        list->parray->cbElements = 1;
+        return S_OK;
+    };
+    EXPECT_EQ(open("NEWS")->Size(), 0);
+}
+
 TEST_F(DirectoryTest, AListLongerThanTheCountIsTakenWhole)
 {
     const IDispatchPtr mail = object("MAIL");
