@@ -280,10 +280,7 @@ void PrintTo(const Operation &operation, std::ostream *out)
 
 std::string nameOfTest(const ::testing::TestParamInfo<Operation> &info)
 {
-    std::string name = info.param.name;
-    std::replace_if(
-        name.begin(), name.end(), [](char letter) { return !std::isalnum(static_cast<unsigned char>(letter)); }, '_');
-    return name;
+    return testName(info.param.name);
 }
 
 } // namespace Failing

@@ -1,5 +1,8 @@
 #include "failing/World.h"
 
+#include <algorithm>
+#include <cctype>
+
 #include <quire/forms/FormCache.h>
 #include <quire/notify/Notification.h>
 #include <quire/platform/System.h>
@@ -371,6 +374,14 @@ const StoryID *storyID()
 }
 
 // ---- in words -------------------------------------------------------------------------------------------------------
+
+std::string testName(const char *name)
+{
+    std::string test = name;
+    std::replace_if(
+        test.begin(), test.end(), [](char letter) { return !std::isalnum(static_cast<unsigned char>(letter)); }, '_');
+    return test;
+}
 
 QString yes(bool answer)
 {

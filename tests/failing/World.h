@@ -6,6 +6,7 @@
 #include <functional>
 #include <memory>
 #include <new>
+#include <string>
 #include <vector>
 
 #include <quire/newsroom/Newsroom.h>
@@ -130,6 +131,9 @@ QString attempt(World &world, const Call &call)
 QString worldPath(); ///< NEWS.WORLD
 /// The identifier of a story of NEWS.WORLD, which has 211, 212 and 213.
 const Quire::StoryID *storyID();
+
+/// The name as the name of a test, of letters and digits.
+std::string testName(const char *name);
 
 /// What an operation gives, in words.
 /// \{

@@ -561,6 +561,10 @@ private:
         *value = m_server.blobValue;
         if (m_server.nullBlobs)
             return result;
+        if (m_server.blobArray) {
+            *data = m_server.blobArray();
+            return result;
+        }
         *data = SafeArrayCreateVector(m_server.blobType, 0, static_cast<ULONG>(blob.size()));
         const Platform::SafeArrayAccess access(*data);
         if (!blob.isEmpty())

@@ -102,20 +102,21 @@ public:
     HRESULT creation = S_OK;      ///< What creating the sign-on object answers.
     bool connectionPoints = true; ///< The sign-on object is a container of connection points.
     bool connected = false;
-    bool storiesExist = true;        ///< GetStory gives a handle.
-    QString serverName;              ///< A null string is answered as null.
-    LONG readRate = 0;               ///< Answer of get_SysReadRate.
-    bool answerReadRate = true;      ///< False: the call succeeds and leaves its answer alone.
-    LONG wordLength = 0;             ///< Answer of get_SysWordLength.
-    QString form;                    ///< Answer of GetSystemForm; null as null.
-    std::array<QString, 4> texts;    ///< Answers of GetUserInfo; null as null.
-    std::array<LONG, 2> numbers{};   ///< Answers of GetUserInfo.
-    QMap<QString, QByteArray> blobs; ///< By name; the user's own has an empty name.
-    VARTYPE blobType = VT_UI1;       ///< Element type of the array that a blob is handed out in.
-    bool nullBlobs = false;          ///< A blob is handed out as no array at all.
-    LONG blobValue = 0;              ///< The value handed out with a blob.
-    LONG searchId = 0;               ///< Answer of Search.
-    bool failsWithAnswer = false;    ///< A call that is to fail fills its out-parameters all the same.
+    bool storiesExist = true;               ///< GetStory gives a handle.
+    QString serverName;                     ///< A null string is answered as null.
+    LONG readRate = 0;                      ///< Answer of get_SysReadRate.
+    bool answerReadRate = true;             ///< False: the call succeeds and leaves its answer alone.
+    LONG wordLength = 0;                    ///< Answer of get_SysWordLength.
+    QString form;                           ///< Answer of GetSystemForm; null as null.
+    std::array<QString, 4> texts;           ///< Answers of GetUserInfo; null as null.
+    std::array<LONG, 2> numbers{};          ///< Answers of GetUserInfo.
+    QMap<QString, QByteArray> blobs;        ///< By name; the user's own has an empty name.
+    VARTYPE blobType = VT_UI1;              ///< Element type of the array that a blob is handed out in.
+    bool nullBlobs = false;                 ///< A blob is handed out as no array at all.
+    std::function<SAFEARRAY *()> blobArray; ///< Makes the array that any blob is handed out in.
+    LONG blobValue = 0;                     ///< The value handed out with a blob.
+    LONG searchId = 0;                      ///< Answer of Search.
+    bool failsWithAnswer = false;           ///< A call that is to fail fills its out-parameters all the same.
 
     // ---- what goes wrong ----
 
