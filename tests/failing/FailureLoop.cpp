@@ -167,7 +167,7 @@ const FaultCase noMemory{"no memory", Refused, Fault::hresult(E_OUTOFMEMORY)};
 int casesRun = 0;
 
 /// The first calls of an operation that are made to hang, in the state where these are its own: hanging takes time.
-const int hangsEach = 2;
+const int hangsEach = 1;
 const State hangsIn = Cached;
 
 void Loop::run()
