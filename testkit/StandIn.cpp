@@ -47,7 +47,7 @@ StandIn::StandIn(std::shared_ptr<Newsroom::Model> model, const Place &place)
 {
     if (theNewsrooms > 0)
         report(place, QStringLiteral("Another newsroom stands in already"));
-    if (!m_registration.isActive())
+    else if (!m_registration.isActive())
         report(place, QStringLiteral("The newsroom cannot be registered: ") + inWords(m_registration.result()));
     ++theNewsrooms;
 }
