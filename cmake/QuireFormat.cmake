@@ -3,7 +3,8 @@
 file(GLOB_RECURSE QUIRE_SOURCES CONFIGURE_DEPENDS
     "${CMAKE_SOURCE_DIR}/src/*.cpp" "${CMAKE_SOURCE_DIR}/src/*.h" "${CMAKE_SOURCE_DIR}/orvex/*.h"
     "${CMAKE_SOURCE_DIR}/newsroom/*.cpp" "${CMAKE_SOURCE_DIR}/newsroom/*.h" "${CMAKE_SOURCE_DIR}/models/*.cpp"
-    "${CMAKE_SOURCE_DIR}/models/*.h" "${CMAKE_SOURCE_DIR}/tools/*.cpp"
+    "${CMAKE_SOURCE_DIR}/models/*.h" "${CMAKE_SOURCE_DIR}/testkit/*.cpp" "${CMAKE_SOURCE_DIR}/testkit/*.h"
+    "${CMAKE_SOURCE_DIR}/examples/*.cpp" "${CMAKE_SOURCE_DIR}/examples/*.h" "${CMAKE_SOURCE_DIR}/tools/*.cpp"
     "${CMAKE_SOURCE_DIR}/tools/*.h" "${CMAKE_SOURCE_DIR}/tests/*.cpp" "${CMAKE_SOURCE_DIR}/tests/*.h"
     "${CMAKE_SOURCE_DIR}/bench/*.cpp" "${CMAKE_SOURCE_DIR}/bench/*.h" "${CMAKE_SOURCE_DIR}/fuzz/*.cpp")
 
@@ -17,5 +18,5 @@ find_program(QUIRE_CLANG_TIDY NAMES run-clang-tidy run-clang-tidy-14)
 if(QUIRE_CLANG_TIDY)
     add_custom_target(
         tidy COMMAND ${QUIRE_CLANG_TIDY} -quiet -p "${CMAKE_BINARY_DIR}"
-                     "^${CMAKE_SOURCE_DIR}/(src|newsroom|models|tools|tests|bench)/.*\\.cpp$" VERBATIM)
+                     "^${CMAKE_SOURCE_DIR}/(src|newsroom|models|testkit|examples|tools|tests|bench)/.*\\.cpp$" VERBATIM)
 endif()
