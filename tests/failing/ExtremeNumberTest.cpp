@@ -15,11 +15,6 @@ namespace Failing {
 
 namespace {
 
-QString text(const char *literal)
-{
-    return QString::fromUtf8(literal);
-}
-
 /// An operation that takes a number, and what it gives for the smallest one, -1 and the largest one.
 struct Extreme
 {

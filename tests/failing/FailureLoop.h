@@ -62,6 +62,10 @@ struct Operation
     bool throws = true;   ///< the server may throw in it; not when the system's own code lies between
 };
 
+/// Lines of its own, and behind them those for finding a directory or queue by its path: another way is found when
+/// anything goes wrong, unless what the server gave was something else.
+std::vector<Documented> byPath(const std::vector<Documented> &own);
+
 /// What every operation has in common, behind the lines of its own: what is raised leaves, what hangs is waited for,
 /// and who cannot be asked for the connection is not connected.
 void expectDocumented(const Operation &operation);

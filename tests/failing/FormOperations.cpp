@@ -10,11 +10,6 @@ namespace Failing {
 
 namespace {
 
-QString text(const char *literal)
-{
-    return QString::fromUtf8(literal);
-}
-
 QString getForm(World &)
 {
     const FormData *const form = FormCache::getForm(text("STORY"));

@@ -14,11 +14,6 @@ namespace Failing {
 
 namespace {
 
-QString text(const char *literal)
-{
-    return QString::fromUtf8(literal);
-}
-
 // ---- notices --------------------------------------------------------------------------------------------------------
 
 QString startNotices(World &)

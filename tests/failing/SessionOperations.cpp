@@ -10,11 +10,6 @@ namespace Failing {
 
 namespace {
 
-QString text(const char *literal)
-{
-    return QString::fromUtf8(literal);
-}
-
 // ---- loading and signing on -----------------------------------------------------------------------------------------
 
 QString load(World &world)
@@ -60,11 +55,6 @@ QString connectionPoint(World &world)
 {
     const IConnectionPointContainerPtr container(world.session().GetConnectionPoint(), false);
     return given(container);
-}
-
-void signOff(World &world)
-{
-    world.session().Disconnect(); // what is kept of system values goes
 }
 
 // ---- values and blobs -----------------------------------------------------------------------------------------------
@@ -142,11 +132,6 @@ QString stopSearch(World &world)
 }
 
 // ---- handles --------------------------------------------------------------------------------------------------------
-
-void forgetDirectories(World &world)
-{
-    world.session().Disconnect();
-}
 
 /// What the server's object turns out to be.
 QString kindOf(World &world, const IDispatchPtr &handle)
@@ -343,7 +328,7 @@ const std::vector<Operation> operations{
      {{"GetDirectory", Fails | Null, "-"}, {"GetDirectory", Wrong, "none | a stranger"}}},
     {"GetCachedDir",
      anySession,
-     forgetDirectories,
+     signOff,
      cachedDirectory,
      "a queue",
      "none",
@@ -352,7 +337,7 @@ const std::vector<Operation> operations{
       {"IDirectory2::* IQueue2::*", AnyFault, "="}}},
     {"GetCachedStory",
      anySession,
-     forgetDirectories,
+     signOff,
      cachedStory,
      "a story",
      "none",
@@ -362,7 +347,7 @@ const std::vector<Operation> operations{
       {"QueryInterface", Fails, "raised H"}}},
     {"GetStoryDirect",
      anySession,
-     forgetDirectories,
+     signOff,
      storyDirect,
      "a story",
      "none",

@@ -13,11 +13,6 @@ namespace Failing {
 
 namespace {
 
-QString text(const char *literal)
-{
-    return QString::fromUtf8(literal);
-}
-
 // ---- a story --------------------------------------------------------------------------------------------------------
 
 QString described(Story &story)
@@ -143,11 +138,6 @@ QString findField(World &world)
 }
 
 // ---- a server's story -----------------------------------------------------------------------------------------------
-
-void signOff(World &world)
-{
-    world.session().Disconnect(); // the session's handles and system values go
-}
 
 void fetchStory(World &world)
 {

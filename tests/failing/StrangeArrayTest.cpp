@@ -20,11 +20,6 @@ namespace Failing {
 
 namespace {
 
-QString text(const char *literal)
-{
-    return QString::fromUtf8(literal);
-}
-
 class StrangeArrays : public SessionTest, public ::testing::WithParamInterface<StrangeArray>
 {
 protected:

@@ -45,11 +45,6 @@ QString newsroom()
                           "      title: Sun\n");
 }
 
-QString text(const char *literal)
-{
-    return QString::fromUtf8(literal);
-}
-
 template<typename Mutex>
 bool isHeld(Mutex &mutex)
 {
@@ -314,6 +309,11 @@ QString World::hexadecimal(HRESULT result)
 }
 
 // ---- preparing ------------------------------------------------------------------------------------------------------
+
+void signOff(World &world)
+{
+    world.session().Disconnect();
+}
 
 void openDirectory(World &world)
 {

@@ -18,6 +18,11 @@
 
 namespace Failing {
 
+inline QString text(const char *literal)
+{
+    return QString::fromUtf8(literal);
+}
+
 /// Where the library stands when an operation is called.
 enum State : unsigned {
     NoSession = 1,    ///< There is no session.
@@ -106,6 +111,7 @@ private:
 
 /// \name Preparing
 /// \{
+void signOff(World &world);        ///< the session's handles and system values go
 void openDirectory(World &world);  ///< NEWS
 void openQueue(World &world);      ///< NEWS.WORLD, loaded; three stories
 void openLiveQueue(World &world);  ///< NEWS.LIVE, loaded and watched; three stories
