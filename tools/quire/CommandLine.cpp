@@ -30,6 +30,7 @@
 #include "Words.h"
 #include "shell/CompletionCommand.h"
 #include "shell/ManualCommand.h"
+#include "trace/CallTrace.h"
 
 namespace Tool {
 
@@ -118,6 +119,7 @@ void CommandLine::declareOptions()
     addText(m_app, "--password", m_options.password, "TEXT  Better: in $QUIRE_PASSWORD");
     addText(m_app, "--server", m_options.server, "NAME  The news server to sign on to");
     m_app.add_flag("--json", m_options.json, "Print the machine form");
+    addText(m_app, "--trace", m_options.traceFile, "FILE  Write a line for each call to the server");
 }
 
 void CommandLine::parse(const QStringList &arguments)
@@ -183,8 +185,14 @@ ExitCode CommandLine::perform(const QStringList &arguments)
     if (!m_options.newsroom.isNull() && m_options.newsroom.isEmpty())
         throw Failure(ExitCode::Usage, QStringLiteral("--newsroom needs the name of a folder (see: quire --help)"));
     readEnvironment();
+    if (!m_options.traceFile.isNull())
+        m_options.trace = std::make_shared<CallTrace>(m_options.traceFile);
     Host host{m_options, m_output};
     m_chosen(host);
+    if (m_options.trace) {
+        m_output.flush();
+        m_options.trace->finish();
+    }
     return ExitCode::Done;
 }
 

@@ -1,8 +1,12 @@
 #pragma once
 
+#include <memory>
+
 #include <QString>
 
 namespace Tool {
+
+class CallTrace;
 
 /// The options that stand before or behind every verb. A text that was not given is null.
 struct Options
@@ -13,6 +17,8 @@ struct Options
     QString password; ///< Never printed.
     QString server;
     bool json = false; ///< The machine form.
+    QString traceFile;
+    std::shared_ptr<CallTrace> trace; ///< Records the calls to the server; null without traceFile.
 };
 
 class Output;

@@ -3,28 +3,47 @@
 #include <quire/newsroom/sample/Sample.h>
 
 #include "Failure.h"
+#include "trace/Tracing.h"
 
 namespace Tool {
 
 namespace {
 
-/// Whether a server's class can be reached on this machine without our doing anything.
-bool isServerRegistered()
+/// The class object that the sign-on class leads to; empty when it leads to none.
+IClassFactoryPtr reachableClass()
 {
     IClassFactoryPtr factory;
-    return SUCCEEDED(CoGetClassObject(__uuidof(Orvex::Signon), CLSCTX_ALL, nullptr, IID_IClassFactory,
-                                      reinterpret_cast<void **>(&factory)));
+    CoGetClassObject(__uuidof(Orvex::Signon), CLSCTX_ALL, nullptr, IID_IClassFactory,
+                     reinterpret_cast<void **>(&factory));
+    return factory;
+}
+
+/// Puts \a trace before the server that \a factory makes sign-on objects of.
+Newsroom::Registration registerTraced(const IClassFactoryPtr &factory, const CallTracePtr &trace)
+{
+    const IClassFactoryPtr traced = tracedFactory(factory, trace);
+    Newsroom::Registration registration(__uuidof(Orvex::Signon), traced);
+    // A class that somebody else registered within this process comes first.
+    if (reachableClass() != traced)
+        throw Failure(ExitCode::Failed, QStringLiteral("cannot trace the server: its class does not let us before it"));
+    return registration;
 }
 
 } // namespace
 
 ServerSource::ServerSource(const Options &options, Access access)
 {
-    if (options.newsroom.isNull() && !options.builtIn && isServerRegistered())
-        return;
+    if (options.newsroom.isNull() && !options.builtIn) {
+        const IClassFactoryPtr registered = reachableClass();
+        if (registered && options.trace)
+            m_registration = registerTraced(registered, options.trace);
+        if (registered)
+            return;
+    }
     m_server = std::make_unique<Newsroom::Server>(options.newsroom.isNull() ? Newsroom::sampleModel()
                                                                             : openFolder(options.newsroom, access));
-    m_registration = m_server->registerClass();
+    m_registration =
+        options.trace ? registerTraced(m_server->classFactory(), options.trace) : m_server->registerClass();
 }
 
 std::shared_ptr<Newsroom::Model> ServerSource::openFolder(const QString &folder, Access access)
