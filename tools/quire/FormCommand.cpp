@@ -72,8 +72,7 @@ void draw(const Quire::FormData &form, Output &output)
     for (const Quire::Field &field : form.m_Fields)
         table.add({field.m_Id, field.m_Label, QString::number(field.Width()), styleText(field.m_Style),
                    alignmentText(field.m_Align), field.m_ReadOnly ? QStringLiteral("read-only") : QString()});
-    for (const QString &line : table.lines(output.columns()))
-        output.line(line);
+    output.table(table.lines(output.columns()));
 }
 
 } // namespace

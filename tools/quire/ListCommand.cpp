@@ -119,8 +119,7 @@ void ListCommand::listDirectory(Quire::Directory &directory, Host &host) const
         return host.output.json({{QStringLiteral("path"), directory.Name()}, {QStringLiteral("entries"), entries}});
     if (directory.Size() == 0)
         return host.output.line(QStringLiteral("%1 is empty").arg(directory.Name()));
-    for (const QString &line : table.lines(host.output.columns()))
-        host.output.line(line);
+    host.output.table(table.lines(host.output.columns()));
 }
 
 void ListCommand::listQueue(Session &session, const QString &path, Host &host) const
@@ -135,8 +134,7 @@ void ListCommand::listQueue(Session &session, const QString &path, Host &host) c
                                  {QStringLiteral("stories"), table.json()},
                                  {QStringLiteral("more"), more}});
     int left = 0;
-    for (const QString &line : m_csv ? table.csv() : table.lines(host.output.columns(), &left))
-        host.output.line(line);
+    host.output.table(m_csv ? table.csv() : table.lines(host.output.columns(), &left));
     if (m_csv)
         return;
     host.output.line();

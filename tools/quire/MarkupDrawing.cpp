@@ -77,7 +77,9 @@ void drawMarkup(XML::Tag &root, Output &output)
     while (walk.next()) {
         const QString lead = indentation(walk.depth());
         const QString text = visible(describe(walk.node(), counts));
-        output.line(lead + isolate(fitText(text, std::max(columns - lead.size(), 1))));
+        const QString shown = isolate(fitText(text, std::max(columns - lead.size(), 1)));
+        const bool isText = dynamic_cast<XML::TextTag *>(&walk.node()) != nullptr;
+        output.line(lead + (isText ? shown : output.inLook(Output::Look::Markup, shown)));
         counts.deepest = std::max(counts.deepest, walk.depth());
     }
     if (counts.deepest > 0)

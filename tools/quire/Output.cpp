@@ -16,6 +16,12 @@ constexpr int gatheredAtOnce = 32 * 1024;
 constexpr int usualColumns = 80;
 constexpr int fewestColumns = 20;
 
+// What a terminal takes for changes of its pen.
+const QLatin1String bold("\x1b[1m");
+const QLatin1String red("\x1b[1;31m");
+const QLatin1String cyan("\x1b[36m");
+const QLatin1String usual("\x1b[0m");
+
 /// Line feeds and tabulators are a text's own; nothing else may steer the terminal.
 QString harmless(const QString &text)
 {
@@ -41,6 +47,13 @@ Output::Output()
     , m_error(Stream::Which::Error)
 {}
 
+QString Output::inLook(Look look, const QString &text) const
+{
+    if (!m_output.hasColours())
+        return text;
+    return (look == Look::Heading ? bold : cyan) + text + usual;
+}
+
 void Output::line(const QString &text)
 {
     m_gathered += text;
@@ -60,6 +73,15 @@ void Output::document(const QString &text)
     this->text(text);
     if (!text.isEmpty() && !text.endsWith(QLatin1Char('\n')))
         line();
+}
+
+void Output::table(const QStringList &lines)
+{
+    bool isHeading = true;
+    for (const QString &text : lines) {
+        line(isHeading ? inLook(Look::Heading, text) : text);
+        isHeading = false;
+    }
 }
 
 void Output::bytes(const QByteArray &data)
@@ -98,7 +120,10 @@ void Output::complain(const QString &message) noexcept
         if (!m_gathered.isEmpty())
             m_output.write(m_gathered);
         m_gathered.clear();
-        m_error.write(QLatin1String("quire: ") + visible(message) + QLatin1Char('\n'));
+        QString lead = QStringLiteral("quire:");
+        if (m_error.hasColours())
+            lead = red + lead + usual;
+        m_error.write(lead + QLatin1Char(' ') + visible(message) + QLatin1Char('\n'));
     } catch (...) { // NOLINT(bugprone-empty-catch): without memory for one line nothing can be said at all
     }
 }

@@ -3,6 +3,7 @@
 #include <QByteArray>
 #include <QJsonObject>
 #include <QString>
+#include <QStringList>
 
 #include "Stream.h"
 
@@ -23,12 +24,20 @@ public:
     Output(const Output &) = delete;
     Output &operator=(const Output &) = delete;
 
+    /// How a part of a drawing looks on a terminal with colours; anywhere else it looks like any other text.
+    enum class Look { Heading, Markup };
+    /// \a text, whose control characters are visible() already, in that look. The last thing that is done to a text:
+    /// what makes the look has no width.
+    QString inLook(Look look, const QString &text) const;
+
     /// One line of text; the line feed is added.
     void line(const QString &text = QString());
     /// A text as it stands; on a terminal its control characters, tabulators and line feeds apart, become visible.
     void text(const QString &text);
     /// The same with a line feed behind it, unless \a text has one at its end or is empty.
     void document(const QString &text);
+    /// The lines of a table, the first of which has the headings.
+    void table(const QStringList &lines);
     /// Bytes as they stand.
     void bytes(const QByteArray &data);
     /// The machine form of a verb's answer: one JSON document, indented, keys in alphabetical order.

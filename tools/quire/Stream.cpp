@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstdio>
 
+#include <QtGlobal>
+
 #ifdef Q_OS_WIN
 #include <fcntl.h>
 #include <io.h>
@@ -16,6 +18,15 @@
 #endif
 
 namespace Tool {
+
+namespace {
+
+bool areColoursWelcome()
+{
+    return qEnvironmentVariableIsEmpty("NO_COLOR") && qgetenv("TERM") != "dumb";
+}
+
+} // namespace
 
 #ifdef Q_OS_WIN
 
@@ -31,6 +42,9 @@ Stream::Stream(Which which)
 {
     DWORD mode = 0;
     m_isTerminal = GetConsoleMode(m_handle, &mode) != 0;
+    // A console shows colours when it is asked to; those of old cannot.
+    m_hasColours =
+        m_isTerminal && areColoursWelcome() && SetConsoleMode(m_handle, mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING) != 0;
 }
 
 int Stream::terminalColumns() const
@@ -89,6 +103,7 @@ void prepareStreams()
 Stream::Stream(Which which)
     : m_handle(which == Which::Output ? STDOUT_FILENO : STDERR_FILENO)
     , m_isTerminal(isatty(m_handle) == 1)
+    , m_hasColours(m_isTerminal && areColoursWelcome())
 {}
 
 int Stream::terminalColumns() const

@@ -23,6 +23,8 @@ public:
 
     /// Whether a person looks at it.
     bool isTerminal() const noexcept { return m_isTerminal; }
+    /// Whether that person wants colours and the terminal has them: not with NO_COLOR set, nor with TERM "dumb".
+    bool hasColours() const noexcept { return m_hasColours; }
     /// The columns of the terminal; 0 when it is none, or when it does not tell.
     int terminalColumns() const;
 
@@ -41,6 +43,7 @@ private:
     int m_handle;
 #endif
     bool m_isTerminal;
+    bool m_hasColours = false;
     QString m_errorText;
 };
 
