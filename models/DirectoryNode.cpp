@@ -62,9 +62,9 @@ void DirectoryNode::apply(const RowStep &step, const std::vector<Item> &entries,
         break;
     case RowStep::Insert: {
         Children arrived;
-        for (int index = 0; index < step.count; ++index)
-            arrived.push_back(
-                std::make_unique<DirectoryNode>(this, entries[static_cast<std::size_t>(step.source + index)]));
+        const auto source = entries.begin() + step.source;
+        for (auto entry = source; entry != source + step.count; ++entry)
+            arrived.push_back(std::make_unique<DirectoryNode>(this, *entry));
         m_children.insert(first, std::make_move_iterator(arrived.begin()), std::make_move_iterator(arrived.end()));
         break;
     }

@@ -82,7 +82,7 @@ private:
     int insert(int row)
     {
         int count = 1;
-        while (row + count < m_newCount && !m_isOld[static_cast<std::size_t>(row + count)])
+        while (row + count < m_newCount && !*(m_isOld.begin() + row + count))
             ++count;
         m_steps.push_back({RowStep::Insert, m_place, count, 0, row});
         m_rows.insert(m_rows.begin() + m_place, static_cast<std::size_t>(count), row);

@@ -49,8 +49,7 @@ std::function<void()> takeNext()
     return job;
 }
 
-/// Does the job and lets go of what it holds, here and not later.
-void perform(std::function<void()> job) noexcept
+void perform(const std::function<void()> &job) noexcept
 {
     try {
         job();
@@ -65,8 +64,8 @@ protected:
     void run() override
     {
         const Platform::Apartment apartment;
-        while (std::function<void()> job = takeNext())
-            perform(std::move(job));
+        while (const std::function<void()> job = takeNext())
+            perform(job); // and lets go of what it holds before the next
     }
 };
 

@@ -10,6 +10,17 @@
 
 namespace Quire {
 
+namespace {
+
+void callLater([[maybe_unused]] QObject *object, [[maybe_unused]] std::function<void()> function)
+{
+#ifndef __clang_analyzer__ // does not see that the event loop owns the function
+    QMetaObject::invokeMethod(object, std::move(function), Qt::QueuedConnection);
+#endif
+}
+
+} // namespace
+
 /// Where results arrive; shared with the jobs, which may outlive the model.
 class ServerWork::Mailbox : public std::enable_shared_from_this<ServerWork::Mailbox>
 {
@@ -34,13 +45,10 @@ public:
         if (!m_model)
             return;
         const auto self = shared_from_this();
-        QMetaObject::invokeMethod(
-            m_model,
-            [self, delivery = std::move(delivery)] {
-                if (!self->isClosed()) // the model may have turned to something else meanwhile
-                    delivery();
-            },
-            Qt::QueuedConnection);
+        callLater(m_model, [self, delivery = std::move(delivery)] {
+            if (!self->isClosed()) // the model may have turned to something else meanwhile
+                delivery();
+        });
     }
 
 private:

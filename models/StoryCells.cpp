@@ -128,7 +128,7 @@ QString fieldTitle(const Field &field)
 int alignment(qint32 align)
 {
     const Qt::AlignmentFlag sideways = align == 1 ? Qt::AlignHCenter : align == 2 ? Qt::AlignRight : Qt::AlignLeft;
-    return sideways | Qt::AlignVCenter;
+    return int{sideways} | int{Qt::AlignVCenter};
 }
 
 QVector<StoryColumn> fieldColumns(const std::vector<Field> &fields)
