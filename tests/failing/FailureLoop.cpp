@@ -171,7 +171,7 @@ void Loop::run()
     for (const FaultCase &fault : faultCases()) {
         if (!isSampled())
             continue;
-        if ((fault.group & Throws) && !m_operation.throws)
+        if ((fault.group & (Throws | Empty)) && m_operation.byTheSystem)
             continue;
         if (fault.group == Late && m_state != hangsIn)
             continue;

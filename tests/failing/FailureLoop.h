@@ -58,8 +58,8 @@ struct Operation
     const char *done;        ///< what it gives when nothing goes wrong
     const char *without;     ///< what it gives without a connection
     std::vector<Documented> failed;
-    bool mayLose = false; ///< it is meant to let go of what was there before it asks the server
-    bool throws = true;   ///< the server may throw in it; not when the system's own code lies between
+    bool mayLose = false;     ///< it is meant to let go of what was there before it asks the server
+    bool byTheSystem = false; ///< the system makes the call, which trusts a server not to throw nor to give nothing
 };
 
 /// Lines of its own, and behind them those for finding a directory or queue by its path: another way is found when
