@@ -1,5 +1,5 @@
-// Shows a queue as a Qt item model, as a table view would: rows arrive while the queue loads, and when a colleague saves
-// a story the one row changes. Here the "view" prints.
+// Shows a queue as a Qt item model, as a table view would: rows arrive while the queue loads, and when a colleague
+// saves a story the one row changes. Here the "view" prints.
 
 #include <QCoreApplication>
 #include <QEventLoop>
