@@ -19,6 +19,9 @@ endif()
 
 set(QUIRE_INCLUDE_DIR "${CMAKE_BINARY_DIR}/include")
 
+# The locks of the library check their order, see <quire/session/LockOrder.h>.
+add_compile_definitions("$<$<CONFIG:Debug>:QUIRE_CHECK_LOCK_ORDER>")
+
 set(QUIRE_SANITIZE "" CACHE STRING "Sanitizers for every target, e.g. address,undefined or thread")
 if(QUIRE_SANITIZE)
     add_compile_options(-fsanitize=${QUIRE_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)

@@ -2,9 +2,7 @@
 
 #include <utility>
 
-#include <QMutex>
-#include <QMutexLocker>
-
+#include <quire/session/Mutex.h>
 #include <quire/session/QuireCOM.h>
 
 namespace Quire {
@@ -12,7 +10,7 @@ namespace Quire {
 namespace {
 
 /// Guards the forms of all caches. Held for looking them up and for changing them, never across anything else.
-QMutex formsMutex;
+Mutex<LockRank::Forms> formsMutex;
 
 } // namespace
 
@@ -58,7 +56,7 @@ void FormCache::Clear()
 
 FormData *FormCache::findForm(const QString &name)
 {
-    const QMutexLocker locker(&formsMutex);
+    const MutexLocker locker(formsMutex);
     const auto found = m_Forms.find(name);
     return found == m_Forms.end() ? nullptr : &found->second;
 }
@@ -73,19 +71,19 @@ void FormCache::addForm(const QString &name)
     if (text.isEmpty())
         return;
     FormData form(name, text);
-    const QMutexLocker locker(&formsMutex);
+    const MutexLocker locker(formsMutex);
     m_Forms.emplace(name, std::move(form)); // unless another thread was faster
 }
 
 FormCache::Forms FormCache::forms() const
 {
-    const QMutexLocker locker(&formsMutex);
+    const MutexLocker locker(formsMutex);
     return m_Forms;
 }
 
 FormCache::Forms FormCache::exchangeForms(Forms forms) noexcept
 {
-    const QMutexLocker locker(&formsMutex);
+    const MutexLocker locker(formsMutex);
     m_Forms.swap(forms);
     return forms;
 }

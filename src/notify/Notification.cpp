@@ -1,7 +1,6 @@
 #include <quire/notify/Notification.h>
 
 #include <QMessageLogger>
-#include <QMutexLocker>
 
 #include <utility>
 #include <vector>
@@ -14,7 +13,7 @@
 
 namespace Quire {
 
-QBasicMutex Notification::sMutex;
+Mutex<LockRank::Notices, QBasicMutex> Notification::sMutex;
 Notification *Notification::sNotification = nullptr;
 
 namespace {
@@ -45,7 +44,7 @@ void NotificationInit(SearchResultsCallback searchResults, QueueUpdateCallback q
     Orvex::_IAnNotifyFast2Ptr reference; // the sink may be released while it still connects
     Notification *sink = nullptr;
     {
-        const QMutexLocker guard(&Notification::sMutex);
+        const MutexLocker guard(Notification::sMutex);
         const bool isNew = !Notification::sNotification;
         if (isNew)
             Notification::sNotification = new Notification;
@@ -62,7 +61,7 @@ void NotificationRelease()
 {
     Notification *sink = nullptr;
     {
-        const QMutexLocker guard(&Notification::sMutex);
+        const MutexLocker guard(Notification::sMutex);
         sink = std::exchange(Notification::sNotification, nullptr);
     }
     if (!sink)
@@ -114,7 +113,7 @@ bool Notification::Advise(IConnectionPointContainer &container, REFIID iid, ICon
     DWORD newCookie = 0;
     const bool taken = SUCCEEDED(found->Advise(this, &newCookie));
     {
-        const QMutexLocker guard(&m_Mutex);
+        const MutexLocker guard(m_Mutex);
         if (!m_Ended) {
             point = found;
             cookie = newCookie;
@@ -133,7 +132,7 @@ void Notification::Disconnect()
     bool advised = false;
     bool advised2 = false;
     {
-        const QMutexLocker guard(&m_Mutex);
+        const MutexLocker guard(m_Mutex);
         m_Ended = true;
         std::swap(point, m_ConnPoint);
         std::swap(point2, m_ConnPoint2);

@@ -3,12 +3,11 @@
 /// \file
 /// What the server tells by itself: hits of searches, changed queues, the end of the user's session.
 
-#include <QMutex>
-
 #include <atomic>
 
 #include <quire/orvex/Orvex.h>
 #include <quire/platform/Export.h>
+#include <quire/session/Mutex.h>
 
 namespace Quire {
 
@@ -88,7 +87,7 @@ private:
     static void AddResults(Search &searcher, LONG searchId, SAFEARRAY *results, LONG totalHits, LONG finished);
     static void AddHits(Search &searcher, LONG searchId, const RecordArray<Orvex::SearchHit> &hits);
 
-    static QBasicMutex sMutex;
+    static Mutex<LockRank::Notices, QBasicMutex> sMutex;
     static Notification *sNotification; // guarded by sMutex; the one reference that counts is held here
 
     std::atomic<ULONG> m_RefCount{0};
@@ -104,7 +103,7 @@ private:
     std::atomic<QueueUpdateCallback> m_QueueCB{nullptr};
     std::atomic<LogoutCallback> m_LogoutCB{nullptr};
     std::atomic<bool> m_Ended{false}; // set under m_Mutex
-    QMutex m_Mutex;
+    Mutex<LockRank::Connections> m_Mutex;
 };
 
 /// Starts the notices of the server: connects to the session that there is now, and has each notice told to the

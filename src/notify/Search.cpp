@@ -1,7 +1,5 @@
 #include <quire/notify/Search.h>
 
-#include <QMutexLocker>
-
 #include <algorithm>
 #include <utility>
 
@@ -17,7 +15,7 @@ QAtomicInteger<long> Search::sSearchLimit(500);
 
 namespace {
 
-QBasicMutex searcherMutex; // guards TheSearcher; nothing is called while it is held
+Mutex<LockRank::SearcherMaking, QBasicMutex> searcherMutex; // guards TheSearcher; nothing is called while it is held
 
 QString queryText(const QString &server, const QString &path, const QString &query)
 {
@@ -60,16 +58,19 @@ Search::Search()
 
 Search::~Search()
 {
-    const QMutexLocker guard(&m_Mutex);
-    const QMutexLocker lists(&m_ListsMutex);
-    m_Lists.clear();
-    const QMutexLocker instance(&searcherMutex);
+    std::vector<std::unique_ptr<SearchList>> lists; // they go without the mutexes
+    {
+        const MutexLocker guard(m_Mutex);
+        const MutexLocker listsGuard(m_ListsMutex);
+        lists.swap(m_Lists);
+    }
+    const MutexLocker instance(searcherMutex);
     TheSearcher = nullptr;
 }
 
 Search *Search::GetSearcher()
 {
-    const QMutexLocker guard(&searcherMutex);
+    const MutexLocker guard(searcherMutex);
     if (!TheSearcher)
         TheSearcher = new Search;
     return TheSearcher;
@@ -77,7 +78,7 @@ Search *Search::GetSearcher()
 
 Search *Search::GetSearcherIfMade()
 {
-    const QMutexLocker guard(&searcherMutex);
+    const MutexLocker guard(searcherMutex);
     return TheSearcher;
 }
 
@@ -116,8 +117,8 @@ SearchList *Search::StartSearch(const QString &path, const QString &query)
 
     quint64 start = 0;
     {
-        const QMutexLocker guard(&m_Mutex);
-        const QMutexLocker lists(&m_ListsMutex);
+        const MutexLocker guard(m_Mutex);
+        const MutexLocker lists(m_ListsMutex);
         start = m_Starting->begin();
     }
     try {
@@ -133,8 +134,8 @@ SearchList *Search::Add(quint64 start, qint32 id, const QString &text)
 {
     auto created = id == 0 ? nullptr : std::make_unique<SearchList>(id, text);
     std::unique_ptr<SearchList> early; // goes after the mutexes are released
-    const QMutexLocker guard(&m_Mutex);
-    const QMutexLocker lists(&m_ListsMutex);
+    const MutexLocker guard(m_Mutex);
+    const MutexLocker lists(m_ListsMutex);
     m_Lists.reserve(m_Lists.size() + (created ? 1 : 0));
     early = m_Starting->end(start, id);
     if (!created)
@@ -151,7 +152,7 @@ void Search::StopSearch(long id)
 {
     bool wasRunning = false;
     {
-        const QMutexLocker guard(&m_Mutex);
+        const MutexLocker guard(m_Mutex);
         wasRunning = _StopSearch(id);
     }
     if (wasRunning)
@@ -163,7 +164,7 @@ void Search::DeleteSearch(long id)
     std::unique_ptr<SearchList> list; // destroyed after the mutex is released
     bool wasRunning = false;
     {
-        const QMutexLocker guard(&m_Mutex);
+        const MutexLocker guard(m_Mutex);
         const int index = GetSearchListIndex(id);
         if (!m_CanSearch || index < 0)
             return;
@@ -179,7 +180,7 @@ void Search::RemoveSearch(SearchList *list)
     bool wasRunning = false;
     qint32 id = 0;
     {
-        const QMutexLocker guard(&m_Mutex);
+        const MutexLocker guard(m_Mutex);
         const int index = GetSearchListIndex(list);
         if (!m_CanSearch || index < 0)
             return;
@@ -207,7 +208,7 @@ bool Search::_StopSearch(SearchList *list)
 /// Takes the list at \a index out of m_Lists. Under m_Mutex.
 std::unique_ptr<SearchList> Search::Take(int index)
 {
-    const QMutexLocker lists(&m_ListsMutex);
+    const MutexLocker lists(m_ListsMutex);
     std::unique_ptr<SearchList> list = std::move(m_Lists[static_cast<std::size_t>(index)]);
     m_Lists.erase(m_Lists.begin() + index);
     return list;
@@ -217,7 +218,7 @@ std::unique_ptr<SearchList> Search::Take(int index)
 
 ItemList *Search::AccessSearchResults(long id)
 {
-    const QMutexLocker guard(&m_Mutex);
+    const MutexLocker guard(m_Mutex);
     SearchList *const list = Find(id);
     if (list)
         list->Lock();
@@ -228,7 +229,7 @@ void Search::EndAccessSearchResults(long id)
 {
     SearchList *list = nullptr;
     {
-        const QMutexLocker lists(&m_ListsMutex);
+        const MutexLocker lists(m_ListsMutex);
         list = Find(id);
     }
     if (list)
@@ -237,28 +238,28 @@ void Search::EndAccessSearchResults(long id)
 
 bool Search::IsSearchDone(long id)
 {
-    const QMutexLocker lists(&m_ListsMutex);
+    const MutexLocker lists(m_ListsMutex);
     SearchList *const list = Find(id);
     return !list || list->IsSearchComplete();
 }
 
 bool Search::TakesResults(long id)
 {
-    const QMutexLocker lists(&m_ListsMutex);
+    const MutexLocker lists(m_ListsMutex);
     SearchList *const list = Find(id);
     return list ? !list->IsSearchComplete() : m_Starting->takes(static_cast<qint32>(id));
 }
 
 void Search::AddSearchResults(long id, std::vector<Item> &items)
 {
-    const QMutexLocker guard(&m_Mutex);
+    const MutexLocker guard(m_Mutex);
     if (SearchList *const list = FindForEvent(id))
         list->AddHits(items);
 }
 
 void Search::SearchComplete(long id, long totalHits)
 {
-    const QMutexLocker guard(&m_Mutex);
+    const MutexLocker guard(m_Mutex);
     if (SearchList *const list = FindForEvent(id))
         list->Complete(totalHits);
 }
@@ -268,7 +269,7 @@ SearchList *Search::FindForEvent(long id)
 {
     if (SearchList *const list = Find(id))
         return list;
-    const QMutexLocker lists(&m_ListsMutex);
+    const MutexLocker lists(m_ListsMutex);
     return m_Starting->listFor(static_cast<qint32>(id));
 }
 

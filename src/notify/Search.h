@@ -4,7 +4,6 @@
 /// Searches over the server's tree.
 
 #include <QAtomicInteger>
-#include <QMutex>
 #include <QString>
 
 #include <atomic>
@@ -12,6 +11,7 @@
 #include <vector>
 
 #include <quire/platform/Export.h>
+#include <quire/session/Mutex.h>
 #include <quire/tree/Item.h>
 
 namespace Quire {
@@ -107,12 +107,12 @@ private:
     SearchList *Add(quint64 start, qint32 id, const QString &text);
 
     std::atomic<bool> m_CanSearch{false};
-    QMutex m_Mutex;
+    Mutex<LockRank::Searcher> m_Mutex;
     // In start order. Changed under both mutexes, read under either: who holds a list's lock may take m_ListsMutex but
     // not wait for m_Mutex, under which the lock of a list is waited for.
     std::vector<std::unique_ptr<SearchList>> m_Lists;
-    std::unique_ptr<StartingSearches> m_Starting; // guarded in the same way
-    mutable QMutex m_ListsMutex;                  // a leaf: nothing is called while it is held
+    std::unique_ptr<StartingSearches> m_Starting;        // guarded in the same way
+    mutable Mutex<LockRank::SearcherLists> m_ListsMutex; // nothing is called while it is held
 };
 
 } // namespace Quire

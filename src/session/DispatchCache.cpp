@@ -1,7 +1,5 @@
 #include <quire/session/DispatchCache.h>
 
-#include <QMutexLocker>
-
 namespace Quire {
 
 namespace {
@@ -20,7 +18,7 @@ bool DispatchCache::FindDir(const QString &path, IDispatchPtr &handle) const
 {
     Entry entry;
     {
-        const QMutexLocker guard(&m_mutex);
+        const MutexLocker guard(m_mutex);
         entry = m_directories.value(dirKey(path));
     }
     if (!entry)
@@ -32,7 +30,7 @@ bool DispatchCache::FindDir(const QString &path, IDispatchPtr &handle) const
 void DispatchCache::AddDir(const QString &path, const IDispatchPtr &handle)
 {
     Entry entry = std::make_shared<const DispatchWrapper>(handle);
-    const QMutexLocker guard(&m_mutex);
+    const MutexLocker guard(m_mutex);
     m_directories[dirKey(path)].swap(entry); // declared before the guard, so what was there goes after it
 }
 
@@ -40,7 +38,7 @@ bool DispatchCache::FindStory(const QString &queuePath, qint32 part1, IDispatchP
 {
     Entry entry;
     {
-        const QMutexLocker guard(&m_mutex);
+        const MutexLocker guard(m_mutex);
         const auto stories = m_stories.constFind(queuePath);
         if (stories != m_stories.constEnd())
             entry = stories->value(part1);
@@ -54,14 +52,14 @@ bool DispatchCache::FindStory(const QString &queuePath, qint32 part1, IDispatchP
 void DispatchCache::AddStory(const QString &queuePath, qint32 part1, const IDispatchPtr &handle)
 {
     Entry entry = std::make_shared<const DispatchWrapper>(handle);
-    const QMutexLocker guard(&m_mutex);
+    const MutexLocker guard(m_mutex);
     m_stories[queuePath][part1].swap(entry); // declared before the guard, so what was there goes after it
 }
 
 void DispatchCache::RemoveStory(const QString &queuePath, qint32 part1)
 {
     Entry dropped; // outlives the guard
-    const QMutexLocker guard(&m_mutex);
+    const MutexLocker guard(m_mutex);
     const auto stories = m_stories.find(queuePath);
     if (stories != m_stories.end())
         dropped = stories->take(part1);
@@ -72,7 +70,7 @@ void DispatchCache::Remove(const QString &path)
     const QString key = dirKey(path);
     Entry droppedDir; // both outlive the guard
     Stories droppedStories;
-    const QMutexLocker guard(&m_mutex);
+    const MutexLocker guard(m_mutex);
     droppedDir = m_directories.take(key);
     droppedStories = m_stories.take(key);
 }
@@ -81,7 +79,7 @@ void DispatchCache::Clear()
 {
     QMap<QString, Entry> droppedDirs; // both outlive the guard
     QMap<QString, Stories> droppedStories;
-    const QMutexLocker guard(&m_mutex);
+    const MutexLocker guard(m_mutex);
     m_directories.swap(droppedDirs);
     m_stories.swap(droppedStories);
 }

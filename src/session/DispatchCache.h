@@ -5,12 +5,12 @@
 
 #include <QHash>
 #include <QMap>
-#include <QMutex>
 #include <QString>
 
 #include <memory>
 
 #include <quire/session/DispatchWrapper.h>
+#include <quire/session/Mutex.h>
 
 namespace Quire {
 
@@ -56,7 +56,7 @@ private:
 
     QMap<QString, Entry> m_directories; // guarded by m_mutex
     QMap<QString, Stories> m_stories;   // guarded by m_mutex
-    mutable QMutex m_mutex;
+    mutable Mutex<LockRank::HandleCache> m_mutex;
 };
 
 } // namespace Quire

@@ -1,7 +1,6 @@
 #include <quire/session/QuireCOM.h>
 
 #include <QFile>
-#include <QMutexLocker>
 #include <QProcess>
 #include <QStringList>
 
@@ -86,7 +85,7 @@ QuireCOM::QuireCOM(const QuireCOM &other)
     , m_signon(other.m_signon)
     , m_cache(other.m_cache)
 {
-    const QMutexLocker guard(&other.m_connectInfoMutex);
+    const MutexLocker guard(other.m_connectInfoMutex);
     m_server = other.m_server;
     m_user = other.m_user;
     m_password = other.m_password;
@@ -235,7 +234,7 @@ IConnectionPointContainer *QuireCOM::GetConnectionPoint()
 
 void QuireCOM::SetConnectInfo(const QString &server, const QString &user, const QString &password)
 {
-    const QMutexLocker guard(&m_connectInfoMutex);
+    const MutexLocker guard(m_connectInfoMutex);
     m_server = server;
     m_user = user;
     m_password = password;
@@ -243,7 +242,7 @@ void QuireCOM::SetConnectInfo(const QString &server, const QString &user, const 
 
 void QuireCOM::CopyConnectInfo(QString &server, QString &user, QString &password) const
 {
-    const QMutexLocker guard(&m_connectInfoMutex);
+    const MutexLocker guard(m_connectInfoMutex);
     server = m_server;
     user = m_user;
     password = m_password;

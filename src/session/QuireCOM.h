@@ -12,6 +12,7 @@
 
 #include <quire/orvex/Orvex.h>
 #include <quire/platform/Export.h>
+#include <quire/session/Mutex.h>
 #include <quire/session/StoryID.h>
 #include <quire/session/UserInfo.h>
 
@@ -243,7 +244,7 @@ private:
     QString m_server;
     QString m_user;
     QString m_password;
-    mutable QMutex m_connectInfoMutex;
+    mutable Mutex<LockRank::ConnectInfo> m_connectInfoMutex;
 };
 
 /// Frees a buffer that QuireCOM::LoadBlob or QuireCOM::LoadUserBlob returned; null does nothing. The library allocated

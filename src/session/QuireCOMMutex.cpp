@@ -6,6 +6,8 @@
 #include <cstdio>
 #include <utility>
 
+#include <quire/session/LockOrder.h>
+
 namespace Quire {
 
 bool QuireCOMMutex::sMutexDebugging = false;
@@ -26,7 +28,11 @@ void QuireCOMMutex::lock()
     QTime start;
     if (sMutexDebugging)
         start = QTime::currentTime();
+    if constexpr (LockOrder::isChecked)
+        LockOrder::wants(LockRank::ServerAccess, &QuireCOM::m_ComMutex, {m_label, &m_name});
     QuireCOM::m_ComMutex.lock();
+    if constexpr (LockOrder::isChecked)
+        LockOrder::has(LockRank::ServerAccess, &QuireCOM::m_ComMutex, {m_label, &m_name});
     QuireCOM::m_LockThreadID.storeRelaxed(GetCurrentThreadId());
     if (sMutexDebugging)
         traceLocked(start);
@@ -40,6 +46,8 @@ bool QuireCOMMutex::tryLock()
 void QuireCOMMutex::unlock()
 {
     QuireCOM::m_LockThreadID.storeRelaxed(0);
+    if constexpr (LockOrder::isChecked)
+        LockOrder::gives(&QuireCOM::m_ComMutex);
     QuireCOM::m_ComMutex.unlock();
     if (sMutexDebugging)
         traceUnlocked();

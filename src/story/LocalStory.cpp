@@ -1,21 +1,19 @@
 #include <quire/story/LocalStory.h>
 
-#include <QMutex>
-#include <QMutexLocker>
-
 #include <utility>
 
 #include "Sections.h"
 #include "TextFile.h"
+#include <quire/session/Mutex.h>
 
 namespace Quire {
 
 namespace {
 
 /// Guards LocalStory::sZEKOFile, which stories on several threads set; a leaf.
-QMutex &pathMutex()
+Mutex<LockRank::LocalStoryPath> &pathMutex()
 {
-    static QMutex mutex;
+    static Mutex<LockRank::LocalStoryPath> mutex;
     return mutex;
 }
 
@@ -52,13 +50,13 @@ QString LocalStory::sZEKOFile;
 
 void LocalStory::setLocalPath(QString path)
 {
-    const QMutexLocker lock(&pathMutex());
+    const MutexLocker lock(pathMutex());
     sZEKOFile = std::move(path);
 }
 
 QString LocalStory::getLocalPath()
 {
-    const QMutexLocker lock(&pathMutex());
+    const MutexLocker lock(pathMutex());
     return sZEKOFile;
 }
 

@@ -1,11 +1,11 @@
 #include <quire/tree/ListMutexLocker.h>
 
 #include <QMessageLogger>
-#include <QMutexLocker>
 
 #include <atomic>
 
 #include <quire/platform/Automation.h>
+#include <quire/session/Mutex.h>
 
 namespace Quire {
 
@@ -29,7 +29,7 @@ public:
     {
         if (!s_first.load(std::memory_order_relaxed))
             return false; // whoever asks would see a record of its own
-        const QMutexLocker guard(&s_mutex);
+        const MutexLocker guard(s_mutex);
         // By thread as well: another thread that has just released the mutex may still have its record here.
         for (const ListMutexLocker *record = s_first; record; record = record->m_next) {
             if (record->m_mutex == mutex && record->m_threadId == threadId)
@@ -40,7 +40,7 @@ public:
 
     static void add(ListMutexLocker *record)
     {
-        const QMutexLocker guard(&s_mutex);
+        const MutexLocker guard(s_mutex);
         record->m_next = s_first.load(std::memory_order_relaxed);
         if (record->m_next)
             record->m_next->m_previous = record;
@@ -49,7 +49,7 @@ public:
 
     static void remove(ListMutexLocker *record)
     {
-        const QMutexLocker guard(&s_mutex);
+        const MutexLocker guard(s_mutex);
         if (record->m_previous)
             record->m_previous->m_next = record->m_next;
         else
@@ -61,7 +61,7 @@ public:
     /// Name and thread of a record on \a mutex; false when there is none.
     static bool holder(const QMutex *mutex, QString *name, quint32 *threadId)
     {
-        const QMutexLocker guard(&s_mutex);
+        const MutexLocker guard(s_mutex);
         for (const ListMutexLocker *record = s_first; record; record = record->m_next) {
             if (record->m_mutex == mutex) {
                 *name = record->name();
@@ -73,11 +73,11 @@ public:
     }
 
 private:
-    static QBasicMutex s_mutex;
+    static Mutex<LockRank::ActiveLockers, QBasicMutex> s_mutex;
     static std::atomic<ListMutexLocker *> s_first; // read without the mutex only to see that there is none
 };
 
-QBasicMutex ActiveLockers::s_mutex;
+Mutex<LockRank::ActiveLockers, QBasicMutex> ActiveLockers::s_mutex;
 std::atomic<ListMutexLocker *> ActiveLockers::s_first{nullptr};
 
 ListMutexLocker::ListMutexLocker(const QString &name, QMutex *mutex, bool tryOnly)
@@ -102,6 +102,8 @@ ListMutexLocker::~ListMutexLocker()
 {
     if (!m_owns)
         return;
+    if constexpr (LockOrder::isChecked)
+        LockOrder::gives(m_mutex);
     m_mutex->unlock();
     ActiveLockers::remove(this);
     if (sDebugListLocks)
@@ -122,19 +124,28 @@ void ListMutexLocker::lock()
             .debug("%s (thread %d) blocked on %s (thread %d)", qUtf8Printable(name()), int(m_threadId),
                    qUtf8Printable(holder), int(holderThread));
     }
+    if constexpr (LockOrder::isChecked)
+        LockOrder::wants(LockRank::List, m_mutex, {m_label, &m_name});
     m_mutex->lock();
-    ActiveLockers::add(this);
+    noteLocked();
     m_locked = true;
     m_owns = true;
     if (sDebugListLocks)
         logger("ListMutexLocker::lock").debug("%s locked (thread %d)", qUtf8Printable(name()), int(m_threadId));
 }
 
+void ListMutexLocker::noteLocked()
+{
+    if constexpr (LockOrder::isChecked)
+        LockOrder::has(LockRank::List, m_mutex, {m_label, &m_name});
+    ActiveLockers::add(this);
+}
+
 void ListMutexLocker::tryLock()
 {
     if (!m_mutex->tryLock())
         return;
-    ActiveLockers::add(this);
+    noteLocked();
     if (sDebugListLocks)
         logger("ListMutexLocker::trylock").debug("%s trylocked (thread %d)", qUtf8Printable(name()), int(m_threadId));
     m_locked = true;

@@ -49,6 +49,7 @@ private:
     QString name() const;
     void lock();
     void tryLock();
+    void noteLocked();
 
     QString m_name;
     const char *m_label; // in place of m_name when the name is a literal

@@ -1,7 +1,5 @@
 #include <quire/tree/Queue.h>
 
-#include <QMutexLocker>
-
 #include <algorithm>
 #include <limits>
 #include <utility>
@@ -33,7 +31,7 @@ const qint32 threadedChunk = 20;
 const qint32 synchronousChunk = 100;
 const unsigned long longestWait = 100; // milliseconds
 
-QBasicMutex incrementMutex; // guards Queue::sLoadIncrement; a leaf
+Mutex<LockRank::LoadIncrement, QBasicMutex> incrementMutex; // guards Queue::sLoadIncrement; a leaf
 
 /// The same queue as what its stories are listed from, without asking the server for it.
 Orvex::IQueuePtr asList(const Orvex::IQueue2Ptr &queue)
@@ -45,13 +43,13 @@ Orvex::IQueuePtr asList(const Orvex::IQueue2Ptr &queue)
 
 int Queue::getLoadIncrement()
 {
-    const QMutexLocker guard(&incrementMutex);
+    const MutexLocker guard(incrementMutex);
     return sLoadIncrement;
 }
 
 void Queue::setLoadIncrement(int increment)
 {
-    const QMutexLocker guard(&incrementMutex);
+    const MutexLocker guard(incrementMutex);
     if (increment > 0)
         sLoadIncrement = increment;
 }
@@ -118,7 +116,7 @@ try {
 /// when none hangs.
 bool Queue::SwitchOffLater(const QDeadlineTimer &deadline)
 {
-    const QMutexLocker guard(&m_workerMutex);
+    const MutexLocker guard(m_workerMutex);
     bool later = false;
     for (const std::shared_ptr<QueueLoad> &load : m_outdatedLoads) {
         if (!load->waitForEnd(deadline) && load->switchOffWhenEnded(Name(), m_queueId))
@@ -201,7 +199,7 @@ void Queue::StartThread(const Orvex::IQueue2Ptr &queue)
         MarkStarted(load.get());
         outdated = TakeWorker();
         AbandonOutdated();
-        const QMutexLocker guard(&m_workerMutex);
+        const MutexLocker guard(m_workerMutex);
         if (worker->begin())
             m_loadThread = std::move(worker);
         else
@@ -301,7 +299,7 @@ void Queue::Completed()
 
 void Queue::MarkStarted(const QueueLoad *load)
 {
-    const QMutexLocker guard(&m_stateMutex);
+    const MutexLocker guard(m_stateMutex);
     m_lastLoad = load;
     m_complete = false;
 }
@@ -310,7 +308,7 @@ void Queue::MarkStarted(const QueueLoad *load)
 /// else says so.
 void Queue::MarkComplete(const QueueLoad *load)
 {
-    const QMutexLocker guard(&m_stateMutex);
+    const MutexLocker guard(m_stateMutex);
     if (!load || load == m_lastLoad)
         m_complete = true;
 }
@@ -318,7 +316,7 @@ void Queue::MarkComplete(const QueueLoad *load)
 bool Queue::IsComplete()
 {
     {
-        const QMutexLocker guard(&m_stateMutex);
+        const MutexLocker guard(m_stateMutex);
         if (!m_complete)
             return false;
     }
@@ -329,7 +327,7 @@ bool Queue::IsComplete()
 bool Queue::IsFinished()
 {
     const std::unique_ptr<QueueListThread> worker = TakeEndedWorker(0);
-    const QMutexLocker guard(&m_workerMutex);
+    const MutexLocker guard(m_workerMutex);
     return !m_loadThread;
 }
 
@@ -341,7 +339,7 @@ long Queue::GetError()
 /// The worker when it has ended, after waiting at most \a wait ms for that; a worker that runs stays where it is.
 std::unique_ptr<QueueListThread> Queue::TakeEndedWorker(unsigned long wait)
 {
-    const QMutexLocker guard(&m_workerMutex);
+    const MutexLocker guard(m_workerMutex);
     if (!m_loadThread || QThread::currentThread() == m_loadThread.get())
         return nullptr;
     if (!m_loadThread->isFinished() && (wait == 0 || !m_loadThread->wait(wait)))
@@ -355,7 +353,7 @@ void Queue::cancelQueueLoad(bool wait)
         AbandonLoad(longestWait);
         return;
     }
-    const QMutexLocker guard(&m_workerMutex);
+    const MutexLocker guard(m_workerMutex);
     if (m_loadThread)
         m_loadThread->load()->cancel();
 }
@@ -363,7 +361,7 @@ void Queue::cancelQueueLoad(bool wait)
 /// Takes the worker out of the queue; null when there is none. Its load goes on until it is abandoned.
 std::unique_ptr<QueueListThread> Queue::TakeWorker()
 {
-    const QMutexLocker guard(&m_workerMutex);
+    const MutexLocker guard(m_workerMutex);
     m_outdatedLoads.erase(std::remove_if(m_outdatedLoads.begin(), m_outdatedLoads.end(),
                                          [](const auto &candidate) { return candidate->hasEnded(); }),
                           m_outdatedLoads.end());
@@ -376,7 +374,7 @@ std::unique_ptr<QueueListThread> Queue::TakeWorker()
 /// Under the list's lock.
 void Queue::AbandonOutdated()
 {
-    const QMutexLocker guard(&m_workerMutex);
+    const MutexLocker guard(m_workerMutex);
     for (const std::shared_ptr<QueueLoad> &load : m_outdatedLoads)
         load->abandon();
 }

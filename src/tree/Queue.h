@@ -13,6 +13,7 @@
 
 #include <quire/orvex/Orvex.h>
 #include <quire/platform/Export.h>
+#include <quire/session/Mutex.h>
 #include <quire/session/StoryID.h>
 #include <quire/tree/Directory.h>
 
@@ -189,11 +190,11 @@ private:
     // Guarded by m_stateMutex, a leaf.
     const QueueLoad *m_lastLoad = nullptr; // the last threaded one, only ever compared
     bool m_complete = false;
-    QMutex m_stateMutex;
+    Mutex<LockRank::QueueState> m_stateMutex;
     // Guarded by m_workerMutex, which comes after the list's lock.
     std::unique_ptr<QueueListThread> m_loadThread;
     std::vector<std::shared_ptr<QueueLoad>> m_outdatedLoads; // of workers taken out; may not have ended
-    QMutex m_workerMutex;
+    Mutex<LockRank::Workers> m_workerMutex;
 };
 
 } // namespace Quire

@@ -1,7 +1,5 @@
 #include "QueueListThread.h"
 
-#include <QMutexLocker>
-
 #include <algorithm>
 #include <utility>
 #include <vector>
@@ -9,6 +7,7 @@
 #include "QueueLoad.h"
 #include "ServerCall.h"
 #include <quire/platform/Apartment.h>
+#include <quire/session/Mutex.h>
 
 namespace Quire {
 
@@ -62,10 +61,10 @@ bool QueueListThread::readChunks()
 int QueueListThread::retire(std::unique_ptr<QueueListThread> worker)
 {
     // Never destroyed: a worker that hangs until the process ends must not meet the end of its own thread object.
-    static QBasicMutex mutex;
+    static Mutex<LockRank::RetiredWorkers, QBasicMutex> mutex;
     static auto *const retired = new std::vector<std::unique_ptr<QueueListThread>>;
     std::vector<std::unique_ptr<QueueListThread>> ended; // destroyed without the mutex
-    const QMutexLocker lock(&mutex);
+    const MutexLocker lock(mutex);
     if (worker)
         retired->push_back(std::move(worker));
     const auto firstEnded = std::stable_partition(retired->begin(), retired->end(),

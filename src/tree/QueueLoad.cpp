@@ -1,7 +1,5 @@
 #include "QueueLoad.h"
 
-#include <QMutexLocker>
-
 #include <limits>
 #include <utility>
 
@@ -126,7 +124,7 @@ const QueueLoad *QueueLoad::completing()
 
 bool QueueLoad::switchOffWhenEnded(const QString &queueName, qint32 queueId)
 {
-    const QMutexLocker lock(&m_endMutex);
+    const MutexLocker lock(m_endMutex);
     if (m_ended)
         return false;
     m_switchOff = true;
@@ -138,7 +136,7 @@ bool QueueLoad::switchOffWhenEnded(const QString &queueName, qint32 queueId)
 void QueueLoad::end()
 try {
     {
-        const QMutexLocker lock(&m_endMutex);
+        const MutexLocker lock(m_endMutex);
         m_ended = true;
         m_end.wakeAll();
     }
@@ -155,9 +153,9 @@ bool QueueLoad::hasEnded() const
 
 bool QueueLoad::waitForEnd(const QDeadlineTimer &deadline) const
 {
-    const QMutexLocker lock(&m_endMutex);
+    const MutexLocker lock(m_endMutex);
     while (!m_ended && !deadline.hasExpired())
-        m_end.wait(&m_endMutex, deadline);
+        m_end.wait(&m_endMutex.native(), deadline);
     return m_ended;
 }
 

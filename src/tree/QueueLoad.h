@@ -12,6 +12,7 @@
 #include <memory>
 
 #include <quire/orvex/Orvex.h>
+#include <quire/session/Mutex.h>
 
 namespace Quire {
 
@@ -68,7 +69,7 @@ private:
     Queue *m_queue; // guarded by m_listMutex; null once abandoned
 
     // Guarded by m_endMutex, a leaf.
-    mutable QMutex m_endMutex;
+    mutable Mutex<LockRank::LoadEnd> m_endMutex;
     mutable QWaitCondition m_end;
     bool m_ended = false;
     bool m_switchOff = false;

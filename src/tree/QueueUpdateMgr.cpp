@@ -1,6 +1,5 @@
 #include <quire/tree/QueueUpdateMgr.h>
 
-#include <QMutexLocker>
 #include <QThread>
 
 #include <algorithm>
@@ -48,12 +47,12 @@ public:
         , m_queueId(queueId)
         , m_thread(QThread::currentThreadId())
     {
-        const QMutexLocker state(&m_manager.m_stateMutex);
+        const MutexLocker state(m_manager.m_stateMutex);
         m_manager.m_beginnings.push_back(this);
     }
     ~Beginning()
     {
-        const QMutexLocker state(&m_manager.m_stateMutex);
+        const MutexLocker state(m_manager.m_stateMutex);
         m_manager.m_beginnings.pop_back(); // they are nested: the manager's mutex is held
     }
     Beginning(const Beginning &) = delete;
@@ -78,7 +77,7 @@ QueueUpdateMgr::QueueUpdateMgr() = default;
 
 QueueUpdateMgr::~QueueUpdateMgr()
 {
-    const QMutexLocker state(&m_stateMutex);
+    const MutexLocker state(m_stateMutex);
     m_watchedQueues.clear();
     m_pendingQueues.clear();
 }
@@ -119,7 +118,7 @@ void QueueUpdateMgr::pBeginQueueUpdates(Queue *queue)
 {
     const std::shared_ptr<WorkerPresence> presence = queue->m_presence;
     const qint32 queueId = queue->m_queueId;
-    std::unique_lock<QRecursiveMutex> lock(m_mutex, std::defer_lock);
+    std::unique_lock<decltype(m_mutex)> lock(m_mutex, std::defer_lock);
     {
         // Who has the mutex may be waiting for the server, and the queue may go meanwhile.
         const WorkerPresence::Outside outside(presence);
@@ -129,7 +128,7 @@ void QueueUpdateMgr::pBeginQueueUpdates(Queue *queue)
         return;
     Beginning beginning(*this, queueId);
     queue->SetUpdate(true);
-    const QMutexLocker state(&m_stateMutex);
+    const MutexLocker state(m_stateMutex);
     if (presence->isClosed())
         return; // the queue has gone while the server was asked; its load switches the reports off again
     removeOne(m_pendingQueues, queueId);
@@ -140,7 +139,7 @@ void QueueUpdateMgr::pBeginQueueUpdates(Queue *queue)
 
 void QueueUpdateMgr::pEndQueueUpdates(Queue *queue)
 {
-    const QMutexLocker lock(&m_mutex);
+    const MutexLocker lock(m_mutex);
     const qint32 queueId = queue->m_queueId;
     try {
         queue->SetUpdate(false);
@@ -153,7 +152,7 @@ void QueueUpdateMgr::pEndQueueUpdates(Queue *queue)
 
 void QueueUpdateMgr::pUpdate(qint32 queueId)
 {
-    const QMutexLocker state(&m_stateMutex);
+    const MutexLocker state(m_stateMutex);
     if (contains(m_watchedQueues, queueId))
         addOnce(m_pendingQueues, queueId);
     for (Beginning *const beginning : m_beginnings)
@@ -162,23 +161,23 @@ void QueueUpdateMgr::pUpdate(qint32 queueId)
 
 bool QueueUpdateMgr::pNeedsRefresh(Queue *queue, bool clear)
 {
-    const QMutexLocker state(&m_stateMutex);
+    const MutexLocker state(m_stateMutex);
     const qint32 queueId = queue->m_queueId;
     return clear ? removeOne(m_pendingQueues, queueId) : contains(m_pendingQueues, queueId);
 }
 
 void QueueUpdateMgr::pForget(qint32 queueId)
 {
-    const QMutexLocker state(&m_stateMutex);
+    const MutexLocker state(m_stateMutex);
     removeOne(m_watchedQueues, queueId);
     removeOne(m_pendingQueues, queueId);
 }
 
 void QueueUpdateMgr::pSwitchOffUnlessWatched(const QString &queueName, qint32 queueId)
 {
-    const QMutexLocker lock(&m_mutex);
+    const MutexLocker lock(m_mutex);
     {
-        const QMutexLocker state(&m_stateMutex);
+        const MutexLocker state(m_stateMutex);
         if (contains(m_watchedQueues, queueId))
             return;
     }

@@ -3,13 +3,13 @@
 /// \file
 /// Which queues have changed on the server.
 
-#include <QMutex>
 #include <QObject>
 #include <QString>
 
 #include <vector>
 
 #include <quire/platform/Export.h>
+#include <quire/session/Mutex.h>
 
 namespace Quire {
 
@@ -61,12 +61,12 @@ private:
 
     static QueueUpdateMgr sManager;
 
-    QRecursiveMutex m_mutex; // held while the server is asked to report or not
+    Mutex<LockRank::UpdateManager, QRecursiveMutex> m_mutex; // held while the server is asked to report or not
     // Guarded by m_stateMutex, a leaf.
     std::vector<qint32> m_watchedQueues;
     std::vector<qint32> m_pendingQueues;
     std::vector<Beginning *> m_beginnings; // queues that are about to be watched
-    QMutex m_stateMutex;
+    Mutex<LockRank::UpdateState> m_stateMutex;
 };
 
 } // namespace Quire

@@ -1,7 +1,5 @@
 #include "WorkerPresence.h"
 
-#include <QMutexLocker>
-
 #include <utility>
 
 namespace Quire {
@@ -15,7 +13,7 @@ thread_local const WorkerPresence *currentPresence = nullptr;
 
 void WorkerPresence::enter()
 {
-    const QMutexLocker lock(&m_mutex);
+    const MutexLocker lock(m_mutex);
     ++m_inside;
     currentPresence = this;
 }
@@ -24,7 +22,7 @@ void WorkerPresence::leave()
 {
     if (!isInside())
         return;
-    const QMutexLocker lock(&m_mutex);
+    const MutexLocker lock(m_mutex);
     --m_inside;
     currentPresence = nullptr;
     m_left.wakeAll();
@@ -37,22 +35,22 @@ bool WorkerPresence::isInside() const
 
 void WorkerPresence::close()
 {
-    const QMutexLocker lock(&m_mutex);
+    const MutexLocker lock(m_mutex);
     m_closed = true;
     const int own = isInside() ? 1 : 0;
     while (m_inside > own)
-        m_left.wait(&m_mutex);
+        m_left.wait(&m_mutex.native());
 }
 
 bool WorkerPresence::isClosed() const
 {
-    const QMutexLocker lock(&m_mutex);
+    const MutexLocker lock(m_mutex);
     return m_closed;
 }
 
 bool WorkerPresence::enterAgain()
 {
-    const QMutexLocker lock(&m_mutex);
+    const MutexLocker lock(m_mutex);
     if (m_closed)
         return false;
     ++m_inside;

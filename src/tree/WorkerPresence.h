@@ -3,10 +3,11 @@
 /// \file
 /// Whether a worker is inside a queue. Not part of the public surface.
 
-#include <QMutex>
 #include <QWaitCondition>
 
 #include <memory>
+
+#include <quire/session/Mutex.h>
 
 namespace Quire {
 
@@ -46,7 +47,7 @@ public:
 private:
     bool enterAgain();
 
-    mutable QMutex m_mutex;
+    mutable Mutex<LockRank::WorkersInside> m_mutex;
     QWaitCondition m_left;
     int m_inside = 0;      // guarded by m_mutex
     bool m_closed = false; // guarded by m_mutex

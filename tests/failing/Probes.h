@@ -10,16 +10,16 @@ namespace Quire {
 /// The searcher's mutexes, and its end.
 struct SearchProbe
 {
-    static QMutex &mutex() { return Search::TheSearcher->m_Mutex; }
-    static QMutex &listsMutex() { return Search::TheSearcher->m_ListsMutex; }
+    static QMutex &mutex() { return Search::TheSearcher->m_Mutex.native(); }
+    static QMutex &listsMutex() { return Search::TheSearcher->m_ListsMutex.native(); }
     static void destroy() { delete Search::TheSearcher; }
 };
 
 /// The update manager's mutexes, and what it watches.
 struct QueueUpdateMgrProbe
 {
-    static QRecursiveMutex &mutex() { return QueueUpdateMgr::sManager.m_mutex; }
-    static QMutex &stateMutex() { return QueueUpdateMgr::sManager.m_stateMutex; }
+    static QRecursiveMutex &mutex() { return QueueUpdateMgr::sManager.m_mutex.native(); }
+    static QMutex &stateMutex() { return QueueUpdateMgr::sManager.m_stateMutex.native(); }
     static std::size_t watched()
     {
         const QMutexLocker guard(&stateMutex());

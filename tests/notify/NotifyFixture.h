@@ -28,7 +28,7 @@ struct SearchProbe
     static int index(long id) { return searcher()->GetSearchListIndex(id); }
     static int index(const SearchList *list) { return searcher()->GetSearchListIndex(list); }
     static int count() { return static_cast<int>(searcher()->m_Lists.size()); }
-    static QMutex &mutex() { return searcher()->m_Mutex; }
+    static QMutex &mutex() { return searcher()->m_Mutex.native(); }
     static Search *searcher() { return Search::GetSearcher(); }
     /// As if there had never been a searcher.
     static void destroy()

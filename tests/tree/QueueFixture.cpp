@@ -36,19 +36,19 @@ namespace Quire {
 
 bool QueueProbe::hasWorker(Queue &queue)
 {
-    const QMutexLocker guard(&queue.m_workerMutex);
+    const MutexLocker guard(queue.m_workerMutex);
     return queue.m_loadThread != nullptr;
 }
 
 std::vector<qint32> QueueUpdateMgrProbe::watched()
 {
-    const QMutexLocker guard(&QueueUpdateMgr::sManager.m_stateMutex);
+    const MutexLocker guard(QueueUpdateMgr::sManager.m_stateMutex);
     return QueueUpdateMgr::sManager.m_watchedQueues;
 }
 
 std::vector<qint32> QueueUpdateMgrProbe::pending()
 {
-    const QMutexLocker guard(&QueueUpdateMgr::sManager.m_stateMutex);
+    const MutexLocker guard(QueueUpdateMgr::sManager.m_stateMutex);
     return QueueUpdateMgr::sManager.m_pendingQueues;
 }
 
