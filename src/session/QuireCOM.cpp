@@ -7,6 +7,7 @@
 #include <new>
 
 #include <quire/platform/Bstr.h>
+#include <quire/platform/Secret.h>
 #include <quire/session/DispatchCache.h>
 #include <quire/session/QuireCOMMutex.h>
 
@@ -69,6 +70,7 @@ QuireCOM::~QuireCOM()
     } catch (...) {
         // A server that raises while signing off is as good as gone.
     }
+    SetConnectInfo(QString(), QString(), QString()); // also when the server has ended the connection by itself
     {
         // A call of a queue that is gone may have hung until now, and its worker look for the session under this lock.
         const QuireCOMMutex lock;
@@ -88,7 +90,7 @@ QuireCOM::QuireCOM(const QuireCOM &other)
     const MutexLocker guard(other.m_connectInfoMutex);
     m_server = other.m_server;
     m_user = other.m_user;
-    m_password = other.m_password;
+    m_password = Platform::copyOfSecret(other.m_password);
 }
 
 QuireCOM &QuireCOM::operator=(const QuireCOM &other)
@@ -175,7 +177,7 @@ long QuireCOM::Connect(const QString &server, const QString &user, const QString
 
 long QuireCOM::SignOn(const QString &server, const QString &user, const QString &password, LONG option)
 {
-    const Platform::Bstr passwordText(password);
+    const Platform::SecretBstr passwordText(password);
     const Platform::Bstr serverText(server);
     const QuireCOMMutex lock("QuireCOM::Connect");
     const Platform::Bstr userText(user);
@@ -237,7 +239,8 @@ void QuireCOM::SetConnectInfo(const QString &server, const QString &user, const 
     const MutexLocker guard(m_connectInfoMutex);
     m_server = server;
     m_user = user;
-    m_password = password;
+    Platform::forget(m_password);
+    m_password = Platform::copyOfSecret(password);
 }
 
 void QuireCOM::CopyConnectInfo(QString &server, QString &user, QString &password) const

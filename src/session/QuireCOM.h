@@ -20,6 +20,12 @@ namespace Quire {
 
 class DispatchCache;
 
+/// Stands for QuireCOM::m_ComMutex in clang's thread-safety analysis, which knows no QMutex.
+class QUIRE_CAPABILITY("server access lock") ServerAccess
+{};
+/// The one access lock.
+inline constexpr ServerAccess serverAccess{};
+
 /// The one session with the newsroom server: it creates the server's sign-on object and drives it, keeps who is signed
 /// on where, the handles of opened server objects, and two system values.
 ///
@@ -33,6 +39,11 @@ class DispatchCache;
 ///   for the connection first can meet that: Search, StopSearch and GetConnectionPoint.
 /// - HRESULTs, identifiers and sizes are 32-bit numbers whatever the width of `long`.
 /// - Handles are returned with a reference of their own.
+///
+/// The password is written to no log, label, error text or file. It lies in memory as one copy of the session's own
+/// from a successful Connect until Disconnect, the next Connect or the end of the session, which overwrite it, and for
+/// the time of the server's Connect as a BSTR, overwritten before it is freed. What the host passes in and what it gets
+/// by GetConnectInfo is the host's: while it keeps such a text the characters stay where they are.
 class QUIRE_EXPORT QuireCOM
 {
 public:
@@ -79,7 +90,7 @@ public:
     static QAtomicInteger<quint32> m_LockThreadID;
     /// Name of the lock object that acquired the mutex last, kept only while debugging is on. Read it only while
     /// holding the lock.
-    static QString m_LockStr;
+    static QString m_LockStr QUIRE_GUARDED_BY(serverAccess);
 
     /// \}
     /// \name Copies
@@ -240,11 +251,11 @@ private:
     HRESULT m_comError;
     Orvex::ISignon4Ptr m_signon;
     std::shared_ptr<DispatchCache> m_cache;
-    // Guarded by m_connectInfoMutex, a leaf: nothing is called while it is held.
-    QString m_server;
-    QString m_user;
-    QString m_password;
+    // A leaf: nothing is called while it is held.
     mutable Mutex<LockRank::ConnectInfo> m_connectInfoMutex;
+    QString m_server QUIRE_GUARDED_BY(m_connectInfoMutex);
+    QString m_user QUIRE_GUARDED_BY(m_connectInfoMutex);
+    QString m_password QUIRE_GUARDED_BY(m_connectInfoMutex);
 };
 
 /// Frees a buffer that QuireCOM::LoadBlob or QuireCOM::LoadUserBlob returned; null does nothing. The library allocated
