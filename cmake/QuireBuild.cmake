@@ -30,7 +30,8 @@ endif()
 
 # quire_target(TARGET): the warnings and the Qt rules that all targets share.
 function(quire_target target)
-    target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror)
+    target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror
+                                             $<$<CXX_COMPILER_ID:Clang>:-Wthread-safety>)
     if(WIN32)
         # The 64-bit COM headers of MinGW-w64 are not clean under -Wpedantic.
         target_compile_definitions(${target} PRIVATE UNICODE _UNICODE NOMINMAX WIN32_LEAN_AND_MEAN)

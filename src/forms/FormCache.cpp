@@ -2,18 +2,11 @@
 
 #include <utility>
 
-#include <quire/session/Mutex.h>
 #include <quire/session/QuireCOM.h>
 
 namespace Quire {
 
-namespace {
-
-/// Guards the forms of all caches. Held for looking them up and for changing them, never across anything else.
-Mutex<LockRank::Forms> formsMutex;
-
-} // namespace
-
+Mutex<LockRank::Forms> FormCache::sMutex;
 FormCache FormCache::sFormCache;
 
 FormCache::FormCache() = default;
@@ -41,6 +34,7 @@ FormCache &FormCache::operator=(FormCache &&other) noexcept
 FormCache::~FormCache() = default;
 
 // The name comes by value, as hosts know the operation.
+// cppcheck-suppress passedByValue
 FormData *FormCache::getForm(QString name) // NOLINT(performance-unnecessary-value-param)
 {
     if (FormData *form = sFormCache.findForm(name))
@@ -56,7 +50,7 @@ void FormCache::Clear()
 
 FormData *FormCache::findForm(const QString &name)
 {
-    const MutexLocker locker(formsMutex);
+    const MutexLocker locker(sMutex);
     const auto found = m_Forms.find(name);
     return found == m_Forms.end() ? nullptr : &found->second;
 }
@@ -71,19 +65,19 @@ void FormCache::addForm(const QString &name)
     if (text.isEmpty())
         return;
     FormData form(name, text);
-    const MutexLocker locker(formsMutex);
+    const MutexLocker locker(sMutex);
     m_Forms.emplace(name, std::move(form)); // unless another thread was faster
 }
 
 FormCache::Forms FormCache::forms() const
 {
-    const MutexLocker locker(formsMutex);
+    const MutexLocker locker(sMutex);
     return m_Forms;
 }
 
 FormCache::Forms FormCache::exchangeForms(Forms forms) noexcept
 {
-    const MutexLocker locker(formsMutex);
+    const MutexLocker locker(sMutex);
     m_Forms.swap(forms);
     return forms;
 }

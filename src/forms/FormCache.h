@@ -9,6 +9,7 @@
 
 #include <quire/forms/FormData.h>
 #include <quire/platform/Export.h>
+#include <quire/session/Mutex.h>
 
 namespace Quire {
 
@@ -50,7 +51,8 @@ private:
     Forms forms() const;
     Forms exchangeForms(Forms forms) noexcept;
 
-    Forms m_Forms; // by name
+    static Mutex<LockRank::Forms> sMutex;   // of the forms of all caches; a leaf
+    Forms m_Forms QUIRE_GUARDED_BY(sMutex); // by name
 };
 
 } // namespace Quire

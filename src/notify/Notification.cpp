@@ -129,18 +129,22 @@ void Notification::Disconnect()
 {
     IConnectionPointPtr point;
     IConnectionPointPtr point2;
+    DWORD cookie = 0;
+    DWORD cookie2 = 0;
     bool advised = false;
     bool advised2 = false;
     {
         const MutexLocker guard(m_Mutex);
+        cookie = m_Cookie;
+        cookie2 = m_Cookie2;
         m_Ended = true;
         std::swap(point, m_ConnPoint);
         std::swap(point2, m_ConnPoint2);
         std::swap(advised, m_Advised);
         std::swap(advised2, m_Advised2);
     }
-    unadvise(point, advised, m_Cookie);
-    unadvise(point2, advised2, m_Cookie2);
+    unadvise(point, advised, cookie);
+    unadvise(point2, advised2, cookie2);
 }
 
 // ---- the object -----------------------------------------------------------------------------------------------------

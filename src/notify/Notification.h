@@ -76,7 +76,7 @@ private:
     Notification();
     ~Notification();
 
-    void Connect();
+    void Connect() QUIRE_NO_THREAD_SAFETY_ANALYSIS; // hands its members to Advise, which takes the mutex
     bool Advise(IConnectionPointContainer &container, REFIID iid, IConnectionPointPtr &point, DWORD &cookie,
                 bool &advised);
     void Disconnect();
@@ -88,22 +88,21 @@ private:
     static void AddHits(Search &searcher, LONG searchId, const RecordArray<Orvex::SearchHit> &hits);
 
     static Mutex<LockRank::Notices, QBasicMutex> sMutex;
-    static Notification *sNotification; // guarded by sMutex; the one reference that counts is held here
+    static Notification *sNotification QUIRE_GUARDED_BY(sMutex); // the one reference that counts is held here
 
     std::atomic<ULONG> m_RefCount{0};
-    // Guarded by m_Mutex, a leaf: nothing is called while it is held.
-    DWORD m_Cookie = 0;
-    DWORD m_Cookie2 = 0;
-    IConnectionPointPtr m_ConnPoint;
-    IConnectionPointPtr m_ConnPoint2;
-    bool m_Advised = false;
-    bool m_Advised2 = false;
+    Mutex<LockRank::Connections> m_Mutex; // a leaf: nothing is called while it is held
+    DWORD m_Cookie QUIRE_GUARDED_BY(m_Mutex) = 0;
+    DWORD m_Cookie2 QUIRE_GUARDED_BY(m_Mutex) = 0;
+    IConnectionPointPtr m_ConnPoint QUIRE_GUARDED_BY(m_Mutex);
+    IConnectionPointPtr m_ConnPoint2 QUIRE_GUARDED_BY(m_Mutex);
+    bool m_Advised QUIRE_GUARDED_BY(m_Mutex) = false;
+    bool m_Advised2 QUIRE_GUARDED_BY(m_Mutex) = false;
     // Free: each by itself.
     std::atomic<SearchResultsCallback> m_SearchCB{nullptr};
     std::atomic<QueueUpdateCallback> m_QueueCB{nullptr};
     std::atomic<LogoutCallback> m_LogoutCB{nullptr};
     std::atomic<bool> m_Ended{false}; // set under m_Mutex
-    Mutex<LockRank::Connections> m_Mutex;
 };
 
 /// Starts the notices of the server: connects to the session that there is now, and has each notice told to the

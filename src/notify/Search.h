@@ -95,24 +95,24 @@ private:
     void RemoveSearch(SearchList *list);
     /// Marks the search as done when it was running and searches can work. True when it did: then the server must be
     /// told to stop it, after m_Mutex is released, since it may answer with an event that waits for that mutex.
-    bool _StopSearch(long id);
-    bool _StopSearch(SearchList *list);
+    bool _StopSearch(long id) QUIRE_REQUIRES(m_Mutex);
+    bool _StopSearch(SearchList *list) QUIRE_REQUIRES(m_Mutex);
     /// Index in m_Lists of the first list with that number, or of that list; -1 when there is none.
     int GetSearchListIndex(long id) const;
     int GetSearchListIndex(const SearchList *list) const;
 
     SearchList *Find(long id) const;
-    SearchList *FindForEvent(long id);
-    std::unique_ptr<SearchList> Take(int index);
+    SearchList *FindForEvent(long id) QUIRE_REQUIRES(m_Mutex);
+    std::unique_ptr<SearchList> Take(int index) QUIRE_REQUIRES(m_Mutex);
     SearchList *Add(quint64 start, qint32 id, const QString &text);
 
     std::atomic<bool> m_CanSearch{false};
     Mutex<LockRank::Searcher> m_Mutex;
-    // In start order. Changed under both mutexes, read under either: who holds a list's lock may take m_ListsMutex but
-    // not wait for m_Mutex, under which the lock of a list is waited for.
+    mutable Mutex<LockRank::SearcherLists> m_ListsMutex; // a leaf: nothing is called while it is held
+    // In start order. Changed under both mutexes, read under either, which the analysis cannot express: who holds a
+    // list's lock may take m_ListsMutex but not wait for m_Mutex, under which the lock of a list is waited for.
     std::vector<std::unique_ptr<SearchList>> m_Lists;
-    std::unique_ptr<StartingSearches> m_Starting;        // guarded in the same way
-    mutable Mutex<LockRank::SearcherLists> m_ListsMutex; // nothing is called while it is held
+    const std::unique_ptr<StartingSearches> m_Starting QUIRE_GUARDED_BY(m_ListsMutex);
 };
 
 } // namespace Quire

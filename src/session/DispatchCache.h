@@ -54,9 +54,9 @@ private:
     using Entry = std::shared_ptr<const DispatchWrapper>;
     using Stories = QHash<qint32, Entry>;
 
-    QMap<QString, Entry> m_directories; // guarded by m_mutex
-    QMap<QString, Stories> m_stories;   // guarded by m_mutex
     mutable Mutex<LockRank::HandleCache> m_mutex;
+    QMap<QString, Entry> m_directories QUIRE_GUARDED_BY(m_mutex);
+    QMap<QString, Stories> m_stories QUIRE_GUARDED_BY(m_mutex);
 };
 
 } // namespace Quire

@@ -29,30 +29,30 @@ namespace Quire {
 ///
 /// Objects live on the stack of the thread that works; none is shared. A name given as a literal is kept by address and
 /// costs nothing while debugging is off. Names in 8 bits are UTF-8.
-class QUIRE_EXPORT QuireCOMMutex
+class QUIRE_EXPORT QUIRE_SCOPED_CAPABILITY QuireCOMMutex
 {
 public:
     /// Turns on the lines described above. Nothing in the library sets it; set it before other threads use the lock.
     static bool sMutexDebugging;
 
     /// Takes the lock under \a name.
-    QuireCOMMutex(QString name);
+    QuireCOMMutex(QString name) QUIRE_ACQUIRE(serverAccess);
     /// Takes the lock under the literal \a label, which must outlive the object.
     template<std::size_t Size>
-    QuireCOMMutex(const char (&label)[Size])
+    QuireCOMMutex(const char (&label)[Size]) QUIRE_ACQUIRE(serverAccess)
         : m_label(label)
     {
         threadlock();
     }
     /// Takes the lock under the text in \a buffer, which is copied.
     template<std::size_t Size>
-    QuireCOMMutex(char (&buffer)[Size])
+    QuireCOMMutex(char (&buffer)[Size]) QUIRE_ACQUIRE(serverAccess)
         : QuireCOMMutex(QString::fromUtf8(buffer))
     {}
     /// Takes the lock without a name: its release writes no line.
-    QuireCOMMutex();
+    QuireCOMMutex() QUIRE_ACQUIRE(serverAccess);
     /// Releases the lock if this object acquired it.
-    ~QuireCOMMutex()
+    ~QuireCOMMutex() QUIRE_RELEASE()
     {
         if (m_owns)
             unlock();
@@ -63,7 +63,7 @@ private:
     friend struct QuireCOMMutexProbe; // the tests look at the workers below
 
     /// Acquires the mutex and records this thread as its holder.
-    void lock();
+    void lock() QUIRE_NO_THREAD_SAFETY_ANALYSIS; // which knows no QMutex
     /// One attempt on the mutex without waiting; records no holder and does not make this object the owner.
     bool tryLock();
     /// Forgets the holder and releases the mutex.
@@ -84,7 +84,7 @@ private:
     bool threadlocked() { return QuireCOM::m_LockThreadID.loadRelaxed() == GetCurrentThreadId(); }
 
     QString name() const;
-    void traceLocked(const QTime &start);
+    void traceLocked(const QTime &start) QUIRE_REQUIRES(serverAccess);
     void traceUnlocked() const;
 
     bool m_owns = false;

@@ -13,10 +13,9 @@
 
 #include <quire/platform/Export.h>
 #include <quire/tree/Item.h>
+#include <quire/tree/ListMutexLocker.h>
 
 namespace Quire {
-
-class ListMutexLocker;
 
 /// The one container through which the host sees what the server has: the entries of a directory, the stories of a
 /// queue, the hits of a search.
@@ -62,7 +61,7 @@ public:
     /// As Size, without taking the lock: the number at this moment when another thread adds items.
     virtual int u_Size();
     /// As Nth, without taking the lock.
-    virtual Item *u_Nth(int index);
+    virtual Item *u_Nth(int index) QUIRE_NO_THREAD_SAFETY_ANALYSIS; // the caller holds the lock
     /// Whether the list has changed since the flag was last cleared; with \a reset clears it. True for a new list.
     virtual bool HasChanged(bool reset);
     /// Sets the change flag.
@@ -80,26 +79,27 @@ protected:
     /// About \a count items are going to be appended: room for them is made at once when it is needed. Needs no lock.
     void u_Expect(int count) { m_expected = count; }
     /// Moves \a item to the end. Under the caller's lock.
-    void u_Append(Item &&item);
+    void u_Append(Item &&item) QUIRE_NO_THREAD_SAFETY_ANALYSIS; // as above; a load knows the mutex as its own
     /// Sets the change flag. Needs no lock.
     void u_SetChanged() { m_changed = true; }
     /// The list's lock, for a ListMutexLocker of a derived class.
-    const std::shared_ptr<QMutex> &listMutex() const { return m_mutex; }
+    const std::shared_ptr<ListMutex> &listMutex() const { return m_mutex; }
 
 private:
     Q_DISABLE_COPY(ItemList)
 
-    void hold(std::unique_ptr<ListMutexLocker> locker);
+    void hold(std::unique_ptr<ListMutexLocker> locker) QUIRE_NO_THREAD_SAFETY_ANALYSIS; // the locker has the mutex
 
-    const std::shared_ptr<QMutex> m_mutex = std::make_shared<QMutex>(); // shared with workers that outlive the list
-    std::atomic<ListMutexLocker *> m_heldLocker{nullptr};               // owned; written only by who holds the mutex
+    const std::shared_ptr<ListMutex> m_mutex =
+        std::make_shared<ListMutex>();                    // shared with workers that outlive the list
+    std::atomic<ListMutexLocker *> m_heldLocker{nullptr}; // owned; written only by who holds the mutex
     qint32 m_id = 0;
     QString m_name;
-    std::vector<Item> m_items;  // guarded by m_mutex
+    std::vector<Item> m_items QUIRE_GUARDED_BY(*m_mutex);
     std::atomic<int> m_size{0}; // of m_items; written under m_mutex
     std::atomic<int> m_expected{0};
     std::atomic<bool> m_changed{true};
-    std::vector<std::unique_ptr<ListMutexLocker>> m_forgottenLockers; // guarded by m_mutex
+    std::vector<std::unique_ptr<ListMutexLocker>> m_forgottenLockers QUIRE_GUARDED_BY(*m_mutex);
 };
 
 } // namespace Quire

@@ -10,15 +10,20 @@
 #include <cstddef>
 
 #include <quire/platform/Export.h>
+#include <quire/platform/ThreadSafety.h>
 
 namespace Quire {
+
+/// The mutex of an item list, which only a ListMutexLocker takes.
+class QUIRE_CAPABILITY("list lock") ListMutex : public QMutex
+{};
 
 /// Holds the mutex of one item list while it lives, and makes it re-entrant: a thread that holds a list's mutex through
 /// one record may make more of them for the same list, which acquire nothing.
 ///
 /// Records are destroyed by the thread that made them, innermost first, and must not outlive the list. The name says
 /// what is about to be done with the list; it shows only in the lines that sDebugListLocks turns on.
-class QUIRE_EXPORT ListMutexLocker
+class QUIRE_EXPORT QUIRE_SCOPED_CAPABILITY ListMutexLocker
 {
 public:
     /// Writes a line to the debug log, with "quireDir" as the source file, whenever a list's mutex is acquired, waited
@@ -31,10 +36,15 @@ public:
     ListMutexLocker(const char (&name)[Size], QMutex *mutex, bool tryOnly = false)
         : ListMutexLocker(QString(), name, mutex, tryOnly)
     {}
+    /// The same for the mutex of a list.
+    template<std::size_t Size>
+    ListMutexLocker(const char (&name)[Size], ListMutex *mutex, bool tryOnly = false) QUIRE_ACQUIRE(mutex)
+        : ListMutexLocker(QString(), name, mutex, tryOnly)
+    {}
     /// The same under a name of any kind.
     ListMutexLocker(const QString &name, QMutex *mutex, bool tryOnly = false);
     /// Releases the mutex if this record acquired it.
-    ~ListMutexLocker();
+    ~ListMutexLocker() QUIRE_RELEASE();
 
     /// True when this thread holds the mutex, through this record or an earlier one.
     bool IsLocked() const { return m_locked; }

@@ -187,14 +187,13 @@ private:
     std::atomic<qint32> m_loadLimit{0};
     std::atomic<bool> m_moreAvailable{false};
     std::atomic<qint32> m_loadError{0};
-    // Guarded by m_stateMutex, a leaf.
-    const QueueLoad *m_lastLoad = nullptr; // the last threaded one, only ever compared
-    bool m_complete = false;
-    Mutex<LockRank::QueueState> m_stateMutex;
-    // Guarded by m_workerMutex, which comes after the list's lock.
-    std::unique_ptr<QueueListThread> m_loadThread;
-    std::vector<std::shared_ptr<QueueLoad>> m_outdatedLoads; // of workers taken out; may not have ended
-    Mutex<LockRank::Workers> m_workerMutex;
+    Mutex<LockRank::QueueState> m_stateMutex;                             // a leaf
+    const QueueLoad *m_lastLoad QUIRE_GUARDED_BY(m_stateMutex) = nullptr; // the last threaded one, only ever compared
+    bool m_complete QUIRE_GUARDED_BY(m_stateMutex) = false;
+    Mutex<LockRank::Workers> m_workerMutex; // comes after the list's lock
+    std::unique_ptr<QueueListThread> m_loadThread QUIRE_GUARDED_BY(m_workerMutex);
+    // Of workers taken out; they may not have ended.
+    std::vector<std::shared_ptr<QueueLoad>> m_outdatedLoads QUIRE_GUARDED_BY(m_workerMutex);
 };
 
 } // namespace Quire

@@ -135,13 +135,19 @@ bool QueueLoad::switchOffWhenEnded(const QString &queueName, qint32 queueId)
 
 void QueueLoad::end()
 try {
+    bool switchOff = false;
+    QString queueName;
+    qint32 queueId = 0;
     {
         const MutexLocker lock(m_endMutex);
         m_ended = true;
         m_end.wakeAll();
+        switchOff = m_switchOff;
+        queueName = m_queueName;
+        queueId = m_queueId;
     }
-    if (m_switchOff)
-        QueueUpdateMgr::SwitchOffUnlessWatched(m_queueName, m_queueId);
+    if (switchOff)
+        QueueUpdateMgr::SwitchOffUnlessWatched(queueName, queueId);
 } catch (...) {
     // The queue is gone, and with it whoever would be told.
 }

@@ -13,6 +13,7 @@
 
 #include <quire/orvex/Orvex.h>
 #include <quire/session/Mutex.h>
+#include <quire/tree/ListMutexLocker.h>
 
 namespace Quire {
 
@@ -60,21 +61,20 @@ private:
     bool append(const IDispatchPtr &handle);
 
     // Constant after construction.
-    const std::shared_ptr<QMutex> m_listMutex;
+    const std::shared_ptr<ListMutex> m_listMutex;
     const std::shared_ptr<WorkerPresence> m_presence;
     const qint32 m_chunkSize;
     const qint32 m_limit;
 
     std::atomic<bool> m_cancelled{false};
-    Queue *m_queue; // guarded by m_listMutex; null once abandoned
+    Queue *m_queue QUIRE_GUARDED_BY(*m_listMutex); // null once abandoned
 
-    // Guarded by m_endMutex, a leaf.
-    mutable Mutex<LockRank::LoadEnd> m_endMutex;
+    mutable Mutex<LockRank::LoadEnd> m_endMutex; // a leaf
     mutable QWaitCondition m_end;
-    bool m_ended = false;
-    bool m_switchOff = false;
-    QString m_queueName;
-    qint32 m_queueId = 0;
+    bool m_ended QUIRE_GUARDED_BY(m_endMutex) = false;
+    bool m_switchOff QUIRE_GUARDED_BY(m_endMutex) = false;
+    QString m_queueName QUIRE_GUARDED_BY(m_endMutex);
+    qint32 m_queueId QUIRE_GUARDED_BY(m_endMutex) = 0;
 };
 
 } // namespace Quire

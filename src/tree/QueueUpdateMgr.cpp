@@ -4,7 +4,8 @@
 
 #include <algorithm>
 #include <memory>
-#include <mutex>
+#include <optional>
+#include <utility>
 
 #include "WorkerPresence.h"
 #include <quire/tree/Queue.h>
@@ -118,12 +119,10 @@ void QueueUpdateMgr::pBeginQueueUpdates(Queue *queue)
 {
     const std::shared_ptr<WorkerPresence> presence = queue->m_presence;
     const qint32 queueId = queue->m_queueId;
-    std::unique_lock<decltype(m_mutex)> lock(m_mutex, std::defer_lock);
-    {
-        // Who has the mutex may be waiting for the server, and the queue may go meanwhile.
-        const WorkerPresence::Outside outside(presence);
-        lock.lock();
-    }
+    // Who has the mutex may be waiting for the server, and the queue may go meanwhile.
+    std::optional<WorkerPresence::Outside> outside(std::in_place, presence);
+    const MutexLocker lock(m_mutex);
+    outside.reset();
     if (presence->isClosed())
         return;
     Beginning beginning(*this, queueId);

@@ -10,6 +10,7 @@
 
 #include <quire/platform/Export.h>
 #include <quire/session/Mutex.h>
+#include <quire/session/QuireCOM.h>
 
 namespace Quire {
 
@@ -29,9 +30,9 @@ class QUIRE_EXPORT QueueUpdateMgr : public QObject
 public:
     /// Turns the server's reports on for \a queue, watches it, and forgets a change reported before. Raises what
     /// Queue::SetUpdate raises; the queue is then not watched. A null queue does nothing, here as below.
-    static void BeginQueueUpdates(Queue *queue);
+    static void BeginQueueUpdates(Queue *queue) QUIRE_EXCLUDES(serverAccess);
     /// Turns the server's reports off and forgets the queue. Raises what Queue::SetUpdate raises, having forgotten it.
-    static void EndQueueUpdates(Queue *queue);
+    static void EndQueueUpdates(Queue *queue) QUIRE_EXCLUDES(serverAccess);
     /// The server reports a change of queue number \a queueId. Ignored unless it is watched.
     static void Update(qint32 queueId);
     /// Whether \a queue has been reported as changed. With \a clear the report is taken.
@@ -50,23 +51,22 @@ private:
     /// Forgets the queue without calling the server.
     static void Forget(qint32 queueId);
     /// Turns the server's reports off for a queue that has gone, unless another object of it has begun meanwhile.
-    static void SwitchOffUnlessWatched(const QString &queueName, qint32 queueId);
+    static void SwitchOffUnlessWatched(const QString &queueName, qint32 queueId) QUIRE_EXCLUDES(serverAccess);
 
-    void pBeginQueueUpdates(Queue *queue);
-    void pEndQueueUpdates(Queue *queue);
+    void pBeginQueueUpdates(Queue *queue) QUIRE_EXCLUDES(serverAccess);
+    void pEndQueueUpdates(Queue *queue) QUIRE_EXCLUDES(serverAccess);
     void pUpdate(qint32 queueId);
     bool pNeedsRefresh(Queue *queue, bool clear);
     void pForget(qint32 queueId);
-    void pSwitchOffUnlessWatched(const QString &queueName, qint32 queueId);
+    void pSwitchOffUnlessWatched(const QString &queueName, qint32 queueId) QUIRE_EXCLUDES(serverAccess);
 
     static QueueUpdateMgr sManager;
 
     Mutex<LockRank::UpdateManager, QRecursiveMutex> m_mutex; // held while the server is asked to report or not
-    // Guarded by m_stateMutex, a leaf.
-    std::vector<qint32> m_watchedQueues;
-    std::vector<qint32> m_pendingQueues;
-    std::vector<Beginning *> m_beginnings; // queues that are about to be watched
     Mutex<LockRank::UpdateState> m_stateMutex;
+    std::vector<qint32> m_watchedQueues QUIRE_GUARDED_BY(m_stateMutex);
+    std::vector<qint32> m_pendingQueues QUIRE_GUARDED_BY(m_stateMutex);
+    std::vector<Beginning *> m_beginnings QUIRE_GUARDED_BY(m_stateMutex); // queues that are about to be watched
 };
 
 } // namespace Quire

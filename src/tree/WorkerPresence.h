@@ -49,8 +49,8 @@ private:
 
     mutable Mutex<LockRank::WorkersInside> m_mutex;
     QWaitCondition m_left;
-    int m_inside = 0;      // guarded by m_mutex
-    bool m_closed = false; // guarded by m_mutex
+    int m_inside QUIRE_GUARDED_BY(m_mutex) = 0;
+    bool m_closed QUIRE_GUARDED_BY(m_mutex) = false;
 };
 
 } // namespace Quire

@@ -220,9 +220,9 @@ TEST_F(RealLocksTest, AListThatWasLockedByAnAttemptCountsAsWell)
 
 TEST_F(RealLocksTest, AnAttemptMayBeMadeOutOfOrder)
 {
-    Mutex<LockRank::Forms> leaf;
+    Mutex<LockRank::Workers> later;
     ItemList list;
-    const MutexLocker guard(leaf);
+    const MutexLocker guard(later);
     EXPECT_TRUE(list.tryLock());
     list.Unlock();
     EXPECT_EQ(brokenOrders, QStringList());
