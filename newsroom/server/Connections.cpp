@@ -66,6 +66,7 @@ Connections::~Connections()
 
 const IID &Connections::eventInterface(Point point)
 {
+    // cppcheck-suppress returnTempReference; these are constants
     return point == Point::Fast ? __uuidof(Orvex::_IAnNotifyFast) : __uuidof(Orvex::_IAnNotifyFast2);
 }
 
@@ -184,7 +185,7 @@ void Connections::leave(Connection &connection)
     const std::lock_guard<std::mutex> lock(m_mutex);
     --connection.inside;
     if (!connection.awaited)
-        taken = takeIfUnused(connection);
+        taken = takeIfUnused(connection); // cppcheck-suppress unreadVariable; it is kept for a while, not read
     connection.left.notify_all();
 }
 

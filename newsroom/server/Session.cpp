@@ -77,7 +77,7 @@ void Session::forgetSearch(LONG id)
     const auto found = m_searches.find(id);
     if (found == m_searches.end())
         return;
-    forgotten = found->second;
+    forgotten = found->second; // cppcheck-suppress unreadVariable; it is kept for a while, not read
     m_searches.erase(found);
 }
 

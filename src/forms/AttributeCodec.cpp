@@ -96,7 +96,7 @@ public:
     QString toString() const { return QLatin1String(m_text, static_cast<int>(m_end - m_text)); }
 
 private:
-    char m_text[48]; // three 32-bit numbers and what stands between
+    char m_text[48] = {}; // three 32-bit numbers and what stands between
     char *m_end = m_text;
 };
 

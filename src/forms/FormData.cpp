@@ -101,7 +101,7 @@ Grid gridOf(XML::Tag &form)
         }
         return XML::Walk::Enter;
     };
-    const auto leave = [&](XML::Tag *tag) {
+    const auto leave = [&](const XML::Tag *tag) {
         if (openRows.isEmpty() || grid.rows[openRows.last()].element != tag)
             return;
         grid.rows[openRows.last()].endOfCells = grid.cells.size();

@@ -165,7 +165,7 @@ TagWriter::Opened TagWriter::open(NamedTag &element, bool contentOnly)
     return Opened::Whole;
 }
 
-void TagWriter::close(NamedTag &element)
+void TagWriter::close(const NamedTag &element)
 {
     if (!isClosedAtOnce(element)) {
         m_Sink.put(u"</");

@@ -39,7 +39,7 @@ private:
     bool callbacksAgree(NamedTag &element);
 
     Opened open(NamedTag &element, bool contentOnly);
-    void close(NamedTag &element);
+    void close(const NamedTag &element);
     void putAttributes(const NamedTag &element);
     void putAttribute(const QString &name, const QString &value, bool bareValues);
     void putEncodedText(const QString &text);

@@ -212,7 +212,7 @@ public:
         release();
         const HRESULT result =
             context & (CLSCTX_LOCAL_SERVER | CLSCTX_REMOTE_SERVER)
-                ? createRunning(clsid, outer, context)
+                ? createRunning(clsid, outer, context) // cppcheck-suppress clarifyCalculation; reads well
                 : CoCreateInstance(clsid, outer, context, GetIID(), reinterpret_cast<void **>(&m_pInterface));
         if (FAILED(result))
             m_pInterface = nullptr;
@@ -368,12 +368,12 @@ bool operator!=(std::nullptr_t, const _com_ptr_t<IIID> &pointer)
     return pointer != nullptr;
 }
 template<typename T, typename IIID>
-bool operator==(T *left, const _com_ptr_t<IIID> &right)
+bool operator==(T *left, const _com_ptr_t<IIID> &right) // cppcheck-suppress constParameter; as the system has it
 {
     return right == left;
 }
 template<typename T, typename IIID>
-bool operator!=(T *left, const _com_ptr_t<IIID> &right)
+bool operator!=(T *left, const _com_ptr_t<IIID> &right) // cppcheck-suppress constParameter; as the system has it
 {
     return right != left;
 }
