@@ -2,6 +2,7 @@
 //   replace OLD NEW   replaces OLD by NEW
 //   write TEXT        makes TEXT the file; \n is a line feed, \xff that byte
 //   append TEXT       adds TEXT behind
+//   environment NAME  adds the value of that variable, in brackets, behind
 //   leave             changes nothing
 //   unlink OTHER      removes the file OTHER and puts a folder in its place, then does "append edit"
 // A leading "failing" makes it fail in the end.
@@ -40,6 +41,13 @@ bool work(const QStringList &arguments)
         return write(path, unescaped(arguments.at(1)));
     if (what == QLatin1String("append"))
         return write(path, read(path) + unescaped(arguments.at(1)));
+    if (what == QLatin1String("environment")) {
+        const QString &name = arguments.at(1);
+        return write(
+            path,
+            read(path) +
+                (name + QLatin1String(" is (") + qEnvironmentVariable(qPrintable(name)) + QLatin1Char(')')).toUtf8());
+    }
     if (what == QLatin1String("unlink"))
         return QFile::remove(arguments.at(1)) && QDir().mkdir(arguments.at(1)) && write(path, read(path) + "edit");
     return what == QLatin1String("leave");

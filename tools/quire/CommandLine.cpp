@@ -135,6 +135,7 @@ void CommandLine::readEnvironment()
 {
     if (m_options.password.isNull() && qEnvironmentVariableIsSet("QUIRE_PASSWORD"))
         m_options.password = qEnvironmentVariable("QUIRE_PASSWORD");
+    qunsetenv("QUIRE_PASSWORD"); // what is started from here, an editor, need not know it
 }
 
 ExitCode CommandLine::run(const QStringList &arguments) noexcept
@@ -205,11 +206,18 @@ void CommandLine::failUsage(const CLI::ParseError &error) const
         verb += QLatin1Char(' ') + QString::fromStdString(app->get_name());
     }
     QString message = QString::fromUtf8(error.what()).simplified();
-    if (verb.isEmpty() && !m_app.remaining().empty()) {
-        const QString argument = QString::fromStdString(m_app.remaining().front());
-        const bool isOption = argument.startsWith(QLatin1Char('-'));
-        message = QStringLiteral("there is no %1 \"%2\"")
-                      .arg(isOption ? QStringLiteral("option") : QStringLiteral("verb"), argument);
+    const std::vector<std::string> unknown = m_app.remaining(true);
+    if (!unknown.empty()) {
+        // Only the first, and of an option only its name: what follows a mistyped --password is a secret.
+        const QString argument = QString::fromStdString(unknown.front());
+        const bool isLong = argument.startsWith(QLatin1String("--"));
+        if (argument.startsWith(QLatin1Char('-')))
+            message = QStringLiteral("there is no option \"%1\"")
+                          .arg(isLong ? argument.section(QLatin1Char('='), 0, 0) : argument.left(2));
+        else
+            message = (verb.isEmpty() ? QStringLiteral("there is no verb \"%1\"")
+                                      : QStringLiteral("there is no place for \"%1\""))
+                          .arg(argument);
     }
     throw Failure(ExitCode::Usage, QStringLiteral("%1 (see: quire%2 --help)").arg(message, verb));
 }
