@@ -95,7 +95,6 @@ bool Delivery::waitUntilIdle(int milliseconds) const
 
 void Delivery::close()
 {
-    // cppcheck-suppress variableScope; it outlives the lock
     std::deque<Event> dropped; // what the events hold may call anything when it goes, so it goes without the mutex
     std::thread thread;
     {

@@ -34,7 +34,6 @@ FormCache &FormCache::operator=(FormCache &&other) noexcept
 FormCache::~FormCache() = default;
 
 // The name comes by value, as hosts know the operation.
-// cppcheck-suppress passedByValue
 FormData *FormCache::getForm(QString name) // NOLINT(performance-unnecessary-value-param)
 {
     if (FormData *form = sFormCache.findForm(name))

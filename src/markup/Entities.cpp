@@ -8,7 +8,7 @@ namespace XML {
 
 bool xZEKO_Mode = true;
 
-bool IsSpecialChar(QChar &c) // cppcheck-suppress constParameter; as hosts know the function
+bool IsSpecialChar(QChar &c)
 {
     return isSpecial(c, xZEKO_Mode);
 }

@@ -41,7 +41,7 @@ void QueueListThread::run()
     m_server = nullptr; // while the apartment lasts
     if (ended && !m_load->isCancelled()) {
         exit(0);
-        m_load->complete();
+        m_load->complete(); // cppcheck-suppress unreachableCode; QThread::exit returns
     }
     m_load->end();
 }

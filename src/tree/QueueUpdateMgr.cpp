@@ -128,8 +128,8 @@ void QueueUpdateMgr::pBeginQueueUpdates(Queue *queue)
     Beginning beginning(*this, queueId);
     queue->SetUpdate(true);
     const MutexLocker state(m_stateMutex);
-    if (presence->isClosed())
-        return; // the queue has gone while the server was asked; its load switches the reports off again
+    if (presence->isClosed()) // cppcheck-suppress knownConditionTrueFalse; another thread closes it
+        return;               // the queue has gone while the server was asked; its load switches the reports off again
     removeOne(m_pendingQueues, queueId);
     addOnce(m_watchedQueues, queueId);
     if (beginning.hasChanged())

@@ -368,12 +368,12 @@ bool operator!=(std::nullptr_t, const _com_ptr_t<IIID> &pointer)
     return pointer != nullptr;
 }
 template<typename T, typename IIID>
-bool operator==(T *left, const _com_ptr_t<IIID> &right) // cppcheck-suppress constParameter; as the system has it
+bool operator==(T *left, const _com_ptr_t<IIID> &right)
 {
     return right == left;
 }
 template<typename T, typename IIID>
-bool operator!=(T *left, const _com_ptr_t<IIID> &right) // cppcheck-suppress constParameter; as the system has it
+bool operator!=(T *left, const _com_ptr_t<IIID> &right)
 {
     return right != left;
 }
