@@ -31,25 +31,29 @@ bool copyText(BSTR from, BSTR *to)
 
 } // namespace
 
+// The two are never destroyed: a process may end while records are on their way.
+
 const RecordInfo::Layout &RecordInfo::searchHit()
 {
-    static const Layout layout{__uuidof(Orvex::SearchHit),
-                               OLESTR("SearchHit"),
-                               sizeof(Orvex::SearchHit),
-                               {offsetof(Orvex::SearchHit, name), offsetof(Orvex::SearchHit, queuePath)},
-                               {offsetof(Orvex::SearchHit, fields)},
-                               {OLESTR("name"), OLESTR("queuePath"), OLESTR("id"), OLESTR("fields")}};
+    static const Layout &layout =
+        *new const Layout{__uuidof(Orvex::SearchHit),
+                          OLESTR("SearchHit"),
+                          sizeof(Orvex::SearchHit),
+                          {offsetof(Orvex::SearchHit, name), offsetof(Orvex::SearchHit, queuePath)},
+                          {offsetof(Orvex::SearchHit, fields)},
+                          {OLESTR("name"), OLESTR("queuePath"), OLESTR("id"), OLESTR("fields")}};
     return layout;
 }
 
 const RecordInfo::Layout &RecordInfo::fieldValue()
 {
-    static const Layout layout{__uuidof(Orvex::FieldValue),
-                               OLESTR("FieldValue"),
-                               sizeof(Orvex::FieldValue),
-                               {offsetof(Orvex::FieldValue, name), offsetof(Orvex::FieldValue, value)},
-                               {},
-                               {OLESTR("name"), OLESTR("value")}};
+    static const Layout &layout =
+        *new const Layout{__uuidof(Orvex::FieldValue),
+                          OLESTR("FieldValue"),
+                          sizeof(Orvex::FieldValue),
+                          {offsetof(Orvex::FieldValue, name), offsetof(Orvex::FieldValue, value)},
+                          {},
+                          {OLESTR("name"), OLESTR("value")}};
     return layout;
 }
 

@@ -8,6 +8,7 @@
 #include <quire/notify/RecordArray.h>
 #include <quire/notify/Search.h>
 #include <quire/notify/SearchHitReader.h>
+#include <quire/platform/Unloading.h>
 #include <quire/session/QuireCOM.h>
 #include <quire/tree/QueueUpdateMgr.h>
 
@@ -72,6 +73,7 @@ void NotificationRelease()
 
 Notification::Notification()
 {
+    Platform::stayLoaded();
     AddRef();
 }
 

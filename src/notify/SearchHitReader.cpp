@@ -20,7 +20,7 @@ struct HitKeys
 
 const HitKeys &hitKeys()
 {
-    static const HitKeys keys;
+    static const auto &keys = *new const HitKeys; // never destroyed: the server's threads may outlast main()
     return keys;
 }
 

@@ -14,11 +14,11 @@ namespace {
 
 const LockRank firstLeaf = LockRank::ActiveLockers;
 
-const std::array<const char *, 20> names{
-    "update manager", "server access",   "searcher",         "item list",         "queue workers",
-    "update numbers", "list holders",    "connect info",     "connections",       "forms",
-    "handle cache",   "load end",        "load increment",   "local story path",  "notices",
-    "queue state",    "retired workers", "searcher's lists", "making a searcher", "workers inside"};
+const std::array<const char *, 21> names{
+    "update manager",   "server access",     "searcher",      "item list",   "queue workers",   "update numbers",
+    "list holders",     "connect info",      "connections",   "forms",       "handle cache",    "load end",
+    "load increment",   "local story path",  "notices",       "queue state", "retired workers", "running workers",
+    "searcher's lists", "making a searcher", "workers inside"};
 static_assert(names.size() == static_cast<std::size_t>(LockRank::WorkersInside) + 1);
 
 struct Held

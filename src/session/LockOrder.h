@@ -33,6 +33,7 @@ enum class LockRank {
     Notices,        ///< the one sink
     QueueState,     ///< whether a Queue is complete
     RetiredWorkers, ///< workers that hang
+    RunningWorkers, ///< workers that run
     SearcherLists,  ///< the lists of Search
     SearcherMaking, ///< the one searcher
     WorkersInside,  ///< whether a worker is inside a queue

@@ -39,7 +39,7 @@ struct ItemKeys
 
 const ItemKeys &itemKeys()
 {
-    static const ItemKeys keys;
+    static const auto &keys = *new const ItemKeys; // never destroyed: a worker may outlast main()
     return keys;
 }
 
@@ -53,7 +53,8 @@ struct HeaderAttribute
 
 const std::vector<HeaderAttribute> &headerAttributes()
 {
-    static const std::vector<HeaderAttribute> attributes{
+    static const auto &attributes = *new const std::vector<HeaderAttribute>{
+        // never destroyed: a worker may outlast main()
         {QStringLiteral("wire"), QLatin1String(Attr_Wire), QString()},
         {QStringLiteral("mail"), QLatin1String(Attr_Mail), QString()},
         {QStringLiteral("words"), QLatin1String(Attr_Words), QString()},
@@ -152,7 +153,7 @@ struct Patterns
 
 const Patterns &patterns()
 {
-    static const Patterns made;
+    static const auto &made = *new const Patterns; // never destroyed: a worker may outlast main()
     return made;
 }
 

@@ -30,7 +30,8 @@ QString readName(const Pointer &entry)
 
 void addCount(Item &item, const Orvex::IDirectory2Ptr &directory)
 {
-    static const QString key = QLatin1String(Attr_NumItems);
+    static const auto &key =
+        *new const QString(QLatin1String(Attr_NumItems)); // never destroyed: a worker may outlast main()
     LONG count = 1;
     if (Directory::sSkipFolderCount || SUCCEEDED(directory->get_Count(&count)))
         item.attributes.push_back({key, QString::number(count)});

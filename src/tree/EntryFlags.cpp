@@ -20,7 +20,8 @@ const LONG liveMask = 1 << 0;     // in the third word
 /// In the order in which items get the attributes.
 const std::array<Flag, 5> &flagTable()
 {
-    static const std::array<Flag, 5> table{{
+    static const auto &table = *new const std::array<Flag, 5>{{
+        // never destroyed: a worker may outlast main()
         {Attr_Indexed, &EntryFlags::word3, 1 << 6, QLatin1String(Attr_Indexed)},
         {Attr_Lock, &EntryFlags::word1, 1 << 1, QLatin1String(Attr_Lock)},
         {Attr_ConfirmEdit, &EntryFlags::word1, 1 << 6, QLatin1String(Attr_ConfirmEdit)},

@@ -1,12 +1,17 @@
 #include "QueueListThread.h"
 
+#include <QDeadlineTimer>
+#include <QWaitCondition>
+
 #include <algorithm>
+#include <map>
 #include <utility>
 #include <vector>
 
 #include "QueueLoad.h"
 #include "ServerCall.h"
 #include <quire/platform/Apartment.h>
+#include <quire/platform/Unloading.h>
 #include <quire/session/Mutex.h>
 
 namespace Quire {
@@ -22,8 +27,57 @@ QueueListThread::QueueListThread(std::shared_ptr<QueueLoad> load, Orvex::IQueueP
 
 QueueListThread::~QueueListThread() = default;
 
+/// Those that run, for the end of the process to find.
+class QueueListThread::Running
+{
+public:
+    static Running &all()
+    {
+        static Running running;
+        return running;
+    }
+
+    void add(QueueListThread *worker)
+    {
+        const MutexLocker lock(m_mutex);
+        m_loads.emplace(worker, worker->m_load);
+    }
+    void remove(QueueListThread *worker)
+    {
+        const MutexLocker lock(m_mutex);
+        m_loads.erase(worker);
+        m_changed.wakeAll();
+    }
+
+private:
+    Running() = default;
+
+    /// What is static goes after this: a worker must not meet it half gone. One that hangs in the server gets the
+    /// moment, and no more.
+    ~Running()
+    {
+        // Windows has ended all other threads by now, wherever they were, and with whatever locks they held.
+        if (Platform::isEndingProcess())
+            return;
+        const QDeadlineTimer deadline(moment);
+        const MutexLocker lock(m_mutex);
+        for (const auto &[worker, load] : m_loads)
+            load->cancel();
+        while (!m_loads.empty() && m_changed.wait(&m_mutex.native(), deadline)) {
+        }
+    }
+
+    static constexpr int moment = 2000; // ms
+
+    Mutex<LockRank::RunningWorkers> m_mutex;
+    QWaitCondition m_changed;
+    std::map<QueueListThread *, std::shared_ptr<QueueLoad>> m_loads QUIRE_GUARDED_BY(m_mutex);
+};
+
 bool QueueListThread::begin()
 {
+    Platform::stayLoaded();
+    Running::all(); // made before the worker uses it, and so before it goes
     start(QThread::InheritPriority);
     // Whether a thread that never ran counts as finished differs between systems; a load ends in one that ran.
     return isRunning() || m_load->hasEnded();
@@ -31,6 +85,7 @@ bool QueueListThread::begin()
 
 void QueueListThread::run()
 {
+    Running::all().add(this);
     const Platform::Apartment apartment;
     bool ended = true;
     try {
@@ -44,6 +99,7 @@ void QueueListThread::run()
         m_load->complete(); // cppcheck-suppress unreachableCode; QThread::exit returns
     }
     m_load->end();
+    Running::all().remove(this);
 }
 
 /// False when the load was cancelled before its end.

@@ -16,7 +16,9 @@ class QueueLoad;
 
 /// Runs one load of a queue, with a reference of its own to the server's queue, which it gives up at its end.
 ///
-/// Made, begun and collected on any thread. Never destroyed while it runs: retire() takes care of one that hangs.
+/// Made, begun and collected on any thread. Never destroyed while it runs: retire() takes care of one that hangs. From
+/// the first one that begins the library stays in memory until the process ends; the end of the process cancels those
+/// that still run, and waits a moment for them.
 class QueueListThread : public QThread
 {
 public:
@@ -38,6 +40,8 @@ protected:
     void run() override;
 
 private:
+    class Running;
+
     bool readChunks();
 
     const std::shared_ptr<QueueLoad> m_load;

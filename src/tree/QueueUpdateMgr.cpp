@@ -16,6 +16,8 @@ QueueUpdateMgr QueueUpdateMgr::sManager;
 
 namespace {
 
+constexpr int endOfThreads = 1000; // ms, for those that are going to give the mutex back
+
 bool contains(const std::vector<qint32> &numbers, qint32 number)
 {
     return std::find(numbers.begin(), numbers.end(), number) != numbers.end();
@@ -78,9 +80,12 @@ QueueUpdateMgr::QueueUpdateMgr() = default;
 
 QueueUpdateMgr::~QueueUpdateMgr()
 {
-    const MutexLocker state(m_stateMutex);
+    // Windows ends all other threads before it destroys what is static: then nobody gives the mutex back any more.
+    const bool locked = m_stateMutex.native().tryLock(endOfThreads);
     m_watchedQueues.clear();
     m_pendingQueues.clear();
+    if (locked)
+        m_stateMutex.native().unlock();
 }
 
 void QueueUpdateMgr::BeginQueueUpdates(Queue *queue)

@@ -1,0 +1,75 @@
+// Nobody signs off in these: the host lets go of the library, or the process ends, in the middle of something.
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QProcess>
+#include <QProcessEnvironment>
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <tuple>
+
+namespace {
+
+constexpr int deadline = 60000; // ms; the server hangs for longer
+constexpr int repeats = 2;
+
+QString besideThis(const char *name)
+{
+    return QDir(QCoreApplication::applicationDirPath()).filePath(QLatin1String(name));
+}
+
+/// What the host has begun, whether the server hangs, and how the host ends.
+using Case = std::tuple<const char *, const char *, const char *>;
+
+class Ends : public ::testing::TestWithParam<Case>
+{};
+
+std::string nameOf(const ::testing::TestParamInfo<Case> &info)
+{
+    const auto &[step, server, way] = info.param;
+    std::string name = std::string(step) + "_" + server + "_" + way;
+    for (char &character : name) {
+        if (character == '-' || character == ',')
+            character = '_';
+    }
+    return name;
+}
+
+} // namespace
+
+TEST_P(Ends, WithoutCrashOrHang)
+{
+    const auto &[step, server, way] = GetParam();
+    for (int round = 0; round < repeats; ++round) {
+        QProcess host;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QStringLiteral("ASAN_OPTIONS"), QStringLiteral("detect_leaks=0")); // it destroys nothing
+        host.setProcessEnvironment(environment);
+        host.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+        host.start(besideThis(QUIRE_ENDS_HOST), {besideThis(QUIRE_ENDS_SERVER), besideThis(QUIRE_ENDS_SCENE),
+                                                 QLatin1String(step), QLatin1String(server), QLatin1String(way)});
+        ASSERT_TRUE(host.waitForStarted(deadline)) << qPrintable(host.errorString());
+        if (!host.waitForFinished(deadline)) {
+            host.kill();
+            host.waitForFinished(deadline);
+            FAIL() << "it hangs";
+        }
+        EXPECT_EQ(host.exitStatus(), QProcess::NormalExit);
+        EXPECT_EQ(host.exitCode(), 0);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(OnAnAnsweringServer, Ends,
+                         ::testing::Combine(::testing::Values("sign-on", "sign-on,walk", "sign-on,walk,load",
+                                                              "sign-on,loads", "sign-on,listen", "sign-on,load,listen",
+                                                              "sign-on,listen,search", "sign-on,listen,loads,search",
+                                                              "sign-on,listen,loads,search,sign-off"),
+                                            ::testing::Values("answer"), ::testing::Values("exit", "return", "free")),
+                         nameOf);
+INSTANTIATE_TEST_SUITE_P(OnAHangingServer, Ends,
+                         ::testing::Combine(::testing::Values("sign-on,one-load", "sign-on,listen,one-load"),
+                                            ::testing::Values("hang"), ::testing::Values("exit", "return", "free")),
+                         nameOf);

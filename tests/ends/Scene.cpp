@@ -1,0 +1,113 @@
+// What a host is in the middle of when it lets go of the library, or when the process ends. A module, so that the host
+// program can load it, and the library with it, and let go of both again. It destroys nothing.
+
+#include <quire/Quire.h>
+
+#include <chrono>
+#include <cstring>
+#include <thread>
+
+using namespace Quire;
+
+namespace {
+
+QString wires(int queue)
+{
+    return QStringLiteral("WIRES.W%1").arg(queue);
+}
+
+bool signOn()
+{
+    QuireCOM *session = QuireCOM::GetQuireCOM(true);
+    return session->Connect(QString(), QStringLiteral("journalist"), QStringLiteral("news"), 0) == 0;
+}
+
+Queue *openQueue(int queue)
+{
+    Queue::setLoadIncrement(1000000);
+    return new Queue(QuireCOM::TheQuireCOM->GetCachedDir(wires(queue)));
+}
+
+bool walk()
+{
+    return (new Directory(QuireCOM::TheQuireCOM->GetCachedDir(QStringLiteral("WIRES"))))->Size() > 0;
+}
+
+bool startLoad()
+{
+    return openQueue(1) != nullptr;
+}
+
+bool startLoads()
+{
+    for (int queue = 1; queue <= 4; ++queue) {
+        const Queue *loading = openQueue(queue);
+        if (!loading)
+            return false;
+    }
+    return true;
+}
+
+bool loadOneAndWatchIt()
+{
+    Queue *queue = openQueue(5);
+    while (!queue->IsComplete())
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    QueueUpdateMgr::BeginQueueUpdates(queue);
+    return queue->Size() > 0;
+}
+
+bool listen()
+{
+    NotificationInit(nullptr, nullptr, nullptr); // callbacks would go with this module
+    return Search::GetSearcher()->CanSearch();
+}
+
+bool startSearches()
+{
+    for (int queue = 1; queue <= 4; ++queue) {
+        if (!Search::GetSearcher()->StartSearch(wires(queue), QStringLiteral("report")))
+            return false;
+    }
+    return true;
+}
+
+bool signOff()
+{
+    QuireCOM::UnloadCOM();
+    return true;
+}
+
+struct Step
+{
+    const char *name;
+    bool (*take)();
+};
+
+/// What a host does.
+constexpr Step steps[] = {
+    {"sign-on", signOn},   {"walk", walk},     {"load", loadOneAndWatchIt}, {"one-load", startLoad},
+    {"loads", startLoads}, {"listen", listen}, {"search", startSearches},   {"sign-off", signOff},
+};
+
+bool take(const QString &name)
+{
+    for (const Step &step : steps) {
+        if (name == QLatin1String(step.name))
+            return step.take();
+    }
+    return false;
+}
+
+} // namespace
+
+/// Takes the steps, separated by commas. 0 when all went well, else the number of the one that did not.
+extern "C" Q_DECL_EXPORT int play(const char *road)
+{
+    const QStringList names = QString::fromLatin1(road).split(QLatin1Char(','));
+    for (int index = 0; index < names.size(); ++index) {
+        if (!take(names[index]))
+            return index + 1;
+    }
+    return 0;
+}
