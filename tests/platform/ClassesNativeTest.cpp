@@ -1,6 +1,8 @@
 #include "ComFixture.h"
 #include "CountedFactory.h"
 
+#include <thread>
+
 namespace {
 
 HRESULT create(IUnknownPtr &made, DWORD context = CLSCTX_INPROC_SERVER)
@@ -66,4 +68,16 @@ TEST(ClassesNative, RegistrationForAnotherContextIsNotFound)
     const Registration registration(countedClass, &factory);
     IUnknownPtr made;
     EXPECT_EQ(create(made, CLSCTX_LOCAL_SERVER), REGDB_E_CLASSNOTREG);
+}
+
+TEST(ClassesNative, ThreadThatSaysNoKindBecomesAnApartmentOfItsOwn)
+{
+    std::thread thread([] {
+        EXPECT_EQ(CoInitialize(nullptr), S_OK);
+        EXPECT_EQ(CoInitializeEx(nullptr, COINIT_MULTITHREADED), RPC_E_CHANGED_MODE);
+        CoUninitialize();
+        EXPECT_EQ(CoInitializeEx(nullptr, COINIT_MULTITHREADED), S_OK);
+        CoUninitialize();
+    });
+    thread.join();
 }

@@ -272,3 +272,13 @@ TEST(SystemNative, LocalTimeFollowsTheZoneThatWasSetLast)
     ASSERT_TRUE(Platform::localTime(86400, calendar));
     EXPECT_EQ(calendar.tm_hour, 5);
 }
+
+TEST(SystemNative, SleepsAtLeastAsLongAsAsked)
+{
+    timespec before = {};
+    timespec after = {};
+    clock_gettime(CLOCK_MONOTONIC, &before);
+    Sleep(20);
+    clock_gettime(CLOCK_MONOTONIC, &after);
+    EXPECT_GE((after.tv_sec - before.tv_sec) * 1000 + (after.tv_nsec - before.tv_nsec) / 1000000, 20);
+}

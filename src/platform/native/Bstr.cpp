@@ -74,22 +74,6 @@ INT SysReAllocString(BSTR *string, const OLECHAR *text)
     return TRUE;
 }
 
-INT SysReAllocStringLen(BSTR *string, const OLECHAR *text, UINT length)
-{
-    if (!string)
-        return FALSE;
-    BSTR replacement = SysAllocStringLen(text, length);
-    if (!replacement)
-        return FALSE;
-    if (!text && *string) {
-        const std::size_t kept = SysStringByteLen(*string);
-        std::memcpy(replacement, *string, kept < bytesOf(length) ? kept : bytesOf(length));
-    }
-    SysFreeString(*string);
-    *string = replacement;
-    return TRUE;
-}
-
 void SysFreeString(BSTR string)
 {
     if (!string)

@@ -21,7 +21,6 @@ QUIRE_PLATFORM_EXPORT BSTR SysAllocStringByteLen(LPCSTR bytes, UINT size);
 
 /// Replaces `*string` by a copy of the text, which may lie within it. FALSE, and nothing changed, without memory.
 QUIRE_PLATFORM_EXPORT INT SysReAllocString(BSTR *string, const OLECHAR *text);
-QUIRE_PLATFORM_EXPORT INT SysReAllocStringLen(BSTR *string, const OLECHAR *text, UINT length);
 
 /// Frees; null is allowed.
 QUIRE_PLATFORM_EXPORT void SysFreeString(BSTR string);

@@ -164,13 +164,3 @@ void CoUninitialize()
     if (apartment().count > 0)
         --apartment().count;
 }
-
-HRESULT OleInitialize(LPVOID reserved)
-{
-    return CoInitializeEx(reserved, COINIT_APARTMENTTHREADED);
-}
-
-void OleUninitialize()
-{
-    CoUninitialize();
-}

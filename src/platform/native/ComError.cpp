@@ -1,6 +1,5 @@
 #include <quire/platform/native/ComError.h>
 
-#include <atomic>
 #include <cstdio>
 #include <string>
 
@@ -8,8 +7,6 @@ namespace {
 
 constexpr HRESULT firstCode = MAKE_HRESULT(SEVERITY_ERROR, FACILITY_ITF, 0x200);
 constexpr HRESULT lastCode = MAKE_HRESULT(SEVERITY_ERROR, FACILITY_ITF + 1, 0) - 1;
-
-std::atomic<void (*)(HRESULT, IErrorInfo *)> errorHandler{_com_raise_error};
 
 /// Memory from LocalAlloc; null without memory.
 TCHAR *messageWithoutEntry(HRESULT result, WORD code) noexcept
@@ -143,14 +140,9 @@ void _com_raise_error(HRESULT result, IErrorInfo *info)
     throw _com_error(result, info);
 }
 
-void _set_com_error_handler(void (*handler)(HRESULT, IErrorInfo *))
-{
-    errorHandler.store(handler ? handler : _com_raise_error);
-}
-
 void _com_issue_error(HRESULT result)
 {
-    errorHandler.load()(result, nullptr);
+    _com_raise_error(result, nullptr);
 }
 
 void _com_issue_errorex(HRESULT result, IUnknown *object, REFIID riid)
@@ -163,5 +155,5 @@ void _com_issue_errorex(HRESULT result, IUnknown *object, REFIID riid)
         if (!supported || GetErrorInfo(0, &info) != S_OK)
             info = nullptr;
     }
-    errorHandler.load()(result, info);
+    _com_raise_error(result, info);
 }

@@ -45,8 +45,5 @@ private:
 /// Throws `_com_error`, which takes the reference on `info` over.
 [[noreturn]] QUIRE_PLATFORM_EXPORT void _com_raise_error(HRESULT result, IErrorInfo *info = nullptr);
 
-/// Replaces what raises errors from now on; _com_raise_error is the default.
-QUIRE_PLATFORM_EXPORT void _set_com_error_handler(void (*handler)(HRESULT result, IErrorInfo *info));
-
 /// Raises with the thread's error information when `object` (may be null) supports it for that interface, else without.
 QUIRE_PLATFORM_EXPORT void _com_issue_errorex(HRESULT result, IUnknown *object, REFIID riid);

@@ -96,11 +96,6 @@ public:
     {
         raiseUnlessMissing(CreateInstance(clsid, outer, context));
     }
-    explicit _com_ptr_t(LPCOLESTR clsid, IUnknown *outer = nullptr, DWORD context = CLSCTX_ALL)
-    {
-        raiseUnlessMissing(CreateInstance(clsid, outer, context));
-    }
-    _com_ptr_t(LPOLESTR clsid) { raiseUnlessMissing(CreateInstance(clsid)); }
     ~_com_ptr_t() noexcept { release(); }
 
     // ---- assigning
@@ -217,15 +212,6 @@ public:
         if (FAILED(result))
             m_pInterface = nullptr;
         return result;
-    }
-    /// The class is named by its braced identifier or its program identifier.
-    HRESULT CreateInstance(LPCOLESTR name, IUnknown *outer = nullptr, DWORD context = CLSCTX_ALL) noexcept
-    {
-        if (!name)
-            return E_INVALIDARG;
-        CLSID clsid;
-        const HRESULT result = name[0] == u'{' ? CLSIDFromString(name, &clsid) : CLSIDFromProgID(name, &clsid);
-        return FAILED(result) ? result : CreateInstance(clsid, outer, context);
     }
 
     // ---- comparing, by the identity of the objects

@@ -10,7 +10,7 @@
 #include <string>
 #include <type_traits>
 
-/// Raises `_com_error`, through the handler of _set_com_error_handler.
+/// Raises `_com_error`.
 QUIRE_PLATFORM_EXPORT void _com_issue_error(HRESULT result);
 
 namespace _com_util {

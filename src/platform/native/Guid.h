@@ -84,18 +84,3 @@ inline constexpr const GUID &CLSID_NULL = GUID_NULL;
 /// Writes "{XXXXXXXX-XXXX-XXXX-XXXX-XXXXXXXXXXXX}" with its NUL. Returns 39, the characters written, or 0 when `size`
 /// (in characters) is too small.
 QUIRE_PLATFORM_EXPORT int StringFromGUID2(REFGUID guid, LPOLESTR text, int size);
-
-/// The same text in memory that the caller frees with CoTaskMemFree.
-QUIRE_PLATFORM_EXPORT HRESULT StringFromCLSID(REFCLSID clsid, LPOLESTR *text);
-QUIRE_PLATFORM_EXPORT HRESULT StringFromIID(REFIID iid, LPOLESTR *text);
-
-/// Reads the braced text. A null text gives GUID_NULL and S_OK; anything else that is no GUID gives GUID_NULL and
-/// CO_E_CLASSSTRING (for IIDFromString E_INVALIDARG when the length is wrong, else CO_E_IIDSTRING).
-QUIRE_PLATFORM_EXPORT HRESULT CLSIDFromString(LPCOLESTR text, LPCLSID clsid);
-QUIRE_PLATFORM_EXPORT HRESULT IIDFromString(LPCOLESTR text, LPIID iid);
-
-/// No registry stands behind this layer, so no program identifier is known: CO_E_CLASSSTRING.
-QUIRE_PLATFORM_EXPORT HRESULT CLSIDFromProgID(LPCOLESTR programId, LPCLSID clsid);
-
-/// A new, random GUID.
-QUIRE_PLATFORM_EXPORT HRESULT CoCreateGuid(GUID *guid);

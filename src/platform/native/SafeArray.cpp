@@ -367,22 +367,6 @@ HRESULT SafeArrayGetRecordInfo(SAFEARRAY *array, IRecordInfo **info)
     return S_OK;
 }
 
-HRESULT SafeArraySetIID(SAFEARRAY *array, REFGUID iid)
-{
-    if (!array || !(array->fFeatures & FADF_HAVEIID))
-        return E_INVALIDARG;
-    *hidden<GUID>(array) = iid;
-    return S_OK;
-}
-
-HRESULT SafeArrayGetIID(SAFEARRAY *array, GUID *iid)
-{
-    if (!array || !iid || !(array->fFeatures & FADF_HAVEIID))
-        return E_INVALIDARG;
-    *iid = *hidden<GUID>(array);
-    return S_OK;
-}
-
 // ---- locking --------------------------------------------------------------------------------------------------------
 
 HRESULT SafeArrayLock(SAFEARRAY *array)
@@ -508,7 +492,7 @@ HRESULT copyDescriptor(SAFEARRAY *array, SAFEARRAY **copy)
     if (array->fFeatures & FADF_RECORD)
         return SafeArraySetRecordInfo(*copy, recordInfoOf(array));
     if (array->fFeatures & FADF_HAVEIID)
-        return SafeArraySetIID(*copy, *hidden<GUID>(array));
+        *hidden<GUID>(*copy) = *hidden<GUID>(array);
     if (array->fFeatures & FADF_HAVEVARTYPE)
         *hidden<DWORD>(*copy) = *hidden<DWORD>(array);
     return S_OK;

@@ -74,8 +74,6 @@ QUIRE_PLATFORM_EXPORT HRESULT SafeArrayGetUBound(SAFEARRAY *array, UINT dimensio
 QUIRE_PLATFORM_EXPORT HRESULT SafeArrayGetVartype(SAFEARRAY *array, VARTYPE *type);
 QUIRE_PLATFORM_EXPORT HRESULT SafeArraySetRecordInfo(SAFEARRAY *array, IRecordInfo *info);
 QUIRE_PLATFORM_EXPORT HRESULT SafeArrayGetRecordInfo(SAFEARRAY *array, IRecordInfo **info);
-QUIRE_PLATFORM_EXPORT HRESULT SafeArraySetIID(SAFEARRAY *array, REFGUID iid);
-QUIRE_PLATFORM_EXPORT HRESULT SafeArrayGetIID(SAFEARRAY *array, GUID *iid);
 
 // ---- locking --------------------------------------------------------------------------------------------------------
 

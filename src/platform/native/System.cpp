@@ -95,15 +95,6 @@ LPVOID CoTaskMemAlloc(SIZE_T size)
     return std::malloc(size ? size : 1);
 }
 
-LPVOID CoTaskMemRealloc(LPVOID memory, SIZE_T size)
-{
-    if (memory && size == 0) {
-        CoTaskMemFree(memory);
-        return nullptr;
-    }
-    return std::realloc(memory, size ? size : 1);
-}
-
 void CoTaskMemFree(LPVOID memory)
 {
     std::free(memory);

@@ -39,7 +39,6 @@ QUIRE_PLATFORM_EXPORT BOOL GetUserNameA(LPSTR name, LPDWORD size);
 // ---- memory ---------------------------------------------------------------------------------------------------------
 
 QUIRE_PLATFORM_EXPORT LPVOID CoTaskMemAlloc(SIZE_T size);
-QUIRE_PLATFORM_EXPORT LPVOID CoTaskMemRealloc(LPVOID memory, SIZE_T size);
 QUIRE_PLATFORM_EXPORT void CoTaskMemFree(LPVOID memory);
 
 #define LMEM_FIXED 0x0000

@@ -226,15 +226,3 @@ QUIRE_PLATFORM_EXPORT HRESULT VariantCopy(VARIANTARG *destination, const VARIANT
 
 /// The same, but copies what a VT_BYREF source points to.
 QUIRE_PLATFORM_EXPORT HRESULT VariantCopyInd(VARIANT *destination, const VARIANTARG *source);
-
-#define VARIANT_NOVALUEPROP 0x01
-#define VARIANT_ALPHABOOL 0x02
-#define VARIANT_NOUSEROVERRIDE 0x04
-#define VARIANT_LOCALBOOL 0x10
-
-/// Converts between whole and floating numbers, truth values, texts of these, and interfaces. DISP_E_TYPEMISMATCH for
-/// any other pair, DISP_E_OVERFLOW when the value does not fit. Source and destination may be the same.
-QUIRE_PLATFORM_EXPORT HRESULT VariantChangeType(VARIANTARG *destination, const VARIANTARG *source, USHORT flags,
-                                                VARTYPE type);
-QUIRE_PLATFORM_EXPORT HRESULT VariantChangeTypeEx(VARIANTARG *destination, const VARIANTARG *source, LCID locale,
-                                                  USHORT flags, VARTYPE type);

@@ -1,0 +1,116 @@
+#include <gtest/gtest.h>
+
+#include <quire/platform/Automation.h>
+#include <quire/platform/Bstr.h>
+
+#include <string>
+
+namespace {
+
+std::string local(const _bstr_t &text)
+{
+    const char *characters = text;
+    return characters ? characters : "(null)";
+}
+
+BSTR newText()
+{
+    return SysAllocString(u"late");
+}
+
+} // namespace
+
+TEST(ComStringNative, ComesFromLocalTextAndGoesBack)
+{
+    EXPECT_EQ(local(_bstr_t("desk")), "desk");
+}
+
+TEST(ComStringNative, NullStaysNull)
+{
+    EXPECT_EQ(local(_bstr_t()), "(null)");
+    EXPECT_EQ(local(_bstr_t(static_cast<const char *>(nullptr))), "(null)");
+    EXPECT_TRUE(!_bstr_t(static_cast<const OLECHAR *>(nullptr)));
+}
+
+TEST(ComStringNative, CharactersOutsideTheBasicPlaneComeFromWideText)
+{
+    const _bstr_t text(L"a\U0001F4F0");
+    ASSERT_EQ(text.length(), 3u);
+    EXPECT_EQ(Platform::toQString(text.copy(false)), QString::fromUtf8("a\xF0\x9F\x93\xB0"));
+}
+
+TEST(ComStringNative, IsAssignedEveryKindOfText)
+{
+    _bstr_t text;
+    text = "eight";
+    EXPECT_EQ(local(text), "eight");
+    text = u"sixteen";
+    EXPECT_EQ(local(text), "sixteen");
+    text += _bstr_t(" bits");
+    EXPECT_EQ(local(text), "sixteen bits");
+}
+
+TEST(ComStringNative, JoinsOnEitherSide)
+{
+    EXPECT_EQ(local("a" + _bstr_t("b")), "ab");
+    EXPECT_EQ(local(u"a" + _bstr_t("b")), "ab");
+}
+
+TEST(ComStringNative, SortsNullFirstAndThenByCharacters)
+{
+    const _bstr_t none;
+    const _bstr_t a("a");
+    const _bstr_t b("b");
+    EXPECT_TRUE(none < a);
+    EXPECT_TRUE(a < b);
+    EXPECT_TRUE(b > a);
+    EXPECT_TRUE(a <= a);
+    EXPECT_TRUE(b >= a);
+    EXPECT_TRUE(a == _bstr_t("a"));
+    EXPECT_TRUE(none == _bstr_t());
+    EXPECT_TRUE(a != none);
+}
+
+TEST(ComStringNative, CopyIsTheCallersOwn)
+{
+    const _bstr_t text("mine");
+    const BSTR copy = text.copy();
+    EXPECT_NE(copy, text.copy(false));
+    EXPECT_EQ(Platform::toQString(copy), QStringLiteral("mine"));
+    SysFreeString(copy);
+}
+
+TEST(ComStringNative, AssignCopiesAndAttachTakesOver)
+{
+    const BSTR string = newText();
+    _bstr_t text;
+    text.Assign(string);
+    EXPECT_NE(text.copy(false), string);
+    text.Attach(string);
+    EXPECT_EQ(text.copy(false), string);
+}
+
+TEST(ComStringNative, AddressTakesTheTextOfAnOutParameter)
+{
+    _bstr_t text("early");
+    *text.GetAddress() = newText();
+    EXPECT_EQ(local(text), "late");
+}
+
+TEST(ComStringNative, DetachHandsTheTextOver)
+{
+    _bstr_t text(newText(), false);
+    const BSTR string = text.Detach();
+    EXPECT_TRUE(!text);
+    EXPECT_EQ(Platform::toQString(string), QStringLiteral("late"));
+    SysFreeString(string);
+}
+
+TEST(ComStringNative, DetachRefusesASharedTextAndNone)
+{
+    _bstr_t text(newText(), false);
+    const _bstr_t other = text;
+    EXPECT_THROW(text.Detach(), _com_error);
+    EXPECT_THROW(_bstr_t().Detach(), _com_error);
+    EXPECT_EQ(local(other), "late");
+}
