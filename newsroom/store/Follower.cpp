@@ -26,6 +26,8 @@ struct FileState
         return {info.lastModified(), info.size()};
     }
     bool operator==(const FileState &other) const { return changed == other.changed && size == other.size; }
+    /// Whether a later change shows in the date.
+    bool isSettled(const QDateTime &now) const { return changed.addSecs(coarsestDate) < now; }
 };
 
 bool readNumbers(const QString &file, QVector<qint32> *numbers)
@@ -102,10 +104,12 @@ bool Follower::read(Followed &queue)
         return false;
     QVector<Model::NewStory> stories;
     QHash<qint32, FileState> states;
+    const QDateTime now = QDateTime::currentDateTime();
     for (const qint32 part1 : qAsConst(order)) {
         const QString file = FolderLayout::storyFile(queue.folder, part1);
         const FileState state = FileState::of(file);
-        states.insert(part1, state);
+        if (state.isSettled(now))
+            states.insert(part1, state);
         const auto known = queue.stories.constFind(part1);
         if (known != queue.stories.constEnd() && *known == state)
             continue;
