@@ -32,6 +32,11 @@ bool release(Module module)
 {
     return FreeLibrary(module) != 0;
 }
+/// Without the end of a process, which is another case.
+void quit()
+{
+    TerminateProcess(GetCurrentProcess(), 0);
+}
 #else
 using Module = void *;
 Module load(const char *path)
@@ -46,6 +51,7 @@ bool release(Module module)
 {
     return dlclose(module) == 0;
 }
+void quit() {}
 #endif
 
 template<typename Function>
@@ -78,6 +84,7 @@ int main(int argc, char *argv[])
             return 6;
         // Whatever still runs meets what is left.
         std::this_thread::sleep_for(std::chrono::milliseconds(300));
+        quit();
     }
     if (std::strcmp(argv[5], "exit") == 0)
         std::exit(0);
