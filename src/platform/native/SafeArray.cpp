@@ -124,14 +124,16 @@ IRecordInfo *recordInfoOf(SAFEARRAY *array)
     return array->fFeatures & FADF_RECORD ? *hidden<IRecordInfo *>(array) : nullptr;
 }
 
-/// Frees what the element owns and leaves zeroes.
+/// Frees what the element owns and leaves zeroes. Somebody may have changed the size of the elements: what then lies in
+/// them is no text, object or variant.
 void clearElement(SAFEARRAY *array, char *element)
 {
-    if (array->fFeatures & FADF_VARIANT) {
+    const bool pointers = array->cbElements == sizeof(void *);
+    if (array->fFeatures & FADF_VARIANT && array->cbElements == sizeof(VARIANT)) {
         VariantClear(reinterpret_cast<VARIANT *>(element));
-    } else if (array->fFeatures & FADF_BSTR) {
+    } else if (array->fFeatures & FADF_BSTR && pointers) {
         SysFreeString(*reinterpret_cast<BSTR *>(element));
-    } else if (isInterfaces(array)) {
+    } else if (isInterfaces(array) && pointers) {
         if (IUnknown *object = *reinterpret_cast<IUnknown **>(element))
             object->Release();
     } else if (IRecordInfo *info = recordInfoOf(array)) {
