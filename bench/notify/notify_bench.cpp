@@ -33,7 +33,7 @@ namespace Quire {
 struct SearchProbe
 {
     static void complete(long id, long totalHits) { Search::TheSearcher->SearchComplete(id, totalHits); }
-    static QMutex &mutex() { return Search::TheSearcher->m_Mutex; }
+    static QMutex &mutex() { return Search::TheSearcher->m_Mutex.native(); }
 };
 
 } // namespace Quire
