@@ -170,7 +170,7 @@ void SearchModel::arrange(const std::vector<Item> &hits)
 {
     std::vector<int> targets = matchRows(keysOf(m_hits), keysOf(hits));
     removeMissing(targets);
-    sort(targets);
+    sortByTarget(targets);
     insertNew(targets, hits);
 }
 
@@ -190,7 +190,7 @@ void SearchModel::removeMissing(std::vector<int> &targets)
     targets.erase(std::remove(targets.begin(), targets.end(), -1), targets.end());
 }
 
-void SearchModel::sort(std::vector<int> &targets)
+void SearchModel::sortByTarget(std::vector<int> &targets)
 {
     if (std::is_sorted(targets.begin(), targets.end()))
         return;

@@ -69,7 +69,7 @@ private:
     void append(std::vector<Item> hits);
     void arrange(const std::vector<Item> &hits);
     void removeMissing(std::vector<int> &targets);
-    void sort(std::vector<int> &targets);
+    void sortByTarget(std::vector<int> &targets);
     void insertNew(const std::vector<int> &targets, const std::vector<Item> &hits);
 
     QStringList m_fieldColumns;
