@@ -6,7 +6,8 @@ file(GLOB_RECURSE QUIRE_SOURCES CONFIGURE_DEPENDS
     "${CMAKE_SOURCE_DIR}/models/*.h" "${CMAKE_SOURCE_DIR}/testkit/*.cpp" "${CMAKE_SOURCE_DIR}/testkit/*.h"
     "${CMAKE_SOURCE_DIR}/examples/*.cpp" "${CMAKE_SOURCE_DIR}/examples/*.h" "${CMAKE_SOURCE_DIR}/tools/*.cpp"
     "${CMAKE_SOURCE_DIR}/tools/*.h" "${CMAKE_SOURCE_DIR}/tests/*.cpp" "${CMAKE_SOURCE_DIR}/tests/*.h"
-    "${CMAKE_SOURCE_DIR}/bench/*.cpp" "${CMAKE_SOURCE_DIR}/bench/*.h" "${CMAKE_SOURCE_DIR}/fuzz/*.cpp")
+    "${CMAKE_SOURCE_DIR}/bench/*.cpp" "${CMAKE_SOURCE_DIR}/bench/*.h" "${CMAKE_SOURCE_DIR}/fuzz/*.cpp"
+    "${CMAKE_SOURCE_DIR}/fuzz/*.h")
 
 find_program(QUIRE_CLANG_FORMAT clang-format)
 if(QUIRE_CLANG_FORMAT)
@@ -18,7 +19,7 @@ find_program(QUIRE_CLANG_TIDY NAMES run-clang-tidy run-clang-tidy-14)
 if(QUIRE_CLANG_TIDY)
     add_custom_target(
         tidy COMMAND ${QUIRE_CLANG_TIDY} -quiet -p "${CMAKE_BINARY_DIR}"
-                     "^${CMAKE_SOURCE_DIR}/(src|newsroom|models|testkit|examples|tools|tests|bench)/.*\\.cpp$" VERBATIM)
+                     "^${CMAKE_SOURCE_DIR}/(src|newsroom|models|testkit|examples|tools|tests|bench|fuzz)/.*\\.cpp$" VERBATIM)
 endif()
 
 find_program(QUIRE_CPPCHECK cppcheck)

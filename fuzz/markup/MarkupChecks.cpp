@@ -1,7 +1,6 @@
 #include "MarkupChecks.h"
 
 #include <algorithm>
-#include <cstring>
 #include <memory>
 
 #include <quire/XML.h>
@@ -149,15 +148,6 @@ QString checkEntitiesInThisMode(const QString &text)
 }
 
 } // namespace
-
-QString textOf(const unsigned char *data, std::size_t size)
-{
-    if (size == 0 || data[0] != 0xFF)
-        return QString::fromUtf8(reinterpret_cast<const char *>(data), int(size));
-    QString text(int((size - 1) / sizeof(QChar)), Qt::Uninitialized);
-    std::memcpy(text.data(), data + 1, std::size_t(text.size()) * sizeof(QChar));
-    return text;
-}
 
 QString checkDocument(const QString &text)
 {

@@ -3,14 +3,9 @@
 /// \file
 /// What has to hold for every input of the markup toolkit. The fuzz targets and the ordinary tests ask for the same.
 
-#include <cstddef>
-
 #include <QString>
 
 namespace MarkupFuzz {
-
-/// \a size bytes of an input as text: UTF-8, or behind a byte FF UTF-16 as it stands, lone surrogates included.
-QString textOf(const unsigned char *data, std::size_t size);
 
 /// Reads, writes and reads again. Answers what is wrong, an empty string when nothing is.
 ///
