@@ -11,8 +11,7 @@ namespace Fuzz {
 
 namespace {
 
-constexpr VARTYPE types[] = {VT_UI1,  VT_I1, VT_I2,       VT_I4,      VT_R8,
-                             VT_BSTR, VT_UI4, VT_DISPATCH, VT_UNKNOWN, VT_VARIANT};
+constexpr VARTYPE types[] = {VT_UI1, VT_I1, VT_I2, VT_I4, VT_R8, VT_BSTR, VT_UI4, VT_DISPATCH, VT_UNKNOWN, VT_VARIANT};
 constexpr ULONG sizes[] = {1, 2, 4, 8, 16, 24, sizeof(Orvex::FieldValue), sizeof(Orvex::SearchHit), 64, 1000};
 
 constexpr int most = 3; // dimensions

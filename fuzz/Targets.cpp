@@ -5,7 +5,10 @@
 #include "Input.h"
 #include "forms/FormChecks.h"
 #include "markup/MarkupChecks.h"
+#include "notify/NotifyChecks.h"
+#include "session/SessionChecks.h"
 #include "story/StoryChecks.h"
+#include "tree/TreeChecks.h"
 
 namespace Fuzz {
 
@@ -22,10 +25,21 @@ QString ofText(const QByteArray &input)
 const std::vector<Target> &targets()
 {
     static const std::vector<Target> all{
-        {"forms/codec", ofText<FormFuzz::checkCodec>},          {"forms/form", ofText<FormFuzz::checkForm>},
-        {"markup/document", ofText<MarkupFuzz::checkDocument>}, {"markup/entities", ofText<MarkupFuzz::checkEntities>},
-        {"markup/params", ofText<MarkupFuzz::checkParams>},     {"story/item", ofText<StoryFuzz::checkItem>},
-        {"story/local", ofText<StoryFuzz::checkLocalStory>},    {"story/sections", ofText<StoryFuzz::checkSections>},
+        {"forms/codec", ofText<FormFuzz::checkCodec>},
+        {"forms/form", ofText<FormFuzz::checkForm>},
+        {"markup/document", ofText<MarkupFuzz::checkDocument>},
+        {"markup/entities", ofText<MarkupFuzz::checkEntities>},
+        {"markup/params", ofText<MarkupFuzz::checkParams>},
+        {"notify/events", NotifyFuzz::checkEvents},
+        {"session/blobs", SessionFuzz::checkBlobs},
+        {"session/identifiers", ofText<SessionFuzz::checkIdentifiers>},
+        {"session/names", ofText<SessionFuzz::checkNames>},
+        {"session/signon", ofText<SessionFuzz::checkSignOn>},
+        {"story/item", ofText<StoryFuzz::checkItem>},
+        {"story/local", ofText<StoryFuzz::checkLocalStory>},
+        {"story/sections", ofText<StoryFuzz::checkSections>},
+        {"tree/list", ofText<TreeFuzz::checkList>},
+        {"tree/objects", TreeFuzz::checkObjects},
     };
     return all;
 }

@@ -54,7 +54,8 @@ QString checkStandIn(const QString &text)
         return QStringLiteral("the unique form is not read as it was written");
     StoryID read{};
     Quire::String2StoryID(id.unique(), &read, 10);
-    return isSame(read, {id.part1, id.part2, id.part3}) ? QString() : QStringLiteral("the library reads another number");
+    return isSame(read, {id.part1, id.part2, id.part3}) ? QString()
+                                                        : QStringLiteral("the library reads another number");
 }
 
 } // namespace

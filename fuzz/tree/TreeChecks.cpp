@@ -104,9 +104,8 @@ int indexOfName(const std::vector<Line> &lines, const QString &name)
 
 int indexOfAttribute(const std::vector<Line> &lines, const QString &name, const QString &value)
 {
-    const auto found = std::find_if(lines.begin(), lines.end(), [&](const Line &line) {
-        return line.parts[2] == name && line.parts[3] == value;
-    });
+    const auto found = std::find_if(lines.begin(), lines.end(),
+                                    [&](const Line &line) { return line.parts[2] == name && line.parts[3] == value; });
     return found == lines.end() ? -1 : static_cast<int>(found - lines.begin());
 }
 
@@ -118,8 +117,7 @@ QString checkFinding(ItemList &list, const std::vector<Line> &lines)
             if (list.Find(asked) != indexOfName(lines, asked))
                 return QStringLiteral("another item was found by the name \"%1\"").arg(asked);
         }
-        if (list.FindByAttribute(line.parts[2], line.parts[3]) !=
-            indexOfAttribute(lines, line.parts[2], line.parts[3]))
+        if (list.FindByAttribute(line.parts[2], line.parts[3]) != indexOfAttribute(lines, line.parts[2], line.parts[3]))
             return QStringLiteral("another item was found by an attribute");
     }
     return QString();
@@ -167,9 +165,9 @@ QString checkList(const QString &text)
     if (!wrong.isEmpty())
         return wrong;
     std::stable_sort(lines.begin(), lines.end(), [](const Line &a, const Line &b) { return a.parts[1] < b.parts[1]; });
-    lines.erase(std::unique(lines.begin(), lines.end(),
-                            [](const Line &a, const Line &b) { return a.parts[1] == b.parts[1]; }),
-                lines.end());
+    lines.erase(
+        std::unique(lines.begin(), lines.end(), [](const Line &a, const Line &b) { return a.parts[1] == b.parts[1]; }),
+        lines.end());
     list.SortUnique();
     if (list.Size() != static_cast<int>(lines.size()))
         return QStringLiteral("%1 items are left instead of %2").arg(list.Size()).arg(lines.size());

@@ -14,6 +14,7 @@
 #include <memory>
 
 #include <quire/orvex/Orvex.h>
+#include <quire/platform/ThreadSafety.h>
 
 /// A server that does nothing by itself: it answers what a test has set, records every call, and can refuse any.
 namespace FakeServer {
@@ -147,7 +148,8 @@ public:
     // ---- for the objects ----
 
     /// Records a call; the result that it must answer, S_OK unless it is to fail.
-    HRESULT enter(const QString &operation, const QString &text);
+    HRESULT enter(const QString &operation,
+                  const QString &text) QUIRE_NO_THREAD_SAFETY_ANALYSIS; // asks whether the caller has the lock
     HRESULT refusal(Kind kind, REFIID iid) const;
     Kind kindOf(const QString &path, QString *properPath) const;
     QStringList children(const QString &path) const;
