@@ -10,6 +10,12 @@
 
 namespace Quire {
 
+namespace {
+
+const int bodySection = 8;
+
+} // namespace
+
 OpenStory::OpenStory(const QString &queuePath, const StoryID &id)
 {
     m_queuePath = queuePath;
@@ -18,7 +24,6 @@ OpenStory::OpenStory(const QString &queuePath, const StoryID &id)
     GetFormName(m_formName);
 }
 
-/// Gets a handle from the server: one that was used before may hold changes that could not be saved.
 void OpenStory::find()
 {
     QuireCOM *const session = QuireCOM::TheQuireCOM;
@@ -48,14 +53,21 @@ std::vector<Field> OpenStory::formFields()
     return form ? uniqueFields(form->m_Fields) : std::vector<Field>();
 }
 
-std::vector<QString> OpenStory::values(const std::vector<QString> &names)
+StoryContent OpenStory::content(const StoryWish &wish)
 {
-    std::vector<QString> all(names.size());
-    for (std::size_t index = 0; index < names.size(); ++index) {
-        GetField(names[index], all[index]);
+    StoryContent content;
+    content.values.resize(wish.fields.size());
+    for (std::size_t index = 0; index < wish.fields.size(); ++index) {
+        GetField(wish.fields[index], content.values[index]);
         raiseError();
     }
-    return all;
+    if (wish.body) {
+        GetSection(bodySection, content.body, true);
+        raiseError();
+        if (content.body.isNull())
+            content.body = QLatin1String(""); // there, but empty
+    }
+    return content;
 }
 
 void OpenStory::raiseError()
@@ -84,28 +96,34 @@ try {
     m_locked = false; // the server frees it when the user signs off
 }
 
-std::vector<QString> OpenStory::change(const QString &name, const QString &value, int lockType, QString *holder,
-                                       const std::vector<QString> &names)
+StoryContent OpenStory::change(const StoryChange &change, int lockType, QString *holder, const StoryWish &wish)
 {
     if (m_locked) {
-        write(name, value);
-        return values(names);
+        write(change);
+        return content(wish);
     }
     lock(lockType, holder);
     try {
-        write(name, value);
+        write(change);
     } catch (...) {
         unlock();
         throw;
     }
     unlock();
-    return values(names);
+    return content(wish);
 }
 
-void OpenStory::write(const QString &name, const QString &value)
+void OpenStory::write(const StoryChange &change)
 try {
-    SetField(name, value);
-    raiseError();
+    for (const auto &[name, value] : change.fields) {
+        SetField(name, value);
+        raiseError();
+    }
+    QString body = change.body;
+    if (!body.isNull() && !PutSection(bodySection, body, true)) {
+        raiseError();
+        raiseMissing();
+    }
     if (Save(true))
         return;
     raiseError();

@@ -6,12 +6,34 @@
 #include <QString>
 
 #include <memory>
+#include <utility>
 #include <vector>
 
 #include <quire/forms/Field.h>
 #include <quire/story/Story.h>
 
 namespace Quire {
+
+/// What a model shows of a story. A plain value.
+struct StoryContent
+{
+    std::vector<QString> values; ///< Of the fields that were asked for.
+    QString body;                ///< Section 8 with its markup; null when it was not asked for.
+};
+
+/// What is to be written of a story. A plain value.
+struct StoryChange
+{
+    std::vector<std::pair<QString, QString>> fields; ///< Names and values.
+    QString body;                                    ///< Null: it stays as it is.
+};
+
+/// What a model wants to see of a story. A plain value.
+struct StoryWish
+{
+    std::vector<QString> fields; ///< Their names.
+    bool body = false;
+};
 
 /// A story that the server is asked for by its identifier: a long queue is not searched for it. On the ServerThread.
 class OpenStory : public Story
@@ -23,8 +45,11 @@ public:
 
     /// The fields of the form, the first of those with the same name; none without a form.
     std::vector<Field> formFields();
-    /// The value of each of these fields. Raises what the server refuses.
-    std::vector<QString> values(const std::vector<QString> &names);
+    /// What is there of it. Raises what the server refuses.
+    StoryContent content(const StoryWish &wish);
+    /// Gets a handle from the server: the one from before may hold changes that could not be saved, or be of a session
+    /// that has ended. Raises when there is no such story any more.
+    void find();
 
     /// Asks for the lock. When that is refused because of somebody, \a holder names who. Raises any refusal.
     void lock(int type, QString *holder);
@@ -32,15 +57,13 @@ public:
     void unlock();
     bool isLocked() const { return m_locked; }
 
-    /// Writes a field and saves the story, under its lock: one that is not held is got, as by lock, and given back.
-    /// Returns the values of \a names then. Raises what the server refuses; then nothing is left of the change.
-    std::vector<QString> change(const QString &name, const QString &value, int lockType, QString *holder,
-                                const std::vector<QString> &names);
+    /// Writes and saves all of \a change at once, under the story's lock: one that is not held is got, as by lock, and
+    /// given back. Returns what is there then. Raises what the server refuses; then nothing is left of the change.
+    StoryContent change(const StoryChange &change, int lockType, QString *holder, const StoryWish &wish);
 
 private:
-    void write(const QString &name, const QString &value);
+    void write(const StoryChange &change);
     OpenStory(const QString &queuePath, const StoryID &id);
-    void find();
     void raiseError();
     static void end(OpenStory *story);
 

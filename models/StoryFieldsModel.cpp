@@ -7,7 +7,6 @@
 #include "ServerWork.h"
 #include "StoryCells.h"
 #include <quire/forms/AttributeCodec.h>
-#include <quire/session/ErrorString.h>
 
 namespace Quire {
 
@@ -48,45 +47,50 @@ void StoryFieldsModel::reset(const QString &queuePath, const StoryID &id)
     m_id = id;
     m_story.reset();
     m_rows.clear();
+    m_body.clear();
+    m_setBody.clear();
     endResetModel();
     setLocked(false);
+    noteModified();
+    Q_EMIT bodyChanged();
 }
 
 void StoryFieldsModel::ask()
 {
     beginLoad();
     work().run(
-        [this, path = m_queuePath, id = m_id]() -> ServerWork::Delivery {
+        [this, path = m_queuePath, id = m_id, readsBody = m_readsBody]() -> ServerWork::Delivery {
             const std::shared_ptr<OpenStory> story = OpenStory::open(path, id);
             const std::vector<Field> fields = story->formFields();
-            std::vector<QString> names;
+            StoryWish wish{{}, readsBody};
             for (const Field &field : fields)
-                names.push_back(field.m_Id);
-            return [this, story, fields, values = story->values(names)] { show(story, fields, values); };
+                wish.fields.push_back(field.m_Id);
+            return [this, story, fields, content = story->content(wish)] { show(story, fields, content); };
         },
         [this](HRESULT error) { endLoad(error); });
 }
 
 void StoryFieldsModel::show(const std::shared_ptr<OpenStory> &story, const std::vector<Field> &fields,
-                            const std::vector<QString> &values)
+                            const StoryContent &content)
 {
     m_story = story;
     if (!fields.empty()) {
         beginInsertRows(QModelIndex(), 0, static_cast<int>(fields.size()) - 1);
         for (std::size_t row = 0; row < fields.size(); ++row)
-            m_rows.push_back({fields[row], values[row], QString(), 0});
+            m_rows.push_back({fields[row], content.values[row], QString()});
         endInsertRows();
         countRows(rowCount());
     }
+    showContent(content);
     endLoad(0);
 }
 
-std::vector<QString> StoryFieldsModel::fieldNames() const
+StoryWish StoryFieldsModel::wish() const
 {
-    std::vector<QString> names;
+    StoryWish wish{{}, m_readsBody};
     for (const Row &row : m_rows)
-        names.push_back(row.field.m_Id);
-    return names;
+        wish.fields.push_back(row.field.m_Id);
+    return wish;
 }
 
 void StoryFieldsModel::refresh()
@@ -98,16 +102,28 @@ void StoryFieldsModel::refresh()
     }
     beginLoad();
     work().run(
-        [this, story = m_story, names = fieldNames()]() -> ServerWork::Delivery {
-            return [this, values = story->values(names)] {
-                showValues(values);
+        [this, story = m_story, wish = wish()]() -> ServerWork::Delivery {
+            story->find(); // the session may be another one by now
+            return [this, content = story->content(wish)] {
+                showContent(content);
                 endLoad(0);
             };
         },
         [this](HRESULT error) { endLoad(error); });
 }
 
-/// Takes the values that the server has now; neighbours that differ are told together.
+/// Takes what the server has now.
+void StoryFieldsModel::showContent(const StoryContent &content)
+{
+    showValues(content.values);
+    if (content.body.isNull() || content.body == m_body)
+        return;
+    m_body = content.body;
+    if (m_setBody.isNull())
+        Q_EMIT bodyChanged();
+}
+
+/// Neighbours that differ are told together.
 void StoryFieldsModel::showValues(const std::vector<QString> &values)
 {
     int first = -1;
@@ -116,13 +132,19 @@ void StoryFieldsModel::showValues(const std::vector<QString> &values)
         bool differs = false;
         if (row < rowCount() && m_rows[place].value != values[place]) {
             m_rows[place].value = values[place];
-            differs = m_rows[place].pending == 0;
+            differs = !m_rows[place].isPending();
         }
         if (differs && first < 0)
             first = row;
         if (!differs && first >= 0)
             Q_EMIT dataChanged(index(std::exchange(first, -1), ValueColumn), index(row - 1, ValueColumn));
     }
+}
+
+void StoryFieldsModel::showRow(int row)
+{
+    const QModelIndex cell = index(row, ValueColumn);
+    Q_EMIT dataChanged(cell, cell);
 }
 
 int StoryFieldsModel::rowOf(const QString &name) const
@@ -133,113 +155,7 @@ int StoryFieldsModel::rowOf(const QString &name) const
     return found == m_rows.end() ? -1 : static_cast<int>(found - m_rows.begin());
 }
 
-// ---- the lock -------------------------------------------------------------------------------------------------------
-
-bool StoryFieldsModel::isLocked() const
-{
-    return m_locked;
-}
-
-int StoryFieldsModel::lockType() const
-{
-    return m_lockType;
-}
-
-void StoryFieldsModel::setLockType(int type)
-{
-    m_lockType = type;
-}
-
-void StoryFieldsModel::setLocked(bool locked)
-{
-    if (std::exchange(m_locked, locked) != locked)
-        Q_EMIT lockedChanged(locked);
-}
-
-void StoryFieldsModel::refuse(const QString &holder, qint32 error)
-{
-    if (!holder.isEmpty())
-        Q_EMIT lockRefused(holder, getErrorString(error, false));
-    endLoad(error);
-}
-
-void StoryFieldsModel::lock()
-{
-    if (!m_story || m_locked)
-        return;
-    beginLoad();
-    const auto holder = std::make_shared<QString>();
-    work().run(
-        [this, story = m_story, type = m_lockType, holder]() -> ServerWork::Delivery {
-            story->lock(type, holder.get());
-            return [this] {
-                setLocked(true);
-                endLoad(0);
-            };
-        },
-        [this, holder](HRESULT error) { refuse(*holder, error); });
-}
-
-void StoryFieldsModel::unlock()
-{
-    if (!m_locked)
-        return;
-    setLocked(false);
-    work().runAnyway(
-        [story = m_story]() -> ServerWork::Delivery {
-            story->unlock();
-            return [] {};
-        },
-        [](HRESULT) {});
-}
-
-// ---- values ---------------------------------------------------------------------------------------------------------
-
-bool StoryFieldsModel::setData(const QModelIndex &index, const QVariant &value, int role)
-{
-    if (role != Qt::EditRole || !(flags(index) & Qt::ItemIsEditable))
-        return false;
-    if (value.toString() != data(index, Qt::EditRole).toString())
-        write(index.row(), value.toString());
-    return true;
-}
-
-void StoryFieldsModel::write(int row, const QString &value)
-{
-    Row &changed = m_rows[static_cast<std::size_t>(row)];
-    changed.set = value;
-    ++changed.pending;
-    const QModelIndex cell = index(row, ValueColumn);
-    Q_EMIT dataChanged(cell, cell);
-    beginLoad();
-    const auto holder = std::make_shared<QString>();
-    work().runAnyway(
-        [this, story = m_story, names = fieldNames(), row, value, type = m_lockType, holder]() -> ServerWork::Delivery {
-            const QString name = names[static_cast<std::size_t>(row)];
-            const std::vector<QString> values = story->change(name, value, type, holder.get(), names);
-            return [this, row, name, values] {
-                showValues(values);
-                endWrite(row);
-                Q_EMIT saved(name);
-                endLoad(0);
-            };
-        },
-        [this, row, holder](HRESULT error) {
-            endWrite(row);
-            refuse(*holder, error);
-        });
-}
-
-/// Shows what the server has, unless the field has been set again meanwhile.
-void StoryFieldsModel::endWrite(int row)
-{
-    Row &changed = m_rows[static_cast<std::size_t>(row)];
-    if (--changed.pending > 0)
-        return;
-    changed.set.clear();
-    const QModelIndex cell = index(row, ValueColumn);
-    Q_EMIT dataChanged(cell, cell);
-}
+// ---- what is shown --------------------------------------------------------------------------------------------------
 
 int StoryFieldsModel::rowCount(const QModelIndex &parent) const
 {
@@ -267,7 +183,7 @@ QVariant StoryFieldsModel::data(const QModelIndex &index, int role) const
     switch (role) {
     case Qt::DisplayRole:
     case Qt::EditRole:
-        return !isValue ? fieldTitle(row.field) : row.pending > 0 ? row.set : row.value;
+        return !isValue ? fieldTitle(row.field) : row.isPending() ? row.set : row.value;
     case Qt::TextAlignmentRole:
         return alignment(isValue ? row.field.m_Align : row.field.m_LabelAlign);
     case IdentifierRole:
@@ -278,7 +194,7 @@ QVariant StoryFieldsModel::data(const QModelIndex &index, int role) const
     case ReadOnlyRole:
         return row.field.m_ReadOnly || IsAttributeReadOnly(row.field.m_Id);
     case PendingRole:
-        return row.pending > 0;
+        return row.isPending();
     case WidthRole:
         return isValue ? row.field.m_Length : row.field.m_LabelLength;
     case StyleRole:

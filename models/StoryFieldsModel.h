@@ -6,6 +6,7 @@
 #include <QString>
 
 #include <memory>
+#include <utility>
 #include <vector>
 
 #include <quire/forms/Field.h>
@@ -15,6 +16,8 @@
 namespace Quire {
 
 class OpenStory;
+struct StoryContent;
+struct StoryWish;
 
 /// A table of the fields of one story, as its form has them: in one column what the form calls them, in the other their
 /// values, which can be edited unless the form or the server's own rules say that people may not (IsAttributeReadOnly).
@@ -26,6 +29,12 @@ class OpenStory;
 ///
 /// A change that has been set is made even when the model goes before that.
 ///
+/// With setSavesAtOnce(false) what is set stays here instead, pending, until save writes all of it in one go or discard
+/// drops it. What could not be saved stays set, so that nothing that somebody typed is lost; what has neither been
+/// saved nor discarded goes with the story and the model.
+///
+/// Those who show the text as well ask for it by setReadsBody; it is saved in the same way.
+///
 /// Roles: IdentifierRole and NameRole (the field's name), PathRole, ReadOnlyRole, PendingRole, WidthRole, StyleRole (of
 /// the field, as Field tells them) and Qt::TextAlignmentRole.
 class QUIRE_MODELS_EXPORT StoryFieldsModel : public ServerTable
@@ -33,6 +42,10 @@ class QUIRE_MODELS_EXPORT StoryFieldsModel : public ServerTable
     Q_OBJECT
     Q_PROPERTY(bool locked READ isLocked NOTIFY lockedChanged)
     Q_PROPERTY(int lockType READ lockType WRITE setLockType)
+    Q_PROPERTY(bool modified READ isModified NOTIFY modifiedChanged)
+    Q_PROPERTY(bool savesAtOnce READ savesAtOnce WRITE setSavesAtOnce)
+    Q_PROPERTY(bool readsBody READ readsBody WRITE setReadsBody)
+    Q_PROPERTY(QString body READ body WRITE setBody NOTIFY bodyChanged)
 
 public:
     /// Which column shows what.
@@ -68,6 +81,34 @@ public:
     int lockType() const;
     void setLockType(int type);
 
+    /// \name Several changes in one save
+    /// \{
+
+    /// Setting a value saves it; initially true.
+    bool savesAtOnce() const;
+    void setSavesAtOnce(bool saves);
+    /// Something was set that has not been saved.
+    bool isModified() const;
+    /// Writes all that was set, in one save, as setting a value does otherwise. Nothing happens without a change.
+    void save();
+    /// Shows the server's values again in place of what was set.
+    void discard();
+
+    /// \}
+    /// \name The text
+    /// \{
+
+    /// Whether the text is read with the fields, from the next open or refresh on; initially false.
+    bool readsBody() const;
+    void setReadsBody(bool reads);
+    /// Section 8 of the story with its markup, see Story::GetSection; what was set while it has not been saved. Empty
+    /// until it has been read.
+    QString body() const;
+    /// Sets the text. False for a null one and without a text that has been read.
+    bool setBody(const QString &markup);
+
+    /// \}
+
     int rowCount(const QModelIndex &parent = QModelIndex()) const override;
     int columnCount(const QModelIndex &parent = QModelIndex()) const override;
     Qt::ItemFlags flags(const QModelIndex &index) const override;
@@ -81,34 +122,53 @@ Q_SIGNALS:
     void lockRefused(const QString &holder, const QString &text);
     /// The server has taken the value of a field and saved the story.
     void saved(const QString &field);
+    /// The server has saved the story with all that one change or save wrote; comes after saved.
+    void storySaved();
     /// isLocked has changed.
     void lockedChanged(bool locked);
+    /// isModified has changed.
+    void modifiedChanged(bool modified);
+    /// body has changed.
+    void bodyChanged();
 
 private:
     struct Row
     {
         Field field;
-        QString value; // the server's
-        QString set;   // what was set here, while it is pending
-        int pending = 0;
+        QString value;     // the server's
+        QString set;       // what was set here, while it is pending
+        int writing = 0;   // how often it is being written
+        bool kept = false; // until save
+        bool isPending() const { return kept || writing > 0; }
     };
+    /// A row and what it is to become.
+    using RowChange = std::pair<int, QString>;
 
     void reset(const QString &queuePath, const StoryID &id);
     void ask();
-    void show(const std::shared_ptr<OpenStory> &story, const std::vector<Field> &fields,
-              const std::vector<QString> &values);
+    void show(const std::shared_ptr<OpenStory> &story, const std::vector<Field> &fields, const StoryContent &content);
+    void showContent(const StoryContent &content);
     void showValues(const std::vector<QString> &values);
+    void showRow(int row);
     void setLocked(bool locked);
-    void write(int row, const QString &value);
-    void endWrite(int row);
+    void noteModified();
+    void writeRow(int row, const QString &value);
+    void write(const std::vector<RowChange> &rows, const QString &body);
+    void keep(int row, const QString &value);
+    void endWrite(const std::vector<RowChange> &rows, const QString &body, bool done);
     void refuse(const QString &holder, qint32 error);
-    std::vector<QString> fieldNames() const;
+    StoryWish wish() const;
 
     QString m_queuePath;
     StoryID m_id{};
     std::shared_ptr<OpenStory> m_story; // used on the ServerThread only; null until it has been opened
     std::vector<Row> m_rows;
+    QString m_body;    // the server's
+    QString m_setBody; // what was set here, null unless it is pending
     bool m_locked = false;
+    bool m_modified = false; // as it was last told
+    bool m_savesAtOnce = true;
+    bool m_readsBody = false;
     int m_lockType = 1;
 };
 
