@@ -1,0 +1,172 @@
+#include "Screenshots.h"
+
+#include <QDir>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPixmap>
+#include <QTextEdit>
+#include <QTimer>
+#include <QTreeView>
+
+#include <quire/newsroom/Newsroom.h>
+
+#include "Banner.h"
+#include "FieldsForm.h"
+#include "MainWindow.h"
+#include "QueuePane.h"
+#include "SearchPane.h"
+#include "Session.h"
+#include "StoryEditing.h"
+#include "StoryPane.h"
+#include "StoryTable.h"
+#include "TreePane.h"
+
+namespace Desk {
+
+namespace {
+
+constexpr int step = 50;       // milliseconds between looks
+constexpr int mostLooks = 400; // until a scene is given up
+constexpr int settling = 4;    // looks that a scene has to be ready for: it is painted by then
+
+const QLatin1String notebook("ARCHIVE.NOTEBOOK");
+const QLatin1String rundown("SHOWS.EVENING.RUNDOWN");
+constexpr qint32 tunnelStory = 1003; // somebody edits it
+constexpr qint32 ferryStory = 1005;
+constexpr qint32 railStory = 1006;
+
+QString number(qint32 story)
+{
+    return QStringLiteral("%1:101:0").arg(story);
+}
+
+} // namespace
+
+Screenshots::Screenshots(MainWindow &window, Session &session, const QString &folder)
+    : m_window(window)
+    , m_session(session)
+    , m_folder(folder)
+{
+    QDir().mkpath(folder);
+    addReading();
+    addEditing();
+    addDark();
+    connect(&session, &Session::signedOn, this, &Screenshots::next);
+}
+
+bool Screenshots::isStoryThere() const
+{
+    return !m_window.story().model().isLoading() && m_window.story().model().rowCount() > 0;
+}
+
+bool Screenshots::isQueueThere() const
+{
+    return !m_window.queue().model().isLoading() && m_window.queue().model().rowCount() > 0;
+}
+
+void Screenshots::addReading()
+{
+    const auto choose = [this](qint32 story) {
+        const QModelIndex index = m_window.queue().model().indexOf(number(story));
+        m_window.queue().table().setCurrentIndex(index.siblingAtColumn(1));
+    };
+    m_scenes.push_back({QString(), [] {}, [this] { return m_window.tree().model().rowCount() > 0; }});
+    for (const char *path : {"SHOWS", "SHOWS.EVENING", "WIRES", "SPORT"}) {
+        m_scenes.push_back({QString(),
+                            [this, path] {
+                                Quire::DirectoryModel &tree = m_window.tree().model();
+                                m_window.tree().view().expand(tree.indexOf(QLatin1String(path)));
+                            },
+                            [this] { return !m_window.tree().model().isLoading(); }});
+    }
+    m_scenes.push_back(
+        {QStringLiteral("tree"), [this] { m_window.openQueue(rundown); }, [this] { return isQueueThere(); }});
+    m_scenes.push_back({QStringLiteral("story"), [choose] { choose(railStory); }, [this] { return isStoryThere(); }});
+    m_scenes.push_back({QStringLiteral("locked"),
+                        [this, choose] {
+                            m_session.server()->model()->lockElsewhere(tunnelStory, QStringLiteral("sports"), 1);
+                            choose(tunnelStory);
+                        },
+                        [this] {
+                            if (!isStoryThere())
+                                return false;
+                            if (m_window.story().banner().isHidden())
+                                m_window.story().editing().begin();
+                            return !m_window.story().banner().isHidden();
+                        }});
+    m_scenes.push_back({QStringLiteral("search"),
+                        [this] {
+                            m_window.searchLine().setText(QStringLiteral("tunnel"));
+                            Q_EMIT m_window.searchLine().returnPressed();
+                        },
+                        [this] { return !m_window.hits().model().isLoading(); }});
+}
+
+void Screenshots::addEditing()
+{
+    m_scenes.push_back({QString(),
+                        [this] {
+                            Q_EMIT m_window.hits().closed();
+                            const QModelIndex index = m_window.queue().model().indexOf(number(ferryStory));
+                            m_window.queue().table().setCurrentIndex(index.siblingAtColumn(1));
+                        },
+                        [this] { return isStoryThere(); }});
+    m_scenes.push_back({QString(), [this] { m_window.story().editing().begin(); },
+                        [this] { return m_window.story().model().isLocked(); }});
+    m_scenes.push_back({QStringLiteral("edit"),
+                        [this] {
+                            m_window.story().text().setFocus();
+                            m_window.story().text().textCursor().insertText(QStringLiteral("Good evening. "));
+                        },
+                        [this] { return m_window.story().model().isModified(); }});
+    m_scenes.push_back({QStringLiteral("live"),
+                        [this] {
+                            const auto newsroom = m_session.server()->model();
+                            const auto colleague =
+                                newsroom->signOn(QStringLiteral("producer"), QStringLiteral("air"), QString());
+                            auto draft = newsroom->edit(colleague.value, railStory);
+                            draft.value.putField(QStringLiteral("title"), QStringLiteral("Rail strike called off"));
+                            newsroom->save(colleague.value, draft.value);
+                        },
+                        [this] { return m_window.queue().marks().isMarked(number(railStory)); }});
+}
+
+void Screenshots::addDark()
+{
+    m_scenes.push_back({QString(),
+                        [this] {
+                            m_window.story().model().discard();
+                            m_window.story().editing().finish();
+                        },
+                        [this] { return !m_window.story().model().isLocked(); }});
+    m_scenes.push_back({QStringLiteral("dark"), [this] { m_window.setDark(true); }, [] { return true; }});
+}
+
+void Screenshots::next()
+{
+    if (m_scene == m_scenes.size()) {
+        Q_EMIT finished(m_complete);
+        return;
+    }
+    m_looks = 0;
+    m_scenes[m_scene].act();
+    QTimer::singleShot(step, this, &Screenshots::look);
+}
+
+void Screenshots::look()
+{
+    const Scene &scene = m_scenes[m_scene];
+    const bool ready = scene.isReady();
+    ++m_looks;
+    if ((!ready || m_looks < settling) && m_looks < mostLooks) {
+        QTimer::singleShot(step, this, &Screenshots::look);
+        return;
+    }
+    m_complete = m_complete && ready;
+    if (!scene.name.isEmpty())
+        m_complete &= m_window.grab().save(QDir(m_folder).filePath(scene.name + QStringLiteral(".png")));
+    ++m_scene;
+    next();
+}
+
+} // namespace Desk
