@@ -48,6 +48,7 @@ void SearchList::SetSearchComplete()
 void SearchList::AddHits(std::vector<Item> &hits)
 {
     const ListMutexLocker lock("SearchList::AddHits()", listMutex().get());
+    u_Expect(u_Size()); // doubled when full: hits that move do so while the searcher waits, with all who ask it
     for (Item &hit : hits)
         u_Append(std::move(hit));
     SetChanged();
