@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include <quire/platform/Bstr.h>
+#include <quire/platform/PermanentText.h>
 #include <quire/session/StoryID.h>
 
 namespace Quire {
@@ -14,8 +15,8 @@ namespace {
 /// Made once, so that all items share their texts.
 struct HitKeys
 {
-    const QString queue = QLatin1String(Attr_Queue);
-    const QString storyId = QLatin1String(Attr_Storyid);
+    const QString queue = Platform::permanentText(Attr_Queue);
+    const QString storyId = Platform::permanentText(Attr_Storyid);
 };
 
 const HitKeys &hitKeys()

@@ -13,6 +13,7 @@
 #include <quire/markup/NamedTag.h>
 #include <quire/markup/Parser.h>
 #include <quire/platform/Bstr.h>
+#include <quire/platform/PermanentText.h>
 #include <quire/session/QuireCOMMutex.h>
 #include <quire/tree/Item.h>
 
@@ -30,11 +31,11 @@ const int AlreadyFlag = 8;
 /// The keys of every story item. Made once, so that a hundred thousand items share their texts.
 struct ItemKeys
 {
-    const QString storyId = QLatin1String(Attr_Storyid);
-    const QString header = QLatin1String(Attr_Header);
-    const QString fields = QLatin1String(Attr_Fields);
-    const QString lock = QLatin1String(Attr_Lock);
-    const QString headerId = QLatin1String(Attr_Headerid);
+    const QString storyId = Platform::permanentText(Attr_Storyid);
+    const QString header = Platform::permanentText(Attr_Header);
+    const QString fields = Platform::permanentText(Attr_Fields);
+    const QString lock = Platform::permanentText(Attr_Lock);
+    const QString headerId = Platform::permanentText(Attr_Headerid);
 };
 
 const ItemKeys &itemKeys()
@@ -55,14 +56,14 @@ const std::vector<HeaderAttribute> &headerAttributes()
 {
     static const auto &attributes = *new const std::vector<HeaderAttribute>{
         // never destroyed: a worker may outlast main()
-        {QStringLiteral("wire"), QLatin1String(Attr_Wire), QString()},
-        {QStringLiteral("mail"), QLatin1String(Attr_Mail), QString()},
-        {QStringLiteral("words"), QLatin1String(Attr_Words), QString()},
-        {QStringLiteral("rate"), QLatin1String(Attr_Rate), QString()},
-        {QStringLiteral("locked"), QLatin1String(Attr_Lock), QString()},
-        {QStringLiteral("break"), QLatin1String(Attr_Break), QStringLiteral("B")},
-        {QStringLiteral("float"), QLatin1String(Attr_Float), QStringLiteral("F")},
-        {QStringLiteral("hold"), QLatin1String(Attr_Hold), QStringLiteral("H")},
+        {QStringLiteral("wire"), Platform::permanentText(Attr_Wire), QString()},
+        {QStringLiteral("mail"), Platform::permanentText(Attr_Mail), QString()},
+        {QStringLiteral("words"), Platform::permanentText(Attr_Words), QString()},
+        {QStringLiteral("rate"), Platform::permanentText(Attr_Rate), QString()},
+        {QStringLiteral("locked"), Platform::permanentText(Attr_Lock), QString()},
+        {QStringLiteral("break"), Platform::permanentText(Attr_Break), QStringLiteral("B")},
+        {QStringLiteral("float"), Platform::permanentText(Attr_Float), QStringLiteral("F")},
+        {QStringLiteral("hold"), Platform::permanentText(Attr_Hold), QStringLiteral("H")},
     };
     return attributes;
 }

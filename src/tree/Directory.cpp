@@ -7,6 +7,7 @@
 #include "ServerCall.h"
 #include <quire/notify/Search.h>
 #include <quire/platform/Bstr.h>
+#include <quire/platform/PermanentText.h>
 #include <quire/platform/Variant.h>
 #include <quire/session/Dispatch2.h>
 #include <quire/session/QuireCOM.h>
@@ -31,7 +32,7 @@ QString readName(const Pointer &entry)
 void addCount(Item &item, const Orvex::IDirectory2Ptr &directory)
 {
     static const auto &key =
-        *new const QString(QLatin1String(Attr_NumItems)); // never destroyed: a worker may outlast main()
+        *new const QString(Platform::permanentText(Attr_NumItems)); // never destroyed: a worker may outlast main()
     LONG count = 1;
     if (Directory::sSkipFolderCount || SUCCEEDED(directory->get_Count(&count)))
         item.attributes.push_back({key, QString::number(count)});

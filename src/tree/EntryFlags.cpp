@@ -2,6 +2,8 @@
 
 #include <array>
 
+#include <quire/platform/PermanentText.h>
+
 namespace Quire {
 
 namespace {
@@ -22,11 +24,11 @@ const std::array<Flag, 5> &flagTable()
 {
     static const auto &table = *new const std::array<Flag, 5>{{
         // never destroyed: a worker may outlast main()
-        {Attr_Indexed, &EntryFlags::word3, 1 << 6, QLatin1String(Attr_Indexed)},
-        {Attr_Lock, &EntryFlags::word1, 1 << 1, QLatin1String(Attr_Lock)},
-        {Attr_ConfirmEdit, &EntryFlags::word1, 1 << 6, QLatin1String(Attr_ConfirmEdit)},
-        {Attr_Inverted, &EntryFlags::word1, 1 << 0, QLatin1String(Attr_Inverted)},
-        {Attr_Sorted, &EntryFlags::word2, 1 << 7, QLatin1String(Attr_Sorted)},
+        {Attr_Indexed, &EntryFlags::word3, 1 << 6, Platform::permanentText(Attr_Indexed)},
+        {Attr_Lock, &EntryFlags::word1, 1 << 1, Platform::permanentText(Attr_Lock)},
+        {Attr_ConfirmEdit, &EntryFlags::word1, 1 << 6, Platform::permanentText(Attr_ConfirmEdit)},
+        {Attr_Inverted, &EntryFlags::word1, 1 << 0, Platform::permanentText(Attr_Inverted)},
+        {Attr_Sorted, &EntryFlags::word2, 1 << 7, Platform::permanentText(Attr_Sorted)},
     }};
     return table;
 }
