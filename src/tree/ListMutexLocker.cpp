@@ -20,8 +20,8 @@ QMessageLogger logger(const char *function)
 
 } // namespace
 
-/// The records that own a list's mutex, of all threads. Chained through the records themselves, so that nothing can
-/// fail between acquiring a mutex and being found here. Guarded by a leaf mutex.
+/// The records that own a mutex which does not know its holder itself, of all threads. Chained through the records
+/// themselves, so that nothing can fail between acquiring a mutex and being found here. Guarded by a leaf mutex.
 class ActiveLockers
 {
 public:
@@ -81,16 +81,18 @@ Mutex<LockRank::ActiveLockers, QBasicMutex> ActiveLockers::s_mutex;
 std::atomic<ListMutexLocker *> ActiveLockers::s_first{nullptr};
 
 ListMutexLocker::ListMutexLocker(const QString &name, QMutex *mutex, bool tryOnly)
-    : ListMutexLocker(name, nullptr, mutex, tryOnly)
+    : ListMutexLocker(name, nullptr, mutex, nullptr, tryOnly)
 {}
 
-ListMutexLocker::ListMutexLocker(const QString &name, const char *label, QMutex *mutex, bool tryOnly)
+ListMutexLocker::ListMutexLocker(const QString &name, const char *label, QMutex *mutex, ListMutex *listMutex,
+                                 bool tryOnly)
     : m_name(name)
     , m_label(label)
     , m_mutex(mutex)
+    , m_listMutex(listMutex)
     , m_threadId(static_cast<quint32>(GetCurrentThreadId()))
 {
-    if (ActiveLockers::contains(m_mutex, m_threadId))
+    if (isHeldHere())
         m_locked = true;
     else if (tryOnly)
         tryLock();
@@ -104,8 +106,11 @@ ListMutexLocker::~ListMutexLocker()
         return;
     if constexpr (LockOrder::isChecked)
         LockOrder::gives(m_mutex);
+    if (m_listMutex)
+        m_listMutex->m_holder.store(0, std::memory_order_relaxed);
     m_mutex->unlock();
-    ActiveLockers::remove(this);
+    if (!m_listMutex)
+        ActiveLockers::remove(this);
     if (sDebugListLocks)
         logger("ListMutexLocker::unlock").debug("%s unlocked (thread %d)", qUtf8Printable(name()), int(m_threadId));
 }
@@ -115,15 +120,37 @@ QString ListMutexLocker::name() const
     return m_label ? QString::fromUtf8(m_label) : m_name;
 }
 
-void ListMutexLocker::lock()
+bool ListMutexLocker::isHeldHere() const
+{
+    return m_listMutex ? m_listMutex->m_holder.load(std::memory_order_relaxed) == m_threadId
+                       : ActiveLockers::contains(m_mutex, m_threadId);
+}
+
+/// Name and thread of whoever holds the mutex; false when nobody does.
+bool ListMutexLocker::findHolder(QString *name, quint32 *threadId) const
+{
+    if (!m_listMutex)
+        return ActiveLockers::holder(m_mutex, name, threadId);
+    *threadId = m_listMutex->m_holder.load(std::memory_order_relaxed);
+    *name = QString::fromUtf8(m_listMutex->m_label.load(std::memory_order_relaxed));
+    return *threadId != 0;
+}
+
+void ListMutexLocker::traceWaiting() const
 {
     QString holder;
     quint32 holderThread = 0;
-    if (sDebugListLocks && ActiveLockers::holder(m_mutex, &holder, &holderThread)) {
+    if (findHolder(&holder, &holderThread)) {
         logger("ListMutexLocker::lock")
             .debug("%s (thread %d) blocked on %s (thread %d)", qUtf8Printable(name()), int(m_threadId),
                    qUtf8Printable(holder), int(holderThread));
     }
+}
+
+void ListMutexLocker::lock()
+{
+    if (sDebugListLocks)
+        traceWaiting();
     if constexpr (LockOrder::isChecked)
         LockOrder::wants(LockRank::List, m_mutex, {m_label, &m_name});
     m_mutex->lock();
@@ -138,7 +165,10 @@ void ListMutexLocker::noteLocked()
 {
     if constexpr (LockOrder::isChecked)
         LockOrder::has(LockRank::List, m_mutex, {m_label, &m_name});
-    ActiveLockers::add(this);
+    if (!m_listMutex)
+        return ActiveLockers::add(this);
+    m_listMutex->m_label.store(m_label, std::memory_order_relaxed);
+    m_listMutex->m_holder.store(m_threadId, std::memory_order_relaxed);
 }
 
 void ListMutexLocker::tryLock()

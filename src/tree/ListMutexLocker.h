@@ -7,6 +7,7 @@
 #include <QString>
 #include <QtGlobal>
 
+#include <atomic>
 #include <cstddef>
 
 #include <quire/platform/Export.h>
@@ -14,9 +15,15 @@
 
 namespace Quire {
 
-/// The mutex of an item list, which only a ListMutexLocker takes.
-class QUIRE_CAPABILITY("list lock") ListMutex : public QMutex
-{};
+/// The mutex of an item list, which only a ListMutexLocker takes. It knows who has it: lists are locked for each item
+/// that is loaded, and a search through the records of all lists would be felt.
+class QUIRE_CAPABILITY("list lock") ListMutex : private QMutex
+{
+    friend class ListMutexLocker;
+
+    std::atomic<quint32> m_holder{0};           // the thread; 0 for none. Each thread looks for itself, or only reports
+    std::atomic<const char *> m_label{nullptr}; // the holder's, a literal
+};
 
 /// Holds the mutex of one item list while it lives, and makes it re-entrant: a thread that holds a list's mutex through
 /// one record may make more of them for the same list, which acquire nothing.
@@ -34,12 +41,12 @@ public:
     /// IsLocked.
     template<std::size_t Size>
     ListMutexLocker(const char (&name)[Size], QMutex *mutex, bool tryOnly = false)
-        : ListMutexLocker(QString(), name, mutex, tryOnly)
+        : ListMutexLocker(QString(), name, mutex, nullptr, tryOnly)
     {}
     /// The same for the mutex of a list.
     template<std::size_t Size>
     ListMutexLocker(const char (&name)[Size], ListMutex *mutex, bool tryOnly = false) QUIRE_ACQUIRE(mutex)
-        : ListMutexLocker(QString(), name, mutex, tryOnly)
+        : ListMutexLocker(QString(), name, mutex, mutex, tryOnly)
     {}
     /// The same under a name of any kind.
     ListMutexLocker(const QString &name, QMutex *mutex, bool tryOnly = false);
@@ -55,15 +62,19 @@ private:
     Q_DISABLE_COPY(ListMutexLocker)
     friend class ActiveLockers;
 
-    ListMutexLocker(const QString &name, const char *label, QMutex *mutex, bool tryOnly);
+    ListMutexLocker(const QString &name, const char *label, QMutex *mutex, ListMutex *listMutex, bool tryOnly);
     QString name() const;
+    bool isHeldHere() const;
+    bool findHolder(QString *name, quint32 *threadId) const;
     void lock();
     void tryLock();
     void noteLocked();
+    void traceWaiting() const;
 
     QString m_name;
     const char *m_label; // in place of m_name when the name is a literal
     QMutex *m_mutex;
+    ListMutex *m_listMutex; // the same mutex, when it is that of a list
     quint32 m_threadId;
     bool m_locked = false;
     bool m_owns = false;

@@ -251,6 +251,83 @@ TEST_F(ListMutexLockerTest, TheMutexIsFreeWhenItsReleaseIsWritten)
     EXPECT_TRUE(freeAtUnlock);
 }
 
+// ---- the mutex of a list --------------------------------------------------------------------------------------------
+
+// It knows its holder by itself; the rest of this file is about mutexes that do not.
+
+TEST_F(ListMutexLockerTest, AListIsReentrantOnItsThreadAlone)
+{
+    ItemList list;
+    list.Lock();
+    EXPECT_EQ(list.Size(), 0);
+    EXPECT_TRUE(list.tryLock());
+    list.Unlock(); // of tryLock, which acquired nothing
+    EXPECT_FALSE(onOtherThread([&] { return list.tryLock(); }));
+}
+
+TEST_F(ListMutexLockerTest, AListIsFreeForOtherThreadsOnceUnlocked)
+{
+    ItemList list;
+    list.Lock();
+    list.Unlock();
+    EXPECT_TRUE(onOtherThread([&] {
+        const bool got = list.tryLock();
+        list.Unlock();
+        return got;
+    }));
+    EXPECT_EQ(list.Size(), 0);
+}
+
+TEST_F(ListMutexLockerTest, TwoListsAreIndependent)
+{
+    ItemList first;
+    ItemList second;
+    first.Lock();
+    EXPECT_TRUE(onOtherThread([&] {
+        const bool got = second.tryLock();
+        second.Unlock();
+        return got;
+    }));
+    first.Unlock();
+}
+
+TEST_F(ListMutexLockerTest, WritesWhichOperationOfAListItWaitsFor)
+{
+    ItemList list;
+    std::atomic<quint32> other{0};
+    list.Lock();
+    std::future<int> waiter = std::async(std::launch::async, [&] {
+        other = static_cast<quint32>(GetCurrentThreadId());
+        return list.Size();
+    });
+    ASSERT_TRUE(comesTrue([this] { return log.texts().size() == 2; }));
+    EXPECT_EQ(
+        log.texts().at(1),
+        text("ItemList::Size() (thread %1) blocked on ItemList::Lock() (thread %2)").arg(int(other)).arg(int(thread)));
+    list.Unlock();
+    EXPECT_EQ(waiter.get(), 0);
+}
+
+TEST_F(ListMutexLockerTest, WritesNothingOfWaitingForAListThatNobodyHolds)
+{
+    ItemList list;
+    list.Size();
+    EXPECT_THAT(log.texts(), ElementsAre(line("ItemList::Size() locked (thread %1)", thread),
+                                         line("ItemList::Size() unlocked (thread %1)", thread)));
+}
+
+TEST_F(ListMutexLockerTest, WhoLooksWhenDebuggingIsTurnedOnStillFindsTheHolder)
+{
+    ListMutexLocker::sDebugListLocks = false;
+    ItemList list;
+    list.Lock();
+    ListMutexLocker::sDebugListLocks = true;
+    std::future<int> waiter = std::async(std::launch::async, [&] { return list.Size(); });
+    EXPECT_TRUE(comesTrue([this] { return log.texts().join(QChar()).contains(text("blocked on ItemList::Lock()")); }));
+    list.Unlock();
+    waiter.get();
+}
+
 // ---- labels ---------------------------------------------------------------------------------------------------------
 
 namespace {
