@@ -3,6 +3,8 @@
 /// \file
 /// The library's own end. Not part of the public surface.
 
+#include <cstdlib>
+
 #include <quire/platform/Automation.h>
 
 namespace Platform {
@@ -30,6 +32,36 @@ inline bool isEndingProcess()
     return address && reinterpret_cast<Question>(reinterpret_cast<void *>(address))();
 #else
     return false;
+#endif
+}
+
+/// Has \a Action done when the process ends by exit() or by the return of main(), while its other threads still run. Not
+/// when it ends otherwise. To be called once, by what stays loaded. Any thread.
+///
+/// What a library on Windows gives its own runtime's atexit() is done when it is unloaded, and at the end of a process
+/// the system has ended all other threads by then: hence the runtimes' tables of the program itself. A host that has its
+/// runtime linked in has no such table to find.
+template<void (*Action)()>
+void beforeProcessEnds()
+{
+#if defined(_WIN32)
+    using OnExit = int(__cdecl *)();
+    using AddOnExit = OnExit(__cdecl *)(OnExit);
+    using AddAtExit = int(__cdecl *)(void(__cdecl *)());
+    const auto find = [](const char *runtime, const char *function) {
+        const HMODULE module = GetModuleHandleA(runtime);
+        return reinterpret_cast<void *>(module ? GetProcAddress(module, function) : nullptr);
+    };
+    if (void *const add = find("msvcrt.dll", "_onexit")) {
+        reinterpret_cast<AddOnExit>(add)([]() -> int {
+            Action();
+            return 0;
+        });
+    }
+    if (void *const add = find("ucrtbase.dll", "_crt_atexit"))
+        reinterpret_cast<AddAtExit>(add)([] { Action(); });
+#else
+    std::atexit([] { Action(); });
 #endif
 }
 

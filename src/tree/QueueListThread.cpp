@@ -33,8 +33,8 @@ class QueueListThread::Running
 public:
     static Running &all()
     {
-        static Running running;
-        return running;
+        static auto *const running = makeAll(); // never destroyed: a worker that hangs outlives the static objects
+        return *running;
     }
 
     void add(QueueListThread *worker)
@@ -52,13 +52,21 @@ public:
 private:
     Running() = default;
 
-    /// What is static goes after this: a worker must not meet it half gone. One that hangs in the server gets the
-    /// moment, and no more.
-    ~Running()
+    static Running *makeAll()
     {
-        // Windows has ended all other threads by now, wherever they were, and with whatever locks they held.
+        Platform::beforeProcessEnds<endAll>();
+        return new Running;
+    }
+
+    /// What is static goes after this: a worker must not meet it half gone. Nor should a system that ends the threads
+    /// of a process do that to one that allocates memory.
+    static void endAll() { all().end(); }
+
+    /// A worker that hangs in the server gets the moment, and no more.
+    void end()
+    {
         if (Platform::isEndingProcess())
-            return;
+            return; // too late: all other threads have ended, wherever they were, and with whatever locks they held
         const QDeadlineTimer deadline(moment);
         const MutexLocker lock(m_mutex);
         for (const auto &[worker, load] : m_loads)
