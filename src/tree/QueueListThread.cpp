@@ -1,7 +1,6 @@
 #include "QueueListThread.h"
 
 #include <QDeadlineTimer>
-#include <QWaitCondition>
 
 #include <algorithm>
 #include <map>
@@ -16,25 +15,14 @@
 
 namespace Quire {
 
-// NOLINTNEXTLINE(performance-unnecessary-value-param): a reference of its own while the call lasts
-QueueListThread::QueueListThread(std::shared_ptr<QueueLoad> load, Orvex::IQueuePtr server, int position,
-                                 std::shared_ptr<QMutex> gate)
-    : m_load(std::move(load))
-    , m_gate(std::move(gate))
-    , m_server(server)
-    , m_position(position)
-{}
-
-QueueListThread::~QueueListThread() = default;
-
-/// Those that run, for the end of the process to find.
-class QueueListThread::Running
+/// Those that are not destroyed yet, for the end of the process to find.
+class QueueListThread::Workers
 {
 public:
-    static Running &all()
+    static Workers &all()
     {
-        static auto *const running = makeAll(); // never destroyed: a worker that hangs outlives the static objects
-        return *running;
+        static auto *const workers = makeAll(); // never destroyed: a worker that hangs outlives the static objects
+        return *workers;
     }
 
     void add(QueueListThread *worker)
@@ -46,16 +34,16 @@ public:
     {
         const MutexLocker lock(m_mutex);
         m_loads.erase(worker);
-        m_changed.wakeAll();
     }
 
 private:
-    Running() = default;
+    Workers() = default;
 
-    static Running *makeAll()
+    static Workers *makeAll()
     {
+        Platform::stayLoaded();
         Platform::beforeProcessEnds<endAll>();
-        return new Running;
+        return new Workers;
     }
 
     /// What is static goes after this: a worker must not meet it half gone. Nor should a system that ends the threads
@@ -71,21 +59,34 @@ private:
         const MutexLocker lock(m_mutex);
         for (const auto &[worker, load] : m_loads)
             load->cancel();
-        while (!m_loads.empty() && m_changed.wait(&m_mutex.native(), deadline)) {
-        }
+        for (const auto &[worker, load] : m_loads)
+            worker->wait(deadline); // for the thread's very end, where it still frees memory
     }
 
     static constexpr int moment = 2000; // ms
 
     Mutex<LockRank::RunningWorkers> m_mutex;
-    QWaitCondition m_changed;
     std::map<QueueListThread *, std::shared_ptr<QueueLoad>> m_loads QUIRE_GUARDED_BY(m_mutex);
 };
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): a reference of its own while the call lasts
+QueueListThread::QueueListThread(std::shared_ptr<QueueLoad> load, Orvex::IQueuePtr server, int position,
+                                 std::shared_ptr<QMutex> gate)
+    : m_load(std::move(load))
+    , m_gate(std::move(gate))
+    , m_server(server)
+    , m_position(position)
+{
+    Workers::all().add(this);
+}
+
+QueueListThread::~QueueListThread()
+{
+    Workers::all().remove(this);
+}
+
 bool QueueListThread::begin()
 {
-    Platform::stayLoaded();
-    Running::all(); // made before the worker uses it, and so before it goes
     start(QThread::InheritPriority);
     // Whether a thread that never ran counts as finished differs between systems; a load ends in one that ran.
     return isRunning() || m_load->hasEnded();
@@ -93,7 +94,6 @@ bool QueueListThread::begin()
 
 void QueueListThread::run()
 {
-    Running::all().add(this);
     const Platform::Apartment apartment;
     bool ended = true;
     try {
@@ -107,7 +107,6 @@ void QueueListThread::run()
         m_load->complete(); // cppcheck-suppress unreachableCode; QThread::exit returns
     }
     m_load->end();
-    Running::all().remove(this);
 }
 
 /// False when the load was cancelled before its end.

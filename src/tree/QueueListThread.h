@@ -40,7 +40,7 @@ protected:
     void run() override;
 
 private:
-    class Running;
+    class Workers;
 
     bool readChunks();
 
