@@ -44,12 +44,14 @@ function(quire_target target)
 endfunction()
 
 # quire_headers(PREFIX FILE...): makes each file reachable as <quire/PREFIX/FILE> in the build tree, through a one-line
-# header that includes it where it lies, and installs the file itself at the same place.
+# header that includes it where it lies, and installs the file itself at the same place. The reference is made from the
+# same files, see QuireDocs.
 function(quire_headers prefix)
     foreach(file IN LISTS ARGN)
         set(name "quire/${prefix}/${file}")
         cmake_path(NORMAL_PATH name)
         set(text "#include \"${CMAKE_CURRENT_SOURCE_DIR}/${file}\"\n")
+        set_property(GLOBAL APPEND PROPERTY QUIRE_HEADERS "${name}=${CMAKE_CURRENT_SOURCE_DIR}/${file}")
         file(CONFIGURE OUTPUT "${QUIRE_INCLUDE_DIR}/${name}" CONTENT "${text}" @ONLY)
         cmake_path(GET name PARENT_PATH folder)
         install(FILES "${file}" DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/${folder}" COMPONENT Development)

@@ -28,6 +28,7 @@ class Item;
 class QUIRE_MODELS_EXPORT DirectoryModel : public ServerModel
 {
     Q_OBJECT
+    /// See rootPath().
     Q_PROPERTY(QString rootPath READ rootPath WRITE setRootPath NOTIFY rootPathChanged)
 
 public:
@@ -53,18 +54,28 @@ public:
     /// read.
     QModelIndex indexOf(const QString &path) const;
 
+    /// The entry number \a row of the directory \a parent; invalid when nothing like it has been read.
     QModelIndex index(int row, int column, const QModelIndex &parent = QModelIndex()) const override;
+    /// The directory that holds \a child; invalid for a top row.
     QModelIndex parent(const QModelIndex &child) const override;
+    /// How many entries of the directory \a parent have been read.
     int rowCount(const QModelIndex &parent = QModelIndex()) const override;
+    /// 1.
     int columnCount(const QModelIndex &parent = QModelIndex()) const override;
+    /// Whether \a parent has rows, or is a directory that has not been read and that the server does not call empty.
     bool hasChildren(const QModelIndex &parent = QModelIndex()) const override;
+    /// Whether \a parent is a directory that has not been read and that the server does not call empty.
     bool canFetchMore(const QModelIndex &parent) const override;
+    /// Reads the directory \a parent.
     void fetchMore(const QModelIndex &parent) override;
+    /// What the roles above say about a row; for display the last component of its path.
     QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
+    /// The title of the column, for display; invalid for any other column or role.
     QVariant headerData(int section, Qt::Orientation orientation, int role = Qt::DisplayRole) const override;
     using QObject::parent;
 
 Q_SIGNALS:
+    /// rootPath has changed.
     void rootPathChanged(const QString &path);
 
 private:

@@ -40,6 +40,7 @@ class WatchedQueue;
 class QUIRE_MODELS_EXPORT QueueModel : public ServerTable
 {
     Q_OBJECT
+    /// See path() and open().
     Q_PROPERTY(QString path READ path WRITE open NOTIFY pathChanged)
 
 public:
@@ -76,14 +77,21 @@ public:
     /// The row of the story with that identifier; invalid when there is none in what has been read.
     QModelIndex indexOf(const QString &identifier) const;
 
+    /// How many stories have arrived; 0 below a row.
     int rowCount(const QModelIndex &parent = QModelIndex()) const override;
+    /// How many columns there are; 0 below a row.
     int columnCount(const QModelIndex &parent = QModelIndex()) const override;
+    /// The load has stopped at its limit: there is more to load.
     bool canFetchMore(const QModelIndex &parent) const override;
+    /// Loads more.
     void fetchMore(const QModelIndex &parent) override;
+    /// What the roles above say about a story.
     QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
+    /// The titles of the columns, and what the roles above say about them.
     QVariant headerData(int section, Qt::Orientation orientation, int role = Qt::DisplayRole) const override;
 
 Q_SIGNALS:
+    /// path has changed.
     void pathChanged(const QString &path);
 
 protected:

@@ -53,9 +53,13 @@ public:
     /// The first column with that key, letter case ignored; -1 when there is none.
     int columnOf(const QString &key) const;
 
+    /// How many hits have arrived; 0 below a row.
     int rowCount(const QModelIndex &parent = QModelIndex()) const override;
+    /// How many columns there are; 0 below a row.
     int columnCount(const QModelIndex &parent = QModelIndex()) const override;
+    /// What the roles above say about a hit.
     QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
+    /// The titles of the columns, and what the roles above say about them.
     QVariant headerData(int section, Qt::Orientation orientation, int role = Qt::DisplayRole) const override;
 
 protected:

@@ -26,8 +26,11 @@ class ServerWork;
 class QUIRE_MODELS_EXPORT ServerModel : public QAbstractItemModel
 {
     Q_OBJECT
+    /// Whether the server is being asked for something.
     Q_PROPERTY(bool loading READ isLoading NOTIFY loadingChanged)
+    /// See pollInterval().
     Q_PROPERTY(int pollInterval READ pollInterval WRITE setPollInterval)
+    /// See errorText().
     Q_PROPERTY(QString errorText READ errorText NOTIFY loadingChanged)
 
 public:
@@ -47,8 +50,10 @@ public:
     /// How often the library's lists are looked at for news, in milliseconds; initially 100. Nothing happens unless \a
     /// milliseconds is positive.
     int pollInterval() const;
+    /// See pollInterval().
     void setPollInterval(int milliseconds);
 
+    /// The roles of ModelRoles with the names that Qt Quick knows them by, and those of Qt.
     QHash<int, QByteArray> roleNames() const override;
 
 Q_SIGNALS:
@@ -64,6 +69,7 @@ Q_SIGNALS:
     void loadingChanged(bool loading);
 
 protected:
+    /// Nothing is loading.
     explicit ServerModel(QObject *parent);
 
     /// What has the server do things for this model.
@@ -80,11 +86,13 @@ protected:
 
     /// Lets poll() be called again and again until stopPolling.
     void startPolling();
+    /// Ends what startPolling began.
     void stopPolling();
     /// Calls poll() once, soon, whatever the interval: something is expected at any moment.
     void pollSoon();
     /// Looks for news.
     virtual void poll();
+    /// Calls poll().
     void timerEvent(QTimerEvent *event) override;
 
 private:

@@ -18,12 +18,12 @@ struct StoryColumn
         Header ///< An attribute of the story's header or of the item, one of the `Attr_*` keys.
     };
 
-    Source source = Name;
-    QString key;      ///< Empty for the name.
-    QString title;    ///< For the header.
-    qint32 width = 0; ///< In characters, as the form has it; 0 when nobody says.
-    qint32 align = 0; ///< As Field::m_Align: 0 left, 1 centre, 2 right.
-    qint32 style = 0; ///< As Field::m_Style: 1 bold, 2 italic, 4 underlined.
+    Source source = Name; ///< Where the text comes from.
+    QString key;          ///< Empty for the name.
+    QString title;        ///< For the header.
+    qint32 width = 0;     ///< In characters, as the form has it; 0 when nobody says.
+    qint32 align = 0;     ///< As Field::m_Align: 0 left, 1 centre, 2 right.
+    qint32 style = 0;     ///< As Field::m_Style: 1 bold, 2 italic, 4 underlined.
 };
 
 } // namespace Quire

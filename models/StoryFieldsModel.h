@@ -40,11 +40,17 @@ struct StoryWish;
 class QUIRE_MODELS_EXPORT StoryFieldsModel : public ServerTable
 {
     Q_OBJECT
+    /// See isLocked().
     Q_PROPERTY(bool locked READ isLocked NOTIFY lockedChanged)
+    /// See lockType().
     Q_PROPERTY(int lockType READ lockType WRITE setLockType)
+    /// See isModified().
     Q_PROPERTY(bool modified READ isModified NOTIFY modifiedChanged)
+    /// See savesAtOnce().
     Q_PROPERTY(bool savesAtOnce READ savesAtOnce WRITE setSavesAtOnce)
+    /// See readsBody().
     Q_PROPERTY(bool readsBody READ readsBody WRITE setReadsBody)
+    /// See body().
     Q_PROPERTY(QString body READ body WRITE setBody NOTIFY bodyChanged)
 
 public:
@@ -66,7 +72,9 @@ public:
     /// Reads the values again.
     void refresh();
 
+    /// The path of the story's queue, empty without a story.
     QString queuePath() const;
+    /// The story's identifier, all 0 without a story.
     StoryID storyID() const;
     /// The row of the field \a name, letter case ignored; -1 when there is none.
     int rowOf(const QString &name) const;
@@ -79,6 +87,7 @@ public:
     bool isLocked() const;
     /// The number of the lock that is asked for, the server's; initially 1, for editing.
     int lockType() const;
+    /// See lockType().
     void setLockType(int type);
 
     /// \name Several changes in one save
@@ -86,6 +95,7 @@ public:
 
     /// Setting a value saves it; initially true.
     bool savesAtOnce() const;
+    /// See savesAtOnce().
     void setSavesAtOnce(bool saves);
     /// Something was set that has not been saved.
     bool isModified() const;
@@ -100,6 +110,7 @@ public:
 
     /// Whether the text is read with the fields, from the next open or refresh on; initially false.
     bool readsBody() const;
+    /// See readsBody().
     void setReadsBody(bool reads);
     /// Section 8 of the story with its markup, see Story::GetSection; what was set while it has not been saved. Empty
     /// until it has been read.
@@ -109,11 +120,17 @@ public:
 
     /// \}
 
+    /// How many fields have arrived; 0 below a row.
     int rowCount(const QModelIndex &parent = QModelIndex()) const override;
+    /// 2; 0 below a row.
     int columnCount(const QModelIndex &parent = QModelIndex()) const override;
+    /// Values can be edited unless people may not.
     Qt::ItemFlags flags(const QModelIndex &index) const override;
+    /// What the roles above say about a field.
     QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
+    /// Sets the value of a field, see above. False for a field that cannot be edited; otherwise the result comes later.
     bool setData(const QModelIndex &index, const QVariant &value, int role = Qt::EditRole) override;
+    /// The titles of the columns, for display.
     QVariant headerData(int section, Qt::Orientation orientation, int role = Qt::DisplayRole) const override;
 
 Q_SIGNALS:

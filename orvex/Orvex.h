@@ -19,34 +19,34 @@ namespace Orvex {
 /// The 16-byte identifier block of a queue; `number` is the queue number that update notices name.
 struct QueueIdentifier
 {
-    LONG number;
-    LONG word2;
-    LONG word3;
-    LONG word4;
+    LONG number; ///< The queue's number.
+    LONG word2;  ///< Not used here.
+    LONG word3;  ///< Not used here.
+    LONG word4;  ///< Not used here.
 };
 
 /// The three numbers of a story identifier.
 struct StoryIdentifier
 {
-    LONG part1;
-    LONG part2;
-    LONG part3;
+    LONG part1; ///< The story's number.
+    LONG part2; ///< The second number.
+    LONG part3; ///< The third number.
 };
 
 /// One field of a search hit.
 struct FieldValue
 {
-    BSTR name;
-    BSTR value;
+    BSTR name;  ///< The field's identifier.
+    BSTR value; ///< Its stored value.
 };
 
 /// One search hit. `fields` is a one-dimensional array of FieldValue records; it may be null.
 struct SearchHit
 {
-    BSTR name;
-    BSTR queuePath;
-    StoryIdentifier id;
-    SAFEARRAY *fields;
+    BSTR name;          ///< The story's name.
+    BSTR queuePath;     ///< Path of the queue that holds it.
+    StoryIdentifier id; ///< Its identifier.
+    SAFEARRAY *fields;  ///< Its fields, see above.
 };
 
 // ---- the tree -------------------------------------------------------------------------------------------------------
@@ -54,33 +54,42 @@ struct SearchHit
 /// A directory lists sub-directories and queues. An index past the end fails with 0x8004040B.
 struct IDirectory2 : public IDispatch
 {
-    virtual HRESULT STDMETHODCALLTYPE get_Item(VARIANT index, VARIANT *item) = 0;              // place 1
-    virtual HRESULT STDMETHODCALLTYPE get_Count(LONG *count) = 0;                              // place 2
-    virtual HRESULT STDMETHODCALLTYPE GetList(LONG first, LONG count, VARIANT *list) = 0;      // place 3
-    virtual HRESULT STDMETHODCALLTYPE get_Name(BSTR *name) = 0;                                // place 4
-    virtual HRESULT STDMETHODCALLTYPE get_Flags(LONG *flags1, LONG *flags2, LONG *flags3) = 0; // place 5
+    virtual HRESULT STDMETHODCALLTYPE
+    get_Item(VARIANT index, VARIANT *item) = 0; ///< Place 1: the entry at \a index, VT_I4 or VT_INT, as VT_DISPATCH.
+    virtual HRESULT STDMETHODCALLTYPE get_Count(LONG *count) = 0; ///< Place 2: how many entries there are.
+    virtual HRESULT STDMETHODCALLTYPE
+    GetList(LONG first, LONG count,
+            VARIANT *list) = 0; ///< Place 3: up to \a count entries from \a first on, VT_ARRAY of VT_DISPATCH.
+    virtual HRESULT STDMETHODCALLTYPE get_Name(BSTR *name) = 0; ///< Place 4: the full dotted path.
+    virtual HRESULT STDMETHODCALLTYPE get_Flags(LONG *flags1, LONG *flags2,
+                                                LONG *flags3) = 0; ///< Place 5: the three flag words.
 };
 
 /// A queue lists stories by position.
 struct IQueue : public IDispatch
 {
-    virtual HRESULT STDMETHODCALLTYPE get_Item(VARIANT index, VARIANT *item) = 0;         // place 1
-    virtual HRESULT STDMETHODCALLTYPE get_Count(LONG *count) = 0;                         // place 2
-    virtual HRESULT STDMETHODCALLTYPE GetList(LONG first, LONG count, VARIANT *list) = 0; // place 3
-    virtual HRESULT STDMETHODCALLTYPE get_Name(BSTR *name) = 0;                           // place 4
+    virtual HRESULT STDMETHODCALLTYPE
+    get_Item(VARIANT index, VARIANT *item) = 0; ///< Place 1: the entry at \a index, VT_I4 or VT_INT, as VT_DISPATCH.
+    virtual HRESULT STDMETHODCALLTYPE get_Count(LONG *count) = 0; ///< Place 2: how many entries there are.
+    virtual HRESULT STDMETHODCALLTYPE
+    GetList(LONG first, LONG count,
+            VARIANT *list) = 0; ///< Place 3: up to \a count entries from \a first on, VT_ARRAY of VT_DISPATCH.
+    virtual HRESULT STDMETHODCALLTYPE get_Name(BSTR *name) = 0; ///< Place 4: the full dotted path.
 };
 
 /// A queue with its flags, its number, its form, and the operations that change it.
 struct IQueue2 : public IQueue
 {
-    virtual HRESULT STDMETHODCALLTYPE get_Flags(LONG *flags1, LONG *flags2, LONG *flags3) = 0; // place 5
-    virtual HRESULT STDMETHODCALLTYPE get_QueueID(QueueIdentifier *id) = 0;                    // place 6
-    virtual HRESULT STDMETHODCALLTYPE get_FormName(BSTR *name) = 0;                            // place 7
-    virtual HRESULT STDMETHODCALLTYPE get_Update(VARIANT_BOOL *on) = 0;                        // place 8
-    virtual HRESULT STDMETHODCALLTYPE put_Update(VARIANT_BOOL on) = 0;                         // place 9
-    virtual HRESULT STDMETHODCALLTYPE CreateStory(LONG position, VARIANT *story) = 0;          // place 10
-    virtual HRESULT STDMETHODCALLTYPE Delete(VARIANT index) = 0;                               // place 11
-    virtual HRESULT STDMETHODCALLTYPE DeleteAll() = 0;                                         // place 12
+    virtual HRESULT STDMETHODCALLTYPE get_Flags(LONG *flags1, LONG *flags2,
+                                                LONG *flags3) = 0;          ///< Place 5: the three flag words.
+    virtual HRESULT STDMETHODCALLTYPE get_QueueID(QueueIdentifier *id) = 0; ///< Place 6: the identifier block.
+    virtual HRESULT STDMETHODCALLTYPE get_FormName(BSTR *name) = 0;         ///< Place 7: the name of the form.
+    virtual HRESULT STDMETHODCALLTYPE get_Update(VARIANT_BOOL *on) = 0;     ///< Place 8: whether changes are reported.
+    virtual HRESULT STDMETHODCALLTYPE put_Update(VARIANT_BOOL on) = 0; ///< Place 9: has changes reported, or no longer.
+    virtual HRESULT STDMETHODCALLTYPE CreateStory(
+        LONG position, VARIANT *story) = 0; ///< Place 10: a new story before the one at \a position, as VT_DISPATCH.
+    virtual HRESULT STDMETHODCALLTYPE Delete(VARIANT index) = 0; ///< Place 11: deletes the story at \a index.
+    virtual HRESULT STDMETHODCALLTYPE DeleteAll() = 0;           ///< Place 12: deletes all stories.
 };
 
 // ---- stories --------------------------------------------------------------------------------------------------------
@@ -88,19 +97,26 @@ struct IQueue2 : public IQueue
 /// One story: its name, identifier, form, fields, sections, lock and pending changes.
 struct IStory2 : public IDispatch
 {
-    virtual HRESULT STDMETHODCALLTYPE get_StoryName(BSTR *name) = 0;                     // place 1
-    virtual HRESULT STDMETHODCALLTYPE get_StoryUnique(BSTR *identifier) = 0;             // place 2
-    virtual HRESULT STDMETHODCALLTYPE Unlock() = 0;                                      // place 3
-    virtual HRESULT STDMETHODCALLTYPE get_FormName(BSTR *name) = 0;                      // place 4
-    virtual HRESULT STDMETHODCALLTYPE get_Field(BSTR name, BSTR *value) = 0;             // place 5
-    virtual HRESULT STDMETHODCALLTYPE put_Field(BSTR name, BSTR value) = 0;              // place 6
-    virtual HRESULT STDMETHODCALLTYPE Save(VARIANT_BOOL flag) = 0;                       // place 7
-    virtual HRESULT STDMETHODCALLTYPE IsLocked(LONG lockType, VARIANT_BOOL *locked) = 0; // place 8
-    virtual HRESULT STDMETHODCALLTYPE get_Section(LONG section, BSTR *text) = 0;         // place 9
-    virtual HRESULT STDMETHODCALLTYPE put_Section(LONG section, BSTR text) = 0;          // place 10
-    virtual HRESULT STDMETHODCALLTYPE get_SectionXml(LONG section, BSTR *text) = 0;      // place 11
-    virtual HRESULT STDMETHODCALLTYPE put_SectionXml(LONG section, BSTR text) = 0;       // place 12
-    virtual HRESULT STDMETHODCALLTYPE Lock(LONG lockType, BSTR *holder) = 0;             // place 13
+    virtual HRESULT STDMETHODCALLTYPE get_StoryName(BSTR *name) = 0; ///< Place 1: the name that lists show.
+    virtual HRESULT STDMETHODCALLTYPE
+    get_StoryUnique(BSTR *identifier) = 0;          ///< Place 2: the identifier in decimal, "part1:part2:part3".
+    virtual HRESULT STDMETHODCALLTYPE Unlock() = 0; ///< Place 3: gives the lock back.
+    virtual HRESULT STDMETHODCALLTYPE get_FormName(BSTR *name) = 0;          ///< Place 4: the name of the form.
+    virtual HRESULT STDMETHODCALLTYPE get_Field(BSTR name, BSTR *value) = 0; ///< Place 5: the stored value of a field.
+    virtual HRESULT STDMETHODCALLTYPE put_Field(BSTR name,
+                                                BSTR value) = 0;   ///< Place 6: writes a field, to be kept by Save.
+    virtual HRESULT STDMETHODCALLTYPE Save(VARIANT_BOOL flag) = 0; ///< Place 7: keeps what was put.
+    virtual HRESULT STDMETHODCALLTYPE IsLocked(LONG lockType,
+                                               VARIANT_BOOL *locked) = 0; ///< Place 8: whether the story is locked.
+    virtual HRESULT STDMETHODCALLTYPE get_Section(LONG section,
+                                                  BSTR *text) = 0; ///< Place 9: sections in the other form.
+    virtual HRESULT STDMETHODCALLTYPE put_Section(LONG section,
+                                                  BSTR text) = 0; ///< Place 10: replaces sections in that form.
+    virtual HRESULT STDMETHODCALLTYPE get_SectionXml(LONG section, BSTR *text) = 0; ///< Place 11: sections as markup.
+    virtual HRESULT STDMETHODCALLTYPE put_SectionXml(LONG section,
+                                                     BSTR text) = 0; ///< Place 12: replaces sections as markup.
+    virtual HRESULT STDMETHODCALLTYPE Lock(LONG lockType,
+                                           BSTR *holder) = 0; ///< Place 13: takes the lock, or says who holds it.
 };
 
 // ---- signing on -----------------------------------------------------------------------------------------------------
@@ -108,31 +124,40 @@ struct IStory2 : public IDispatch
 /// The sign-on object: the way into the server, and the container of the connection points for its events.
 struct ISignon4 : public IDispatch
 {
-    virtual HRESULT STDMETHODCALLTYPE Reserved1() = 0;                                    // place 1
-    virtual HRESULT STDMETHODCALLTYPE Disconnect() = 0;                                   // place 2
-    virtual HRESULT STDMETHODCALLTYPE get_Connected(VARIANT_BOOL *connected) = 0;         // place 3
-    virtual HRESULT STDMETHODCALLTYPE Reserved4() = 0;                                    // place 4
-    virtual HRESULT STDMETHODCALLTYPE Reserved5() = 0;                                    // place 5
-    virtual HRESULT STDMETHODCALLTYPE GetDirectory(BSTR path, IDispatch **directory) = 0; // place 6
-    virtual HRESULT STDMETHODCALLTYPE Search(BSTR query, LONG *searchId) = 0;             // place 7
-    virtual HRESULT STDMETHODCALLTYPE StopSearch(LONG searchId) = 0;                      // place 8
-    virtual HRESULT STDMETHODCALLTYPE GetStory(BSTR queuePath, LONG number, LONG zero1, LONG zero2,
-                                               IDispatch **story) = 0; // place 9
+    virtual HRESULT STDMETHODCALLTYPE Reserved1() = 0;  ///< Place 1: reserved.
+    virtual HRESULT STDMETHODCALLTYPE Disconnect() = 0; ///< Place 2: signs off.
+    virtual HRESULT STDMETHODCALLTYPE
+    get_Connected(VARIANT_BOOL *connected) = 0;        ///< Place 3: whether somebody is signed on.
+    virtual HRESULT STDMETHODCALLTYPE Reserved4() = 0; ///< Place 4: reserved.
+    virtual HRESULT STDMETHODCALLTYPE Reserved5() = 0; ///< Place 5: reserved.
+    virtual HRESULT STDMETHODCALLTYPE
+    GetDirectory(BSTR path, IDispatch **directory) = 0; ///< Place 6: the directory or queue at \a path.
+    virtual HRESULT STDMETHODCALLTYPE Search(BSTR query, LONG *searchId) = 0; ///< Place 7: starts a search.
+    virtual HRESULT STDMETHODCALLTYPE StopSearch(LONG searchId) = 0;          ///< Place 8: ends a search.
+    virtual HRESULT STDMETHODCALLTYPE
+    GetStory(BSTR queuePath, LONG number, LONG zero1, LONG zero2,
+             IDispatch **story) = 0; ///< Place 9: the story \a number of a queue; the other two are 0.
     virtual HRESULT STDMETHODCALLTYPE DeleteStory(BSTR queuePath, LONG part1, LONG part2,
-                                                  LONG part3) = 0;                            // place 10
-    virtual HRESULT STDMETHODCALLTYPE LoadBlob(BSTR name, SAFEARRAY **data, LONG *value) = 0; // place 11
-    virtual HRESULT STDMETHODCALLTYPE SaveBlob(BSTR name, SAFEARRAY *data, LONG *value) = 0;  // place 12
-    virtual HRESULT STDMETHODCALLTYPE DeleteBlob(BSTR name) = 0;                              // place 13
-    virtual HRESULT STDMETHODCALLTYPE GetSystemForm(BSTR name, BSTR *form) = 0;               // place 14
-    virtual HRESULT STDMETHODCALLTYPE Reserved15() = 0;                                       // place 15
-    virtual HRESULT STDMETHODCALLTYPE get_ServerName(BSTR *name) = 0;                         // place 16
-    virtual HRESULT STDMETHODCALLTYPE GetUserInfo(BSTR *text1, BSTR *text2, BSTR *text3, BSTR *text4, LONG *number1,
-                                                  LONG *number2) = 0;                                  // place 17
-    virtual HRESULT STDMETHODCALLTYPE LoadUserBlob(SAFEARRAY **data, LONG *value) = 0;                 // place 18
-    virtual HRESULT STDMETHODCALLTYPE SaveUserBlob(SAFEARRAY *data, LONG *value) = 0;                  // place 19
-    virtual HRESULT STDMETHODCALLTYPE get_SysReadRate(LONG *rate) = 0;                                 // place 20
-    virtual HRESULT STDMETHODCALLTYPE get_SysWordLength(LONG *length) = 0;                             // place 21
-    virtual HRESULT STDMETHODCALLTYPE Connect(BSTR user, BSTR password, BSTR server, LONG option) = 0; // place 22
+                                                  LONG part3) = 0; ///< Place 10: deletes a story.
+    virtual HRESULT STDMETHODCALLTYPE
+    LoadBlob(BSTR name, SAFEARRAY **data, LONG *value) = 0; ///< Place 11: the bytes and the number kept under \a name.
+    virtual HRESULT STDMETHODCALLTYPE
+    SaveBlob(BSTR name, SAFEARRAY *data,
+             LONG *value) = 0; ///< Place 12: keeps bytes under \a name; the number kept with them comes back.
+    virtual HRESULT STDMETHODCALLTYPE DeleteBlob(BSTR name) = 0; ///< Place 13: removes what is kept under \a name.
+    virtual HRESULT STDMETHODCALLTYPE GetSystemForm(BSTR name, BSTR *form) = 0; ///< Place 14: the markup of a form.
+    virtual HRESULT STDMETHODCALLTYPE Reserved15() = 0;                         ///< Place 15: reserved.
+    virtual HRESULT STDMETHODCALLTYPE get_ServerName(BSTR *name) = 0;           ///< Place 16: the name of the server.
+    virtual HRESULT STDMETHODCALLTYPE
+    GetUserInfo(BSTR *text1, BSTR *text2, BSTR *text3, BSTR *text4, LONG *number1,
+                LONG *number2) = 0; ///< Place 17: four texts and two numbers about the user.
+    virtual HRESULT STDMETHODCALLTYPE LoadUserBlob(SAFEARRAY **data,
+                                                   LONG *value) = 0; ///< Place 18: the one blob of the user.
+    virtual HRESULT STDMETHODCALLTYPE SaveUserBlob(SAFEARRAY *data, LONG *value) = 0; ///< Place 19: keeps that blob.
+    virtual HRESULT STDMETHODCALLTYPE get_SysReadRate(LONG *rate) = 0;                ///< Place 20: the reading rate.
+    virtual HRESULT STDMETHODCALLTYPE get_SysWordLength(LONG *length) = 0;            ///< Place 21: the word length.
+    virtual HRESULT STDMETHODCALLTYPE Connect(BSTR user, BSTR password, BSTR server,
+                                              LONG option) = 0; ///< Place 22: signs on.
 };
 
 // ---- notices to the client ------------------------------------------------------------------------------------------
@@ -140,8 +165,9 @@ struct ISignon4 : public IDispatch
 /// Events, delivered through these places only: an implementation may leave the four operations of IDispatch empty.
 struct _IAnNotifyFast : public IDispatch
 {
+    /// The user has been logged out.
     virtual HRESULT STDMETHODCALLTYPE raw_OnNotifyLogout() = 0;
-    /// `results`: a one-dimensional array of SearchHit records.
+    /// Hits of a search. `results`: a one-dimensional array of SearchHit records.
     virtual HRESULT STDMETHODCALLTYPE raw_OnNotifySearchResults(LONG searchId, SAFEARRAY *results, LONG totalHits,
                                                                 LONG finished) = 0;
 };
@@ -149,6 +175,7 @@ struct _IAnNotifyFast : public IDispatch
 /// Events with queue updates.
 struct _IAnNotifyFast2 : public _IAnNotifyFast
 {
+    /// The queue \a queueId has changed.
     virtual HRESULT STDMETHODCALLTYPE raw_OnNotifySpecial(LONG queueId) = 0;
 };
 
@@ -179,12 +206,19 @@ __CRT_UUID_DECL(Orvex::Signon,          0x1d9f3c52, 0x6f0e, 0x4a4f, 0x9a, 0x8e, 
 
 namespace Orvex {
 
+/// A counted reference.
 _COM_SMARTPTR_TYPEDEF(IDirectory2, __uuidof(IDirectory2));
+/// A counted reference.
 _COM_SMARTPTR_TYPEDEF(IQueue, __uuidof(IQueue));
+/// A counted reference.
 _COM_SMARTPTR_TYPEDEF(IQueue2, __uuidof(IQueue2));
+/// A counted reference.
 _COM_SMARTPTR_TYPEDEF(IStory2, __uuidof(IStory2));
+/// A counted reference.
 _COM_SMARTPTR_TYPEDEF(ISignon4, __uuidof(ISignon4));
+/// A counted reference.
 _COM_SMARTPTR_TYPEDEF(_IAnNotifyFast, __uuidof(_IAnNotifyFast));
+/// A counted reference.
 _COM_SMARTPTR_TYPEDEF(_IAnNotifyFast2, __uuidof(_IAnNotifyFast2));
 
 } // namespace Orvex

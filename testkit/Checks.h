@@ -19,8 +19,8 @@ namespace TestKit {
 struct Outcome
 {
     HRESULT result = S_OK; ///< What it answered, or the code of the `_com_error` that it raised.
-    bool raised = false;
-    bool refused = false; ///< It answered false.
+    bool raised = false;   ///< It raised `_com_error`.
+    bool refused = false;  ///< It answered false.
 };
 
 /// The HRESULT \a code in words and digits: "Entry no longer exists. (0x8004040b)". Where signing on gives the code
@@ -73,4 +73,5 @@ Outcome withErrorOf(const Story &story, Outcome outcome);
     Quire::TestKit::succeeded({__FILE__, __LINE__}, #__VA_ARGS__,                                                      \
                               Quire::TestKit::withErrorOf(story, QUIRE_TESTKIT_OUTCOME(__VA_ARGS__)))
 
+/// What the checks above make of an expression.
 #define QUIRE_TESTKIT_OUTCOME(...) Quire::TestKit::outcomeOf([&] { return __VA_ARGS__; })

@@ -12,7 +12,7 @@ namespace TestKit {
 struct Place
 {
     const char *file; ///< A literal; null when not known.
-    int line;
+    int line;         ///< The number of the line.
 
     /// The line that calls this or, as the default of an argument, the line that calls the function.
     static Place here(const char *file = __builtin_FILE(), int line = __builtin_LINE()) { return {file, line}; }
@@ -21,7 +21,7 @@ struct Place
 /// One check that did not hold.
 struct Failure
 {
-    Place place;
+    Place place;  ///< Where.
     QString text; ///< One or more lines, without a line feed at the end.
 };
 
@@ -44,6 +44,7 @@ void report(const Place &place, const QString &text);
 class Note
 {
 public:
+    /// Failures say that they happened while \a text.
     explicit Note(const QString &text);
     ~Note();
 

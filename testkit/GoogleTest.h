@@ -16,6 +16,7 @@ inline void reportToGoogleTest(const Failure &failure)
     ADD_FAILURE_AT(failure.place.file, failure.place.line) << failure.text.toUtf8().constData();
 }
 
+/// Has failures go to GoogleTest from the start of the program.
 inline const bool reportsToGoogleTest = (setFailureHandler(reportToGoogleTest), true);
 
 } // namespace TestKit

@@ -17,6 +17,7 @@ inline void reportToQtTest(const Failure &failure)
     QTest::qFail(failure.text.toUtf8().constData(), failure.place.file, failure.place.line);
 }
 
+/// Has failures go to Qt Test from the start of the program.
 inline const bool reportsToQtTest = (setFailureHandler(reportToQtTest), true);
 
 } // namespace TestKit

@@ -14,18 +14,22 @@ namespace Newsroom {
 template<typename T>
 struct Answer
 {
-    Refusal refusal = Refusal::None;
-    T value{};
+    Refusal refusal = Refusal::None; ///< Why there is no value.
+    T value{};                       ///< The result.
 
     Answer() = default;
+    /// The result.
     Answer(T result)
         : value(std::move(result))
     {} // NOLINT(google-explicit-constructor): reads as a return value
+    /// A refusal.
     Answer(Refusal why)
         : refusal(why)
     {} // NOLINT(google-explicit-constructor): reads as a return value
 
+    /// There is a value.
     bool ok() const { return refusal == Refusal::None; }
+    /// As ok().
     explicit operator bool() const { return ok(); }
 };
 

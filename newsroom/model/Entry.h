@@ -11,9 +11,9 @@ namespace Newsroom {
 /// The three flag words of a directory or queue.
 struct Flags
 {
-    qint32 word1 = 0;
-    qint32 word2 = 0;
-    qint32 word3 = 0;
+    qint32 word1 = 0; ///< The bits whose names end in 1.
+    qint32 word2 = 0; ///< The bits whose names end in 2.
+    qint32 word3 = 0; ///< The bits whose names end in 3.
 
     static constexpr qint32 Inverted1 = 1 << 0;    ///< word1: lists in inverted order.
     static constexpr qint32 Locked1 = 1 << 1;      ///< word1: locked.
@@ -23,7 +23,9 @@ struct Flags
     static constexpr qint32 LockedE3 = 1 << 2;     ///< word3: the kind of lock that is shown as "E".
     static constexpr qint32 Indexed3 = 1 << 6;     ///< word3: indexed, so it can be searched fast.
 
+    /// The bit Locked1.
     bool isLocked() const { return (word1 & Locked1) != 0; }
+    /// The bit LiveRefresh3.
     bool isLiveRefresh() const { return (word3 & LiveRefresh3) != 0; }
 
     /// Sets the bits of one word of a flag: "indexed", "locked", "locked-e" (also sets locked), "confirm-edit",
@@ -33,6 +35,7 @@ struct Flags
     /// The words of the bits that are set, in the order above, separated by blanks.
     QString toString() const;
 
+    /// The same bits.
     friend bool operator==(const Flags &a, const Flags &b)
     {
         return a.word1 == b.word1 && a.word2 == b.word2 && a.word3 == b.word3;
@@ -42,9 +45,9 @@ struct Flags
 /// What is fixed when a queue is made.
 struct QueueSettings
 {
-    qint32 number = 0; ///< Unique in the newsroom and above 0; 0 lets the newsroom choose.
-    QString formName;  ///< Empty: no form, so no new stories.
-    Flags flags;
+    qint32 number = 0;        ///< Unique in the newsroom and above 0; 0 lets the newsroom choose.
+    QString formName;         ///< Empty: no form, so no new stories.
+    Flags flags;              ///< The queue's flags.
     bool readOnly = false;    ///< A wire: its stories cannot be changed and none created.
     bool purgeLocked = false; ///< Nothing may be deleted.
 };
@@ -52,14 +55,16 @@ struct QueueSettings
 /// A directory or queue at one moment. A plain value.
 struct Entry
 {
+    /// What an entry can be.
     enum Kind { Directory, Queue };
 
-    Kind kind = Directory;
-    QString path; ///< Full dotted path in its own letter case; "." is the root.
-    Flags flags;
+    Kind kind = Directory;  ///< What it is.
+    QString path;           ///< Full dotted path in its own letter case; "." is the root.
+    Flags flags;            ///< The flags of the directory or queue.
     int count = 0;          ///< Sub-entries of a directory, stories of a queue.
     QueueSettings settings; ///< Of a queue: number, form and so on (`flags` once more).
 
+    /// It is a queue.
     bool isQueue() const { return kind == Queue; }
     qint32 number() const { return settings.number; } ///< Of a queue; 0 for a directory.
 

@@ -26,33 +26,33 @@ using SessionId = qint32;
 /// A named block of bytes and the small number kept with it (its size).
 struct Blob
 {
-    QByteArray data;
-    qint32 value = 0;
+    QByteArray data;  ///< What was saved.
+    qint32 value = 0; ///< The number kept with it.
 };
 
 /// What is set for the newsroom as a whole.
 struct SystemValues
 {
-    QString serverName = QStringLiteral("NEWSROOM-A");
-    QStringList aliases;   ///< Further names that sign-ons may give.
-    qint32 readRate = 180; ///< Words a minute.
-    qint32 wordLength = 6; ///< Characters a word.
-    bool offline = false;  ///< Sign-ons are refused.
-    int sessionLimit = 0;  ///< Sessions at a time; 0: no limit.
+    QString serverName = QStringLiteral("NEWSROOM-A"); ///< The server's name.
+    QStringList aliases;                               ///< Further names that sign-ons may give.
+    qint32 readRate = 180;                             ///< Words a minute.
+    qint32 wordLength = 6;                             ///< Characters a word.
+    bool offline = false;                              ///< Sign-ons are refused.
+    int sessionLimit = 0;                              ///< Sessions at a time; 0: no limit.
 };
 
 /// A system form: its markup as it is given to clients.
 struct Form
 {
-    QString name;
-    QString markup;
+    QString name;   ///< The form's name.
+    QString markup; ///< What the server hands out.
 };
 
 /// What Model::lock() answers.
 struct LockAnswer
 {
-    Refusal refusal = Refusal::None;
-    QString holder; ///< "user NAME editing" when StoryBeingEdited; else empty.
+    Refusal refusal = Refusal::None; ///< Why not; None when the lock was got.
+    QString holder;                  ///< "user NAME editing" when StoryBeingEdited; else empty.
 };
 
 /// One newsroom, shared by any number of sign-ons; held by std::shared_ptr.
@@ -81,11 +81,14 @@ public:
 
     // ---- system values, users, forms
 
+    /// The values that hold for the whole newsroom.
     SystemValues system() const;
+    /// Replaces those values.
     void setSystem(const SystemValues &values);
 
     /// Adds a user, or replaces the one of that name. InvalidArgument for a name that is empty or has blanks.
     Refusal setUser(const User &user);
+    /// All users.
     QVector<User> users() const;
 
     /// Adds a form, or replaces the one of exactly that name. InvalidArgument for an empty name, MarkupSyntax for
@@ -93,6 +96,7 @@ public:
     Refusal setForm(const Form &form);
     /// The markup of the form \a name, letter case ignored when none has exactly that name.
     Answer<QString> form(const QString &name) const;
+    /// All forms.
     QVector<Form> forms() const;
 
     // ---- sessions
@@ -102,6 +106,7 @@ public:
     Answer<SessionId> signOn(const QString &user, const QString &password, const QString &server);
     /// Ends a session and releases its locks; nothing happens when it is over already.
     void signOff(SessionId session);
+    /// Whether a session is not over.
     bool isSignedOn(SessionId session) const;
     /// The user of a session as it is now; NotSignedOn when it is over.
     Answer<User> user(SessionId session) const;
@@ -136,6 +141,7 @@ public:
 
     // ---- reading stories
 
+    /// How many stories the newsroom has.
     int storyCount() const;
     /// The present revision of the story whose identifier starts with \a part1.
     Answer<StoryPointer> story(qint32 part1) const;
@@ -171,6 +177,7 @@ public:
     /// Deletes a story: NotAuthorized, PurgeLocked (the queue), Locked (the queue is locked, or another session holds
     /// the story's lock, or it is key-locked and the user no superuser).
     Refusal deleteStory(SessionId session, qint32 part1);
+    /// The same by position in a queue.
     Refusal deleteStoryAt(SessionId session, qint32 queueNumber, int position);
     /// Deletes all stories of a queue that can be deleted; PartialFailure when some stayed. Otherwise as deleteStory().
     Refusal deleteAll(SessionId session, qint32 queueNumber);
@@ -193,13 +200,17 @@ public:
 
     // ---- blobs
 
+    /// The blob \a name, exactly.
     Answer<Blob> blob(SessionId session, const QString &name) const;
     /// Keeps \a data under \a name (exact, not empty: InvalidArgument) and answers the number kept with it.
     Answer<qint32> saveBlob(SessionId session, const QString &name, const QByteArray &data);
+    /// Removes the blob \a name.
     Refusal deleteBlob(SessionId session, const QString &name);
+    /// The names of all blobs that have one.
     QStringList blobNames() const;
     /// The one blob of the session's user. Everybody may save it.
     Answer<Blob> userBlob(SessionId session) const;
+    /// Keeps \a data as that blob and answers the number kept with it.
     Answer<qint32> saveUserBlob(SessionId session, const QByteArray &data);
 
     // ---- building, for loaders and tests
@@ -207,11 +218,11 @@ public:
     /// Where and as what a story is to be added.
     struct NewStory
     {
-        qint32 queueNumber = 0;
-        StoryId id; ///< part1 0 lets the newsroom choose all three parts.
-        qint32 revision = 1;
-        QString formName; ///< Empty: the queue's.
-        StoryText text;
+        qint32 queueNumber = 0; ///< The queue.
+        StoryId id;             ///< part1 0 lets the newsroom choose all three parts.
+        qint32 revision = 1;    ///< The revision.
+        QString formName;       ///< Empty: the queue's.
+        StoryText text;         ///< What it says.
     };
     /// Adds a story at the end of a queue, as it is. EntryGone without the queue, EntryExists when part1 is taken.
     Answer<StoryPointer> addStory(const NewStory &story);
@@ -220,9 +231,13 @@ public:
     /// names, in its order, and no others. Numbers of stories that are not there are passed over. EntryGone without the
     /// queue, EntryExists when one of \a stories is in another queue; nothing is changed then.
     Refusal putQueue(qint32 queueNumber, const QVector<NewStory> &stories, const QVector<qint32> &order);
+    /// Keeps \a data under \a name.
     void setBlob(const QString &name, const QByteArray &data);
+    /// Keeps \a data as the one blob of a user.
     void setUserBlob(const QString &userName, const QByteArray &data);
+    /// The blob \a name.
     Answer<Blob> blobOf(const QString &name) const;
+    /// The one blob of a user.
     Answer<Blob> userBlobOf(const QString &userName) const;
 
     // ---- being told

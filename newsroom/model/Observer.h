@@ -12,6 +12,7 @@ namespace Newsroom {
 /// One committed change.
 struct Change
 {
+    /// What can change.
     enum Kind {
         StoryCreated,
         StorySaved,
@@ -23,10 +24,10 @@ struct Change
         TreeChanged,     ///< A directory or queue was added, removed or changed; `name`: its full path.
         SystemChanged    ///< Users, forms or system values.
     };
-    Kind kind = SystemChanged;
-    qint32 queueNumber = 0;  ///< Of story changes.
-    QVector<qint32> stories; ///< First identifier parts, of story changes.
-    QString name;
+    Kind kind = SystemChanged; ///< What has changed.
+    qint32 queueNumber = 0;    ///< Of story changes.
+    QVector<qint32> stories;   ///< First identifier parts, of story changes.
+    QString name;              ///< Of a user, form or blob.
 
     /// Whether clients that watch the queue are to be told.
     bool isQueueChange() const { return kind <= StoryUnlocked; }
@@ -39,6 +40,7 @@ class Observer
 {
 public:
     virtual ~Observer() = default;
+    /// Something has changed.
     virtual void changed(const Change &change) = 0;
 };
 

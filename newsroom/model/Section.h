@@ -10,14 +10,14 @@ namespace Newsroom {
 
 /// Section numbers are bits; several can be asked for at once.
 namespace Section {
-constexpr qint32 Head = 1;
-constexpr qint32 Look = 2;
-constexpr qint32 Fields = 4;
-constexpr qint32 Body = 8;
-constexpr qint32 Aeset = 16;
-constexpr qint32 FieldAtts = 32;
-constexpr qint32 AesetAtts = 64;
-constexpr qint32 Whole = 127; ///< All of them: the whole story.
+constexpr qint32 Head = 1;       ///< "head".
+constexpr qint32 Look = 2;       ///< "look".
+constexpr qint32 Fields = 4;     ///< "fields".
+constexpr qint32 Body = 8;       ///< "body".
+constexpr qint32 Aeset = 16;     ///< "aeset".
+constexpr qint32 FieldAtts = 32; ///< "field-atts".
+constexpr qint32 AesetAtts = 64; ///< "aeset-atts".
+constexpr qint32 Whole = 127;    ///< All of them: the whole story.
 } // namespace Section
 
 /// True when \a bits names at least one section and nothing that is none.

@@ -25,24 +25,32 @@ public:
     /// Where a story is and which revision this is.
     struct Identity
     {
-        StoryId id;
-        qint32 revision = 1;
-        QString formName;
-        qint32 queueNumber = 0;
-        QString queuePath;
+        StoryId id;             ///< The story's identifier.
+        qint32 revision = 1;    ///< Grows with each save.
+        QString formName;       ///< The story's form.
+        qint32 queueNumber = 0; ///< The queue that holds the story.
+        QString queuePath;      ///< Its path.
     };
 
+    /// One revision; see Model::addStory.
     Story(Identity identity, StoryText text);
 
     Story(const Story &) = delete;
     Story &operator=(const Story &) = delete;
 
+    /// Identity::id.
     const StoryId &id() const { return m_identity.id; }
+    /// Identity::revision.
     qint32 revision() const { return m_identity.revision; }
+    /// Identity::formName.
     const QString &formName() const { return m_identity.formName; }
+    /// Identity::queueNumber.
     qint32 queueNumber() const { return m_identity.queueNumber; }
+    /// Identity::queuePath.
     const QString &queuePath() const { return m_identity.queuePath; }
+    /// Where the story is and which revision this is.
     const Identity &identity() const { return m_identity; }
+    /// What it says.
     const StoryText &text() const { return m_text; }
 
     /// What lists show: the field "title", else "slug", else "subject", else the first line of the body (at most 60

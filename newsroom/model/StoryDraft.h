@@ -19,6 +19,7 @@ class StoryDraft
 {
 public:
     StoryDraft() = default;
+    /// Nothing has been put yet.
     explicit StoryDraft(StoryPointer base);
 
     /// The revision that the draft started from; null for a default-constructed draft.
@@ -30,6 +31,7 @@ public:
     const StoryText &text() const { return m_text; }
     /// As Story::markup() and Story::plain(), with the changes; identifier and revision are those of the base.
     QString markup(qint32 sections) const;
+    /// The same in plain form, see plainOf().
     QString plain(qint32 sections) const;
     /// As Story::name(), with the changes.
     QString name() const;

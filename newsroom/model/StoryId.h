@@ -12,9 +12,9 @@ namespace Newsroom {
 /// number of the queue in which the story was created and `part3` is 0. A plain value.
 struct StoryId
 {
-    qint32 part1 = 0;
-    qint32 part2 = 0;
-    qint32 part3 = 0;
+    qint32 part1 = 0; ///< The story's number.
+    qint32 part2 = 0; ///< The second part.
+    qint32 part3 = 0; ///< The third part.
 
     /// Decimal "part1:part2:part3", as a client is told it.
     QString unique() const;
@@ -29,10 +29,12 @@ struct StoryId
     /// Reads what unique() writes; false, with nothing written, for anything else.
     static bool fromUnique(const QString &text, StoryId *id);
 
+    /// All three parts are the same.
     friend bool operator==(const StoryId &a, const StoryId &b)
     {
         return a.part1 == b.part1 && a.part2 == b.part2 && a.part3 == b.part3;
     }
+    /// Any part differs.
     friend bool operator!=(const StoryId &a, const StoryId &b) { return !(a == b); }
 };
 

@@ -16,10 +16,11 @@ namespace Newsroom {
 /// One field of a story: its identifier, its stored value and what else stands on it (urgency, uec, aready).
 struct StoryField
 {
-    QString id;
-    QString value;
+    QString id;                    ///< The field's identifier.
+    QString value;                 ///< The value as it is stored.
     QVector<NameValue> attributes; ///< Without the identifier.
 
+    /// All the same.
     friend bool operator==(const StoryField &a, const StoryField &b)
     {
         return a.id == b.id && a.value == b.value && a.attributes == b.attributes;
@@ -33,11 +34,11 @@ struct StoryText
 {
     QVector<NameValue> meta;    ///< Attributes of the header's meta element, in order (wire, mail, words, rate, ...).
     QVector<StoryField> fields; ///< In order; identifiers differ also ignoring letter case.
-    QString look;
-    QString body;
-    QString aeset;
-    QString fieldAtts;
-    QString aesetAtts;
+    QString look;               ///< The section "look".
+    QString body;               ///< The section "body".
+    QString aeset;              ///< The section "aeset".
+    QString fieldAtts;          ///< The section "field-atts".
+    QString aesetAtts;          ///< The section "aeset-atts".
 
     /// The header attribute \a name (exact); an empty string when there is none.
     QString metaValue(const QString &name) const;
@@ -83,8 +84,8 @@ struct StoryText
 /// The identity that a story's header states beside its meta attributes.
 struct StoryHeader
 {
-    QString storyId; ///< StoryId::headerText().
-    QString formName;
+    QString storyId;  ///< StoryId::headerText().
+    QString formName; ///< The story's form.
 };
 
 /// The sections \a sections (not 0, see isSectionSet()) of a story in markup form: one section is its element with its

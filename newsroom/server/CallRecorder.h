@@ -43,6 +43,7 @@ public:
     /// Stops recording; what was recorded stays until start() or take().
     void stop();
 
+    /// Whether calls are recorded.
     bool isOn() const { return m_on; }
 
     /// The calls recorded so far, which are then forgotten. Recording goes on if it was on.

@@ -29,7 +29,9 @@ class Census
 public:
     Census();
 
+    /// One more; said by the server.
     void born(ObjectKind kind) noexcept;
+    /// One less; said by the server.
     void gone(ObjectKind kind) noexcept;
 
     /// Live objects of one kind.
@@ -43,6 +45,7 @@ public:
 
     /// BSTRs and SAFEARRAYs live in the whole process, as the native automation layer counts them; -1 on Windows.
     static qint64 liveTexts();
+    /// See liveTexts().
     static qint64 liveArrays();
 
 private:

@@ -11,6 +11,7 @@ namespace Newsroom {
 class Delivery
 {
 public:
+    /// One call of a sink.
     using Event = std::function<void()>;
 
     Delivery();
@@ -26,6 +27,7 @@ public:
 
     /// Holds the events back until resume(); one that runs goes on.
     void pause();
+    /// Lets events go out again.
     void resume();
 
     /// Waits until no event is queued or runs; false when there still is one after that time. From inside an event,

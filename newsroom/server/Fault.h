@@ -8,6 +8,7 @@ namespace Newsroom {
 class Fault
 {
 public:
+    /// The ways, each made by the operation of its name.
     enum class Kind {
         None,
         Result,
@@ -53,8 +54,11 @@ public:
     /// The call does nothing and answers S_OK; a VARIANT holds a null object, a list holds one.
     static Fault nullElements() { return {Kind::NullElements, S_OK, 0}; }
 
+    /// Which way.
     Kind kind() const { return m_kind; }
+    /// The code; S_OK where there is none.
     HRESULT code() const { return m_code; }
+    /// How long a call hangs; else 0.
     int milliseconds() const { return m_milliseconds; }
 
 private:

@@ -17,7 +17,9 @@ public:
     Registration(REFCLSID clsid, IUnknown *factory);
     ~Registration();
 
+    /// Takes the registration over.
     Registration(Registration &&other) noexcept;
+    /// Revokes its own and takes the other over.
     Registration &operator=(Registration &&other) noexcept;
 
     /// Whether the class object is in the table because of this object.

@@ -37,12 +37,14 @@ class ServerCore;
 class Server
 {
 public:
+    /// Serves \a model, which must not be null.
     explicit Server(std::shared_ptr<Model> model);
     ~Server();
 
     Server(const Server &) = delete;
     Server &operator=(const Server &) = delete;
 
+    /// The newsroom.
     const std::shared_ptr<Model> &model() const;
 
     // ---- ways in
@@ -62,8 +64,11 @@ public:
 
     // ---- what tests look at and break
 
+    /// The record of calls, off until it is started.
     CallRecorder &calls();
+    /// What is to go wrong; nothing at first.
     FaultPlan &faults();
+    /// How the server behaves where servers differ.
     Options &options();
 
     /// What clients hold of this server. The result may outlive the server.

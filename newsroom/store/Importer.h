@@ -12,19 +12,20 @@ namespace Newsroom {
 /// What an import did.
 struct ImportReport
 {
-    int directories = 0;
-    int queues = 0;
-    int stories = 0;
-    qint64 bytes = 0;    ///< Of the files that became stories.
-    int markupFiles = 0; ///< Stories that were the content of XML or HTML files.
-    int skippedCompressed = 0;
-    int skippedBinary = 0;
-    int skippedTooLarge = 0; ///< Above Importer::largestFile.
-    int skippedLinks = 0;    ///< Links to folders, links to nothing.
-    int skippedSpecial = 0;  ///< Pipes, sockets, devices.
-    int unreadable = 0;
+    int directories = 0;         ///< Made.
+    int queues = 0;              ///< Made.
+    int stories = 0;             ///< Made.
+    qint64 bytes = 0;            ///< Of the files that became stories.
+    int markupFiles = 0;         ///< Stories that were the content of XML or HTML files.
+    int skippedCompressed = 0;   ///< Compressed files.
+    int skippedBinary = 0;       ///< Files that are no text.
+    int skippedTooLarge = 0;     ///< Above Importer::largestFile.
+    int skippedLinks = 0;        ///< Links to folders, links to nothing.
+    int skippedSpecial = 0;      ///< Pipes, sockets, devices.
+    int unreadable = 0;          ///< Files that could not be read.
     QStringList unreadableNames; ///< The first few of them.
 
+    /// All that did not become a story.
     int skipped() const
     {
         return skippedCompressed + skippedBinary + skippedTooLarge + skippedLinks + skippedSpecial + unreadable;
@@ -41,6 +42,7 @@ struct ImportReport
 class Importer
 {
 public:
+    /// Files above this size, in bytes, are left out.
     static constexpr qint64 largestFile = qint64(64) * 1024 * 1024;
 
     /// Reads \a source and writes \a folder, which must not be there or be empty; what of \a source lies in \a folder

@@ -168,6 +168,7 @@ public:
     /// the ancestors, to the end of the tree. Null for a null \a from.
     static Tag *FindNextTag(Tag *from, const QString &name, const QString &attrName, const QString &attrValue);
 
+    /// \cond
     // Nodes that the library makes together lie together; these let delete find out about each.
     static void *operator new(std::size_t size);
     static void *operator new(std::size_t size, std::align_val_t alignment);
@@ -175,6 +176,7 @@ public:
     static void operator delete(void *memory) noexcept;
     static void operator delete(void *memory, std::align_val_t alignment) noexcept;
     static void operator delete(void *, void *) noexcept {}
+    /// \endcond
 
     /// How many matches FindNthTag has counted since it was last told to reset.
     static int FindNthTagCounter;

@@ -38,15 +38,17 @@ public:
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void **object) override;
     /// \name The number of references after the call
     /// \{
-    ULONG STDMETHODCALLTYPE AddRef() override;
-    ULONG STDMETHODCALLTYPE Release() override;
+    ULONG STDMETHODCALLTYPE AddRef() override;  ///< One more.
+    ULONG STDMETHODCALLTYPE Release() override; ///< One less; the last one destroys the sink.
     /// \}
 
     /// \name Nothing is done: 0
     /// \{
-    HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT *count) override;
-    HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT index, LCID locale, ITypeInfo **info) override;
+    HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT *count) override;                          ///< 0.
+    HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT index, LCID locale, ITypeInfo **info) override; ///< 0.
+    /// 0.
     HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID iid, LPOLESTR *names, UINT count, LCID locale, DISPID *ids) override;
+    /// 0.
     HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID iid, LCID locale, WORD flags, DISPPARAMS *parameters,
                                      VARIANT *result, EXCEPINFO *exception, UINT *argument) override;
     /// \}

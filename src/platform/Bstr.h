@@ -41,9 +41,11 @@ public:
     explicit Bstr(const QString &text)
         : m_string(toBstr(text))
     {}
+    /// Takes over what \a other owns, which owns nothing afterwards.
     Bstr(Bstr &&other) noexcept
         : m_string(other.release())
     {}
+    /// Frees what is owned and takes over what \a other owns.
     Bstr &operator=(Bstr &&other) noexcept
     {
         reset(other.release());
@@ -77,6 +79,7 @@ public:
 
     /// No BSTR at all; an empty text is one.
     bool isNull() const noexcept { return !m_string; }
+    /// There is a BSTR.
     explicit operator bool() const noexcept { return m_string != nullptr; }
 
     /// The text; see toQString.

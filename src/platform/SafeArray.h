@@ -47,9 +47,11 @@ public:
         SafeArrayUnaccessData(array.get());
         return array;
     }
+    /// Takes over what \a other owns, which owns nothing afterwards.
     SafeArray(SafeArray &&other) noexcept
         : m_array(other.release())
     {}
+    /// Frees what is owned and takes over what \a other owns.
     SafeArray &operator=(SafeArray &&other) noexcept
     {
         if (this != &other) {
@@ -72,6 +74,7 @@ public:
     }
     /// Hands the array over to the caller and owns nothing afterwards.
     SAFEARRAY *release() noexcept { return std::exchange(m_array, nullptr); }
+    /// There is an array.
     explicit operator bool() const noexcept { return m_array != nullptr; }
 
     /// The number of elements of the first dimension; 0 for null.
@@ -100,7 +103,9 @@ public:
             SafeArrayUnaccessData(m_array);
     }
 
+    /// The elements are accessible.
     bool ok() const noexcept { return SUCCEEDED(m_result); }
+    /// What the system said to that.
     HRESULT result() const noexcept { return m_result; }
     /// The first element; null when the lock failed, and for an array that never got memory for its elements.
     void *data() const noexcept { return ok() ? m_data : nullptr; }

@@ -79,6 +79,7 @@ inline __int64 liveBstrs()
 {
     return -1;
 }
+/// Nobody counts here: -1.
 inline __int64 liveArrays()
 {
     return -1;
@@ -88,8 +89,9 @@ inline __int64 liveArrays()
 /// thread, by several at once.
 QUIRE_PLATFORM_EXPORT void setDebugOutputHandler(void (*handler)(const char *));
 
-/// How many BSTRs and how many array descriptors were allocated and not freed yet, in the whole process.
+/// How many BSTRs were allocated and not freed yet, in the whole process.
 QUIRE_PLATFORM_EXPORT __int64 liveBstrs();
+/// How many array descriptors were.
 QUIRE_PLATFORM_EXPORT __int64 liveArrays();
 
 /// Lets the n-th allocation from now on that a text or an array needs find no memory, in the whole process: 1 is the

@@ -53,9 +53,11 @@ public:
         V_INT(&variant.m_variant) = value;
         return variant;
     }
+    /// Takes over what \a other holds, which is VT_EMPTY afterwards.
     Variant(Variant &&other) noexcept
         : m_variant(other.release())
     {}
+    /// Frees what is held and takes over what \a other holds.
     Variant &operator=(Variant &&other) noexcept
     {
         if (this != &other) {
@@ -84,6 +86,7 @@ public:
         return variant;
     }
 
+    /// The type of the value.
     VARTYPE type() const noexcept { return V_VT(&m_variant); }
 
     /// The object in the value, see toDispatch below.

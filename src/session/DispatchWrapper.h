@@ -19,7 +19,9 @@ public:
     DispatchWrapper();
     /// Holds \a handle with a reference of its own; an empty handle is held as such.
     explicit DispatchWrapper(const IDispatchPtr &handle);
+    /// Holds the same object with a reference of its own.
     DispatchWrapper(const DispatchWrapper &other);
+    /// Releases its own and holds the other's object.
     DispatchWrapper &operator=(const DispatchWrapper &other);
     virtual ~DispatchWrapper();
 

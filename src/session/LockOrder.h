@@ -43,7 +43,7 @@ enum class LockRank {
 /// Refers to the texts of the lock object, which outlives it.
 struct LockLabel
 {
-    const char *literal = nullptr;
+    const char *literal = nullptr; ///< The label; null when there is none.
     const QString *text = nullptr; ///< in place of the literal
 };
 

@@ -98,7 +98,9 @@ public:
     /// become TheQuireCOM, and only GetQuireCOM's own instance is ever destroyed.
     /// \{
 
+    /// Shares the sign-on object and the table of handles.
     QuireCOM(const QuireCOM &other);
+    /// Shares those of \a other from now on.
     QuireCOM &operator=(const QuireCOM &other);
 
     /// \}

@@ -11,12 +11,12 @@ namespace Quire {
 /// A plain value of the host's; what each of them means is the server's business.
 struct UserInfo
 {
-    QString text1;
-    QString text2;
-    QString text3;
-    QString text4;
-    qint32 number1 = 0;
-    qint32 number2 = 0;
+    QString text1;      ///< The first text.
+    QString text2;      ///< The second text.
+    QString text3;      ///< The third text.
+    QString text4;      ///< The fourth text.
+    qint32 number1 = 0; ///< The first number.
+    qint32 number2 = 0; ///< The second number.
 };
 
 } // namespace Quire

@@ -36,7 +36,9 @@ public:
     /// UTF-16 or UTF-32 by its mark. Anchors that are left open in the body get their end tag. The identifier is read
     /// in base 16. Raises what QuireCOM::GetSysReadRate raises.
     LocalStory(QString path);
+    /// The same text and lock flags; both write to the process's local story file.
     LocalStory(const LocalStory &other);
+    /// The other's text and lock flags in place of its own.
     LocalStory &operator=(const LocalStory &other);
     ~LocalStory();
 

@@ -48,8 +48,11 @@ public:
     /// tells whether it is there, and then identifier, reading rate, key lock and form are known. Raises what
     /// QuireCOM::GetSysReadRate raises.
     Story(const QString &queuePath, const StoryID *id);
+    /// The same story, sharing the handle.
     Story(const Story &other);
+    /// Becomes the other story, sharing its handle.
     Story &operator=(const Story &other);
+    /// Releases the handle.
     ~Story();
 
     /// \}
@@ -130,9 +133,11 @@ public:
 
     /// Reading speed for read-time figures. 18 unless the header says otherwise.
     int GetReadRate() const;
+    /// See GetReadRate().
     void SetReadRate(int rate);
     /// A flag of the host's own, initially false.
     bool GetConfirmEdit() const;
+    /// See GetConfirmEdit().
     void SetConfirmEdit(bool confirm);
     /// The header carries a key lock, or could not be read.
     bool HasKeylock() const;
@@ -188,16 +193,16 @@ protected:
     /// element without one. Any pointer may be null.
     static void GetInitialHeaderInfo(QString headerText, QString *headerStoryId, int *readRate, QString *keyLock);
 
-    IDispatchPtr m_handle; ///< The server's story, empty until first needed.
-    StoryID m_id;
-    QString m_headerStoryId;
-    QString m_queuePath;
-    QString m_keyLock;
-    qint32 m_readRate;
-    bool m_loaded;
-    bool m_confirmEdit;
-    QString m_formName;
-    HRESULT m_lastError;
+    IDispatchPtr m_handle;   ///< The server's story, empty until first needed.
+    StoryID m_id;            ///< The story's identifier.
+    QString m_headerStoryId; ///< The header's story identifier.
+    QString m_queuePath;     ///< Path of the queue.
+    QString m_keyLock;       ///< The header's key lock.
+    qint32 m_readRate;       ///< See GetReadRate().
+    bool m_loaded;           ///< See IsLoaded().
+    bool m_confirmEdit;      ///< See GetConfirmEdit().
+    QString m_formName;      ///< See FormName().
+    HRESULT m_lastError;     ///< See GetError().
 
 private:
     friend class Item;        // expands what InitStoryItem packed

@@ -32,6 +32,7 @@ extern QUIRE_EXPORT const char *const Attr_Hold;     ///< "_hold": "H" for a sto
 
 /// \name All entries
 /// \{
+
 /// "_lock". Directories and queues: there when the entry is locked, value "E" for an edit lock, else empty. Stories:
 /// the header's "locked", or empty when the header could not be read.
 extern QUIRE_EXPORT const char *const Attr_Lock;

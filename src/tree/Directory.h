@@ -74,9 +74,9 @@ protected:
     IDispatchPtr ServerObject();
 
     // As read when the list was populated.
-    std::atomic<qint32> m_flags1{0};
-    std::atomic<qint32> m_flags2{0};
-    std::atomic<qint32> m_flags3{0};
+    std::atomic<qint32> m_flags1{0}; ///< The first flag word.
+    std::atomic<qint32> m_flags2{0}; ///< The second flag word.
+    std::atomic<qint32> m_flags3{0}; ///< The third flag word.
 
 private:
     static Directory *Make(const IDispatchPtr &object, bool registerQueue);

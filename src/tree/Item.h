@@ -30,9 +30,13 @@ class QUIRE_EXPORT Item
 public:
     /// Without attributes and with an empty sort key.
     Item(const QString &name, ItemType type);
+    /// A copy; texts are shared.
     Item(const Item &other);
+    /// Leaves \a other without attributes.
     Item(Item &&other) noexcept;
+    /// A copy; texts are shared.
     Item &operator=(const Item &other);
+    /// Leaves \a other without attributes.
     Item &operator=(Item &&other) noexcept;
     virtual ~Item();
 

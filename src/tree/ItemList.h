@@ -37,9 +37,11 @@ public:
 
     /// Sets the list's number; of search lists, the number of the search.
     virtual void SetID(int id);
+    /// The list's number, initially 0.
     virtual int ID();
     /// Sets the list's name: the path of a directory or queue, or the text of a search.
     virtual void SetName(const QString &name);
+    /// The list's name, initially empty.
     virtual const QString &Name();
 
     /// The number of items.

@@ -49,6 +49,7 @@ public:
     static bool useThreading;
     /// How many stories a load adds at most, initially 200. Use the functions below, which any thread may call.
     static qint32 sLoadIncrement;
+    /// The value of sLoadIncrement.
     static int getLoadIncrement();
     /// Nothing happens unless \a increment is positive.
     static void setLoadIncrement(int increment);

@@ -31,6 +31,7 @@ public:
     QString SearchStr();
     /// The number of stories that the server found, which may be more than it sent; 0 until the search is complete.
     long GetTotalHits();
+    /// See GetTotalHits().
     void SetTotalHits(long totalHits);
     /// The search has ended or was stopped.
     bool IsSearchComplete();
