@@ -62,7 +62,7 @@ public:
     int changesAtFirst() const { return m_changesAtFirst; }
 
     /// The list's lock, for a ListMutexLocker.
-    QMutex *mutex() const { return listMutex().get(); }
+    ListMutex *mutex() const { return listMutex().get(); }
 
 private:
     explicit WatchedQueue(const IDispatchPtr &handle);
