@@ -269,4 +269,65 @@
         <translation>Unerwarteter Fehler, Code = x%1.</translation>
     </message>
 </context>
+<context>
+    <name>Quire::DirectoryModel</name>
+    <message>
+        <source>Name</source>
+        <translation>Name</translation>
+    </message>
+</context>
+<context>
+    <name>Quire::QueueModel</name>
+    <message>
+        <source>Lock</source>
+        <translation>Sperre</translation>
+    </message>
+    <message>
+        <source>Words</source>
+        <translation>Wörter</translation>
+    </message>
+    <message>
+        <source>Rate</source>
+        <translation>Lesetempo</translation>
+    </message>
+    <message>
+        <source>Break</source>
+        <translation>Pause</translation>
+    </message>
+    <message>
+        <source>Float</source>
+        <translation>Schwebend</translation>
+    </message>
+    <message>
+        <source>Hold</source>
+        <translation>Zurückgestellt</translation>
+    </message>
+    <message>
+        <source>Wire</source>
+        <translation>Agentur</translation>
+    </message>
+    <message>
+        <source>Mail</source>
+        <translation>Post</translation>
+    </message>
+    <message>
+        <source>Queue</source>
+        <translation>Warteschlange</translation>
+    </message>
+    <message>
+        <source>Story</source>
+        <translation>Meldung</translation>
+    </message>
+</context>
+<context>
+    <name>Quire::StoryFieldsModel</name>
+    <message>
+        <source>Field</source>
+        <translation>Feld</translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation>Wert</translation>
+    </message>
+</context>
 </TS>

@@ -269,4 +269,65 @@
         <translation>Error inesperado, código = x%1.</translation>
     </message>
 </context>
+<context>
+    <name>Quire::DirectoryModel</name>
+    <message>
+        <source>Name</source>
+        <translation>Nombre</translation>
+    </message>
+</context>
+<context>
+    <name>Quire::QueueModel</name>
+    <message>
+        <source>Lock</source>
+        <translation>Bloqueo</translation>
+    </message>
+    <message>
+        <source>Words</source>
+        <translation>Palabras</translation>
+    </message>
+    <message>
+        <source>Rate</source>
+        <translation>Ritmo</translation>
+    </message>
+    <message>
+        <source>Break</source>
+        <translation>Pausa</translation>
+    </message>
+    <message>
+        <source>Float</source>
+        <translation>Flotante</translation>
+    </message>
+    <message>
+        <source>Hold</source>
+        <translation>Retenida</translation>
+    </message>
+    <message>
+        <source>Wire</source>
+        <translation>Agencia</translation>
+    </message>
+    <message>
+        <source>Mail</source>
+        <translation>Correo</translation>
+    </message>
+    <message>
+        <source>Queue</source>
+        <translation>Cola</translation>
+    </message>
+    <message>
+        <source>Story</source>
+        <translation>Noticia</translation>
+    </message>
+</context>
+<context>
+    <name>Quire::StoryFieldsModel</name>
+    <message>
+        <source>Field</source>
+        <translation>Campo</translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation>Valor</translation>
+    </message>
+</context>
 </TS>

@@ -269,4 +269,65 @@
         <translation>Erreur inattendue, code = x%1.</translation>
     </message>
 </context>
+<context>
+    <name>Quire::DirectoryModel</name>
+    <message>
+        <source>Name</source>
+        <translation>Nom</translation>
+    </message>
+</context>
+<context>
+    <name>Quire::QueueModel</name>
+    <message>
+        <source>Lock</source>
+        <translation>Verrou</translation>
+    </message>
+    <message>
+        <source>Words</source>
+        <translation>Mots</translation>
+    </message>
+    <message>
+        <source>Rate</source>
+        <translation>Débit</translation>
+    </message>
+    <message>
+        <source>Break</source>
+        <translation>Pause</translation>
+    </message>
+    <message>
+        <source>Float</source>
+        <translation>Flottant</translation>
+    </message>
+    <message>
+        <source>Hold</source>
+        <translation>En attente</translation>
+    </message>
+    <message>
+        <source>Wire</source>
+        <translation>Dépêche</translation>
+    </message>
+    <message>
+        <source>Mail</source>
+        <translation>Courrier</translation>
+    </message>
+    <message>
+        <source>Queue</source>
+        <translation>File d&apos;attente</translation>
+    </message>
+    <message>
+        <source>Story</source>
+        <translation>Sujet</translation>
+    </message>
+</context>
+<context>
+    <name>Quire::StoryFieldsModel</name>
+    <message>
+        <source>Field</source>
+        <translation>Champ</translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation>Valeur</translation>
+    </message>
+</context>
 </TS>

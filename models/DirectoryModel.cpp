@@ -6,6 +6,8 @@
 #include "ServerReading.h"
 #include "ServerWork.h"
 
+#include <QCoreApplication>
+
 namespace Quire {
 
 namespace {
@@ -176,7 +178,8 @@ QVariant DirectoryModel::headerData(int section, Qt::Orientation orientation, in
 {
     if (orientation != Qt::Horizontal || section != 0 || role != Qt::DisplayRole)
         return QVariant();
-    return tr("Name");
+    // Not tr(): what collects the texts would leave the namespace out of the context.
+    return QCoreApplication::translate("Quire::DirectoryModel", "Name");
 }
 
 // ---- reading --------------------------------------------------------------------------------------------------------

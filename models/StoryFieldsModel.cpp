@@ -8,6 +8,8 @@
 #include "StoryCells.h"
 #include <quire/forms/AttributeCodec.h>
 
+#include <QCoreApplication>
+
 namespace Quire {
 
 StoryFieldsModel::StoryFieldsModel(QObject *parent)
@@ -208,7 +210,9 @@ QVariant StoryFieldsModel::headerData(int section, Qt::Orientation orientation, 
 {
     if (orientation != Qt::Horizontal || role != Qt::DisplayRole || section < 0 || section >= columnCount())
         return ServerTable::headerData(section, orientation, role);
-    return section == LabelColumn ? tr("Field") : tr("Value");
+    // Not tr(): what collects the texts would leave the namespace out of the context.
+    return section == LabelColumn ? QCoreApplication::translate("Quire::StoryFieldsModel", "Field")
+                                  : QCoreApplication::translate("Quire::StoryFieldsModel", "Value");
 }
 
 } // namespace Quire
