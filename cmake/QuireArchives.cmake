@@ -30,4 +30,13 @@ set(CPACK_DEBIAN_TOOLS_PACKAGE_SHLIBDEPS ON)
 # Where the command line's libraries are while their own package is not installed.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS "${CMAKE_LIBRARY_OUTPUT_DIRECTORY}")
 
+# Each package says whose it is.
+if(NOT WIN32)
+    foreach(component Runtime Development Tools)
+        string(TOUPPER "${component}" name)
+        install(FILES "${PROJECT_SOURCE_DIR}/packaging/copyright" COMPONENT ${component}
+                DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/${CPACK_DEBIAN_${name}_PACKAGE_NAME}")
+    endforeach()
+endif()
+
 include(CPack)
