@@ -14,6 +14,14 @@ install(EXPORT QuireTargets NAMESPACE Quire:: DESTINATION "${QUIRE_CMAKE_DIR}" C
 
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/examples" DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/quire" COMPONENT Development)
 
+# All that is installed, for those who want nothing else built.
+add_custom_target(installed)
+foreach(target Quire QuirePlatform QuireModels QuireNewsroom QuireTestKit OrvexCOM OrvexCOMU_64 quire translations)
+    if(TARGET ${target})
+        add_dependencies(installed ${target})
+    endif()
+endforeach()
+
 if(WIN32)
     include(QuireWindowsPackage)
 else()
