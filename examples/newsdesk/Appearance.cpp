@@ -18,6 +18,7 @@ Colours lightColours()
     colours.text = QColor(0x1d232b);
     colours.faint = QColor(0x66707c);
     colours.line = QColor(0xd6dae0);
+    colours.thumb = QColor(0xb9c0c9);
     colours.accent = QColor(0x1f5fbf);
     colours.onAccent = QColor(0xffffff);
     colours.selection = QColor(0xd9e6fa);
@@ -38,6 +39,7 @@ Colours darkColours()
     colours.text = QColor(0xe4e7eb);
     colours.faint = QColor(0x9aa4b0);
     colours.line = QColor(0x363c44);
+    colours.thumb = QColor(0x4d5661);
     colours.accent = QColor(0x5b9bf0);
     colours.onAccent = QColor(0x0e1a2b);
     colours.selection = QColor(0x2c4568);
@@ -120,13 +122,22 @@ QLabel#empty { color: FAINT; }
 QFrame#banner { background: WARNING; border: none; }
 QFrame#banner QLabel { color: ON_WARNING; }
 QScrollArea { border: none; background: transparent; }
+QScrollBar { background: transparent; border: none; }
+QScrollBar:vertical { width: 10px; margin: 0; }
+QScrollBar:horizontal { height: 10px; margin: 0; }
+QScrollBar::handle { background: THUMB; border-radius: 3px; margin: 2px; }
+QScrollBar::handle:hover { background: FAINT; }
+QScrollBar::handle:vertical { min-height: 30px; }
+QScrollBar::handle:horizontal { min-width: 30px; }
+QScrollBar::add-line, QScrollBar::sub-line { width: 0; height: 0; }
+QScrollBar::add-page, QScrollBar::sub-page { background: transparent; }
 QToolTip { background: PANE; color: TEXT; border: 1px solid LINE; padding: 3px; }
 )");
     const std::pair<const char *, QColor> names[] = {
         {"ON_ACCENT", colours.onAccent}, {"ON_WARNING", colours.onWarning}, {"WARNING", colours.warning},
         {"ACCENT", colours.accent},      {"SELECTION", colours.selection},  {"WINDOW", colours.window},
         {"PANE", colours.pane},          {"FAINT", colours.faint},          {"TEXT", colours.text},
-        {"LINE", colours.line},
+        {"LINE", colours.line},          {"THUMB", colours.thumb},
     };
     for (const auto &[name, colour] : names)
         sheet.replace(QLatin1String(name), colour.name());

@@ -13,6 +13,7 @@ struct Colours
     QColor text;
     QColor faint; ///< Labels and what matters less.
     QColor line;
+    QColor thumb;  ///< Of scroll bars.
     QColor accent; ///< Selection, links, the default button.
     QColor onAccent;
     QColor selection; ///< Behind selected rows.

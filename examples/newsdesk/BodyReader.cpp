@@ -20,7 +20,10 @@ bool addStyle(const QString &name, QTextCharFormat *format)
         format->setFontUnderline(true);
     else
         return false;
-    format->setProperty(StylesProperty, QString(format->stringProperty(StylesProperty) + QLatin1Char(' ') + name));
+    QStringList styles = format->property(StylesProperty).toStringList();
+    if (!styles.contains(name))
+        styles += name;
+    format->setProperty(StylesProperty, styles);
     return true;
 }
 

@@ -31,7 +31,7 @@ bool isStyled(const QTextCharFormat &format, const QString &element)
 QStringList stylesOf(const QTextCharFormat &format)
 {
     QStringList styles;
-    for (const QString &element : format.stringProperty(StylesProperty).split(QLatin1Char(' '), Qt::SkipEmptyParts)) {
+    for (const QString &element : format.property(StylesProperty).toStringList()) {
         if (isStyled(format, element))
             styles += element;
     }

@@ -98,18 +98,17 @@ void MainWindow::makeActions()
     auto *const bar = addToolBar(tr("Desk"));
     bar->setMovable(false);
     bar->setContextMenuPolicy(Qt::PreventContextMenu);
+    bar->setIconSize(QSize(16, 16));
     bar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     const auto add = [&](const QString &text, Icons::Kind icon, const QKeySequence &keys, const auto &run) {
         QAction *const action = bar->addAction(Icons::icon(icon), text);
         action->setShortcut(keys);
         action->setToolTip(tr("%1 (%2)").arg(text, keys.toString(QKeySequence::NativeText)));
-        action->setProperty("icon", int{icon});
+        action->setProperty("deskIcon", int{icon});
         connect(action, &QAction::triggered, this, run);
     };
     add(tr("Refresh"), Icons::Refresh, QKeySequence(Qt::Key_F5), [this] { refreshAll(); });
     add(tr("Load all"), Icons::Queue, QKeySequence(Qt::CTRL + Qt::Key_L), [this] { m_queue->loadAll(); });
-    add(tr("Edit"), Icons::Edit, QKeySequence(Qt::CTRL + Qt::Key_E), [this] { m_story->editing().begin(); });
-    add(tr("Save"), Icons::Save, QKeySequence(Qt::CTRL + Qt::Key_S), [this] { m_story->editing().save(); });
     add(tr("Colours"), Icons::Theme, QKeySequence(Qt::CTRL + Qt::Key_D), [this] { setDark(!Appearance::isDark()); });
     auto *const space = new QWidget;
     space->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
@@ -132,6 +131,8 @@ void MainWindow::makeActions()
         m_searchLine->setFocus();
         m_searchLine->selectAll();
     });
+    onKey(QKeySequence(Qt::CTRL + Qt::Key_E), [this] { m_story->editing().begin(); });
+    onKey(QKeySequence(Qt::CTRL + Qt::Key_S), [this] { m_story->editing().save(); });
     onKey(QKeySequence(Qt::Key_Escape), [this] { m_story->editing().finish(); });
     onKey(QKeySequence(Qt::CTRL + Qt::Key_1), [this] { m_tree->view().setFocus(); });
     onKey(QKeySequence(Qt::CTRL + Qt::Key_2), [this] { m_queue->table().setFocus(); });
@@ -221,7 +222,7 @@ void MainWindow::setDark(bool dark)
 {
     Appearance::apply(dark);
     for (QAction *const action : findChildren<QAction *>()) {
-        const QVariant kind = action->property("icon");
+        const QVariant kind = action->property("deskIcon");
         if (kind.type() == QVariant::Int)
             action->setIcon(Icons::icon(static_cast<Icons::Kind>(kind.toInt())));
     }

@@ -1,6 +1,7 @@
 #include "Screenshots.h"
 
 #include <QDir>
+#include <QImage>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPixmap>
@@ -31,6 +32,7 @@ constexpr int settling = 4;    // looks that a scene has to be ready for: it is 
 
 const QLatin1String notebook("ARCHIVE.NOTEBOOK");
 const QLatin1String rundown("SHOWS.EVENING.RUNDOWN");
+constexpr int shownHit = 2;
 constexpr qint32 tunnelStory = 1003; // somebody edits it
 constexpr qint32 ferryStory = 1005;
 constexpr qint32 railStory = 1006;
@@ -79,6 +81,17 @@ void Screenshots::addReading()
                             },
                             [this] { return !m_window.tree().model().isLoading(); }});
     }
+    // Its second chunk takes its time.
+    m_scenes.push_back({QStringLiteral("loading"),
+                        [this] {
+                            m_session.server()->faults().failNext(QStringLiteral("IQueue2::GetList"),
+                                                                  Newsroom::Fault::hang(3000), 2);
+                            m_window.openQueue(notebook);
+                        },
+                        [this] {
+                            const Quire::QueueModel &queue = m_window.queue().model();
+                            return queue.isLoading() && queue.rowCount() > 0;
+                        }});
     m_scenes.push_back(
         {QStringLiteral("tree"), [this] { m_window.openQueue(rundown); }, [this] { return isQueueThere(); }});
     m_scenes.push_back({QStringLiteral("story"), [choose] { choose(railStory); }, [this] { return isStoryThere(); }});
@@ -99,7 +112,14 @@ void Screenshots::addReading()
                             m_window.searchLine().setText(QStringLiteral("tunnel"));
                             Q_EMIT m_window.searchLine().returnPressed();
                         },
-                        [this] { return !m_window.hits().model().isLoading(); }});
+                        [this] {
+                            if (m_window.hits().model().isLoading())
+                                return false;
+                            const QModelIndex hit = m_window.hits().model().index(shownHit, 0);
+                            if (m_window.hits().table().currentIndex() != hit)
+                                m_window.hits().table().setCurrentIndex(hit);
+                            return isStoryThere();
+                        }});
 }
 
 void Screenshots::addEditing()
@@ -142,6 +162,14 @@ void Screenshots::addDark()
     m_scenes.push_back({QStringLiteral("dark"), [this] { m_window.setDark(true); }, [] { return true; }});
 }
 
+/// In 256 colours, which are enough and take less than half the room.
+bool Screenshots::takePicture(const QString &name)
+{
+    const QImage picture = m_window.grab().toImage();
+    return picture.convertToFormat(QImage::Format_Indexed8, Qt::AvoidDither)
+        .save(QDir(m_folder).filePath(name + QStringLiteral(".png")));
+}
+
 void Screenshots::next()
 {
     if (m_scene == m_scenes.size()) {
@@ -164,7 +192,7 @@ void Screenshots::look()
     }
     m_complete = m_complete && ready;
     if (!scene.name.isEmpty())
-        m_complete &= m_window.grab().save(QDir(m_folder).filePath(scene.name + QStringLiteral(".png")));
+        m_complete &= takePicture(scene.name);
     ++m_scene;
     next();
 }

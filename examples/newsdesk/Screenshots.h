@@ -43,6 +43,7 @@ private:
     void addDark();
     void next();
     void look();
+    bool takePicture(const QString &name);
     bool isStoryThere() const;
     bool isQueueThere() const;
 

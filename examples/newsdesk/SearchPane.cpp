@@ -34,6 +34,7 @@ SearchPane::SearchPane(QWidget *parent)
     m_table->setAccessibleName(tr("Stories found"));
     m_table->setModel(&m_model);
     auto *const back = new QPushButton(tr("&Back to the queue"), this);
+    back->setObjectName(QStringLiteral("back"));
 
     auto *const head = new QHBoxLayout;
     head->setContentsMargins(12, 6, 12, 4);

@@ -1,6 +1,8 @@
 #include "StoryDelegate.h"
 
+#include <QApplication>
 #include <QPainter>
+#include <QStyle>
 
 #include <quire/models/ModelRoles.h>
 
@@ -13,6 +15,7 @@ namespace Desk {
 namespace {
 
 constexpr int signSize = 16;
+constexpr int margin = 4;
 
 QIcon dot(const QColor &colour)
 {
@@ -39,6 +42,19 @@ StoryDelegate::StoryDelegate(const UpdateMarks *marks, QObject *parent)
     : QStyledItemDelegate(parent)
     , m_marks(marks)
 {}
+
+/// The background over the whole cell, and the text with some room at both sides.
+void StoryDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const
+{
+    QStyleOptionViewItem cell = option;
+    initStyleOption(&cell, index);
+    const QStyle &style = *QApplication::style();
+    style.drawPrimitive(QStyle::PE_PanelItemViewItem, &cell, painter, cell.widget);
+    cell.rect.adjust(margin, 0, -margin, 0);
+    cell.backgroundBrush = Qt::NoBrush;
+    cell.state &= ~(QStyle::State_Selected | QStyle::State_HasFocus);
+    style.drawControl(QStyle::CE_ItemViewItem, &cell, painter, cell.widget);
+}
 
 void StoryDelegate::initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const
 {

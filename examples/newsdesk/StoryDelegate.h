@@ -16,6 +16,8 @@ public:
     /// The column that has room for the signs of a row; -1 for none.
     void setSignColumn(int column) { m_signColumn = column; }
 
+    void paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const override;
+
 protected:
     void initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const override;
 

@@ -104,6 +104,9 @@ QWidget *StoryPane::makeContent()
     m_text->setAccessibleName(tr("Text of the story"));
     m_text->setDocument(m_document);
     m_text->setTabChangesFocus(true);
+    QFont reading = m_text->font();
+    reading.setPointSizeF(reading.pointSizeF() * 1.1);
+    m_document->setDefaultFont(reading);
     auto *const area = new QScrollArea(this);
     area->setWidget(m_form);
     area->setWidgetResizable(true);
@@ -116,6 +119,7 @@ QWidget *StoryPane::makeContent()
     splitter->addWidget(area);
     splitter->setStretchFactor(0, 3);
     splitter->setStretchFactor(1, 2);
+    splitter->setSizes({690, 440});
     splitter->setHandleWidth(1);
     auto *const content = new QWidget(this);
     auto *const layout = new QVBoxLayout(content);
@@ -178,6 +182,7 @@ void StoryPane::showBody()
         return; // where somebody types the cursor stays
     const QSignalBlocker blocker(m_document);
     m_document->setMarkup(m_model.body());
+    m_text->moveCursor(QTextCursor::Start);
     showState();
 }
 

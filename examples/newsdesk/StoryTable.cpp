@@ -15,7 +15,7 @@ namespace {
 
 constexpr int storyHeight = 28;
 constexpr int signWidth = 24;
-constexpr int margins = 18;
+constexpr int margins = 24;
 constexpr int leastTitle = 220;
 
 } // namespace

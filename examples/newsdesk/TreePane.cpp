@@ -12,10 +12,9 @@ TreePane::TreePane(QWidget *parent)
     : QWidget(parent)
     , m_view(new QTreeView(this))
 {
-    auto *const heading = new QLabel(tr("&Newsroom"), this);
+    auto *const heading = new QLabel(tr("Newsroom"), this);
     heading->setObjectName(QStringLiteral("heading"));
     heading->setContentsMargins(12, 9, 12, 7);
-    heading->setBuddy(m_view);
     m_view->setObjectName(QStringLiteral("tree"));
     m_view->setAccessibleName(tr("Directories and queues"));
     m_view->setItemDelegate(new EntryDelegate(m_view));

@@ -1,6 +1,7 @@
 // A newsroom in a window: the tree, the queues, the stories, searches, edits under the lock. See docs/desk.md.
 
 #include <QApplication>
+#include <QLoggingCategory>
 
 #include <cstdlib>
 #include <memory>
@@ -48,6 +49,7 @@ int main(int argc, char **argv)
     QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
     const QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("newsdesk"));
+    QLoggingCategory::defaultCategory()->setEnabled(QtDebugMsg, qEnvironmentVariableIsSet("QUIRE_DEBUG"));
     const Desk::Options options = Desk::readOptions(QApplication::arguments());
     Desk::Appearance::apply(options.dark);
     return show(options);

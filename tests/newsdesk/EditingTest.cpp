@@ -1,0 +1,192 @@
+#include "newsdesk/DeskFixture.h"
+
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTemporaryDir>
+#include <QTextEdit>
+
+using Newsroom::Fault;
+
+namespace {
+
+const char *const queuePath = "SPORT.FOOTBALL";
+
+/// Editing under the lock: nothing that somebody typed is lost.
+class EditingTest : public DeskTest
+{
+protected:
+    void SetUp() override
+    {
+        DeskTest::SetUp();
+        openQueue(queuePath);
+        openStory(0);
+        m_story = storyNumber();
+        before = onServer(m_story, "title");
+    }
+    qint32 story() const { return m_story; }
+    QString title() { return onServer(m_story, "title"); }
+    QString holder() { return newsroom().lockHolder(m_story).value; }
+    Desk::Banner &banner() { return window->story().banner(); }
+    void save()
+    {
+        press("save");
+        ASSERT_TRUE(comes([this] { return !window->story().model().isLoading(); }));
+    }
+
+    QString before;
+
+private:
+    qint32 m_story = 0;
+};
+
+} // namespace
+
+TEST_F(EditingTest, EditingTakesTheLockAndSavingKeepsIt)
+{
+    beginEditing();
+    EXPECT_EQ(holder(), text("journalist"));
+    EXPECT_FALSE(line("title").isReadOnly());
+    EXPECT_TRUE(line("create-by").isReadOnly());
+    EXPECT_FALSE(window->story().text().isReadOnly());
+    EXPECT_FALSE(button("save").isEnabled());
+    type("title", "Rovers win");
+    QTest::keyClicks(&window->story().text(), text("At last. "));
+    EXPECT_EQ(title(), before);
+    EXPECT_TRUE(button("save").isEnabled());
+    save();
+    EXPECT_EQ(title(), text("Rovers win"));
+    EXPECT_TRUE(newsroom().story(story()).value->text().body.contains(text("At last. ")));
+    EXPECT_EQ(holder(), text("journalist"));
+    EXPECT_FALSE(button("save").isEnabled());
+    press("done");
+    EXPECT_TRUE(comes([this] { return holder().isEmpty(); }));
+    EXPECT_TRUE(line("title").isReadOnly());
+}
+
+TEST_F(EditingTest, TheKeysDoTheSame)
+{
+    QTest::keyClick(window.get(), Qt::Key_E, Qt::ControlModifier);
+    ASSERT_TRUE(comes([this] { return window->story().model().isLocked(); }));
+    type("title", "Rovers win");
+    QTest::keyClick(window.get(), Qt::Key_S, Qt::ControlModifier);
+    ASSERT_TRUE(comes([this] { return title() == text("Rovers win"); }));
+    ASSERT_TRUE(comes([this] { return !window->story().model().isLoading(); }));
+    QTest::keyClick(window.get(), Qt::Key_Escape);
+    EXPECT_TRUE(comes([this] { return holder().isEmpty(); }));
+}
+
+TEST_F(EditingTest, ARefusedLockNamesTheHolder)
+{
+    const auto producer = newsroom().signOn(text("producer"), text("air"), QString());
+    ASSERT_EQ(newsroom().lock(producer.value, story(), 1).refusal, Newsroom::Refusal::None);
+    press("edit");
+    ASSERT_TRUE(comes([this] { return !banner().isHidden(); }));
+    EXPECT_EQ(banner().text(), text("producer is editing this story. You can read it meanwhile."));
+    EXPECT_TRUE(line("title").isReadOnly());
+    newsroom().signOff(producer.value);
+    ASSERT_TRUE(comes([this] { return !window->story().model().isLoading(); }));
+    QTest::mouseClick(banner().findChild<QPushButton *>(text("bannerAction")), Qt::LeftButton);
+    EXPECT_TRUE(comes([this] { return window->story().model().isLocked(); }));
+    EXPECT_TRUE(banner().isHidden());
+}
+
+TEST_F(EditingTest, ASaveThatFailsKeepsWhatWasTyped)
+{
+    beginEditing();
+    type("title", "Rovers win");
+    QTest::keyClicks(&window->story().text(), text("At last. "));
+    server().faults().failNext(text("IStory2::Save"), Fault::hresult(static_cast<HRESULT>(0x80040405)));
+    save();
+    EXPECT_EQ(banner().text(), text("Not saved: Command is not authorized. What you typed is still here."));
+    EXPECT_EQ(line("title").text(), text("Rovers win"));
+    EXPECT_TRUE(window->story().text().toPlainText().contains(text("At last. ")));
+    EXPECT_EQ(title(), before);
+    QTest::mouseClick(banner().findChild<QPushButton *>(text("bannerAction")), Qt::LeftButton);
+    EXPECT_TRUE(comes([this] { return title() == text("Rovers win"); }));
+}
+
+TEST_F(EditingTest, AnotherStoryIsShownOnlyAfterAQuestion)
+{
+    beginEditing();
+    type("title", "Rovers win");
+    const Quire::QueueModel &queue = window->queue().model();
+    const QModelIndex other = queue.index(1, queue.columnOf(text("title")));
+    const QString asked = answer(text("Keep editing"), [&] { click(window->queue().table(), other); });
+    EXPECT_EQ(asked, text("This story has changes that are not saved."));
+    EXPECT_EQ(storyNumber(), story());
+    EXPECT_EQ(line("title").text(), text("Rovers win"));
+    EXPECT_EQ(window->queue().table().currentIndex().row(), 0);
+    answer(text("Discard"), [&] { click(window->queue().table(), other); });
+    ASSERT_TRUE(comes([this] { return storyNumber() != story(); }));
+    EXPECT_EQ(title(), before);
+    EXPECT_TRUE(comes([this] { return holder().isEmpty(); }));
+}
+
+TEST_F(EditingTest, SavingInTheQuestionSavesBeforeItGoesOn)
+{
+    beginEditing();
+    type("title", "Rovers win");
+    const Quire::QueueModel &queue = window->queue().model();
+    const QModelIndex other = queue.index(1, queue.columnOf(text("title")));
+    answer(text("Save"), [&] { click(window->queue().table(), other); });
+    ASSERT_TRUE(comes([this] { return storyNumber() != story(); }));
+    EXPECT_EQ(title(), text("Rovers win"));
+}
+
+TEST_F(EditingTest, AQuestionWhoseSaveFailsStaysWithTheStory)
+{
+    beginEditing();
+    type("title", "Rovers win");
+    server().faults().failNext(text("IStory2::Save"), Fault::hresult(E_FAIL));
+    answer(text("Save"), [&] { window->openQueue(text("WIRES.FLASH")); });
+    ASSERT_TRUE(comes([this] { return !banner().isHidden(); }));
+    EXPECT_EQ(storyNumber(), story());
+    EXPECT_EQ(line("title").text(), text("Rovers win"));
+    EXPECT_EQ(window->queue().model().path(), text(queuePath));
+}
+
+TEST_F(EditingTest, TheWindowClosesOnlyAfterAQuestion)
+{
+    beginEditing();
+    type("title", "Rovers win");
+    answer(text("Keep editing"), [this] { window->close(); });
+    EXPECT_TRUE(window->isVisible());
+    answer(text("Save"), [this] { window->close(); });
+    EXPECT_TRUE(comes([this] { return !window->isVisible(); }));
+    EXPECT_EQ(title(), text("Rovers win"));
+}
+
+TEST_F(EditingTest, WithoutAChangeNothingIsAsked)
+{
+    beginEditing();
+    const QString asked = answer(text("Keep editing"), [this] { press("done"); });
+    EXPECT_EQ(asked, QString());
+    EXPECT_FALSE(window->story().model().isLocked());
+}
+
+TEST_F(EditingTest, AChangeElsewhereLeavesWhatIsBeingTyped)
+{
+    beginEditing();
+    type("title", "Rovers win");
+    window->story().noteChanged(window->story().identifier());
+    ASSERT_TRUE(comes([this] { return !window->story().model().isLoading(); }));
+    EXPECT_EQ(line("title").text(), text("Rovers win"));
+}
+
+TEST_F(EditingTest, WhatIsTypedDuringASaveStays)
+{
+    beginEditing();
+    type("title", "Rovers win");
+    server().faults().failNext(text("IStory2::Save"), Fault::hang(patience));
+    press("save");
+    ASSERT_TRUE(server().faults().waitForHang(patience));
+    QTest::keyClicks(&line("title"), text(" again"));
+    server().faults().clear();
+    ASSERT_TRUE(comes([this] { return !window->story().model().isLoading(); }));
+    EXPECT_EQ(line("title").text(), text("Rovers win again"));
+    EXPECT_EQ(title(), text("Rovers win"));
+    EXPECT_TRUE(button("save").isEnabled());
+    save();
+    EXPECT_EQ(title(), text("Rovers win again"));
+}

@@ -1,0 +1,223 @@
+#include "newsdesk/DeskFixture.h"
+
+#include <QImage>
+#include <QLabel>
+#include <QLineEdit>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QTextEdit>
+#include <QTreeView>
+
+#include "Appearance.h"
+
+using Newsroom::Fault;
+
+namespace {
+
+/// Reading: the tree, queues, stories, searches.
+class ReadingTest : public DeskTest
+{
+protected:
+    QString cell(int row, const char *column)
+    {
+        const Quire::QueueModel &queue = window->queue().model();
+        return queue.index(row, queue.columnOf(text(column))).data().toString();
+    }
+    QString count() { return window->queue().findChild<QLabel *>(text("count"))->text(); }
+    void search(const char *words)
+    {
+        window->searchLine().setFocus();
+        window->searchLine().clear();
+        QTest::keyClicks(&window->searchLine(), text(words));
+        QTest::keyClick(&window->searchLine(), Qt::Key_Return);
+        ASSERT_TRUE(comes([this] { return !window->hits().model().isLoading(); }));
+    }
+    /// A colour of the window as it is seen.
+    QColor seen(QWidget &widget) { return widget.grab().toImage().pixelColor(3, widget.height() - 3); }
+    void changeElsewhere(qint32 story, const char *title)
+    {
+        const auto producer = newsroom().signOn(text("producer"), text("air"), QString());
+        Newsroom::StoryDraft draft = newsroom().edit(producer.value, story).value;
+        draft.putField(text("title"), text(title));
+        ASSERT_TRUE(newsroom().save(producer.value, draft).ok());
+    }
+};
+
+} // namespace
+
+TEST_F(ReadingTest, ADirectoryIsReadWhenItIsOpened)
+{
+    QTreeView &view = window->tree().view();
+    Quire::DirectoryModel &tree = window->tree().model();
+    EXPECT_FALSE(tree.indexOf(text("SHOWS.EVENING")).isValid());
+    view.setFocus();
+    view.setCurrentIndex(tree.indexOf(text("SHOWS")));
+    QTest::keyClick(&view, Qt::Key_Right);
+    ASSERT_TRUE(comes([&] { return tree.indexOf(text("SHOWS.EVENING")).isValid(); }));
+    EXPECT_TRUE(view.isExpanded(tree.indexOf(text("SHOWS"))));
+    EXPECT_TRUE(window->queue().model().path().isEmpty());
+}
+
+TEST_F(ReadingTest, AQueueShowsItsStories)
+{
+    openQueue("SHOWS.EVENING.RUNDOWN");
+    EXPECT_EQ(window->queue().model().rowCount(), 28);
+    EXPECT_EQ(cell(2, "title"), text("Harbour tunnel floods"));
+    EXPECT_TRUE(window->queue().table().isVisible());
+    EXPECT_EQ(count(), text("28 stories, live"));
+}
+
+TEST_F(ReadingTest, AnEmptyQueueSaysSo)
+{
+    openQueue("ARCHIVE.EMPTY");
+    EXPECT_FALSE(window->queue().table().isVisible());
+    EXPECT_EQ(window->queue().findChild<QLabel *>(text("empty"))->text(), text("There are no stories in this queue."));
+}
+
+TEST_F(ReadingTest, TheBarRunsWhileAQueueLoads)
+{
+    auto &bar = *window->queue().findChild<QProgressBar *>(text("progress"));
+    EXPECT_EQ(bar.maximum(), 1);
+    server().faults().failNext(text("IQueue2::GetList"), Fault::hang(patience), 2);
+    window->openQueue(text("ARCHIVE.NOTEBOOK"));
+    ASSERT_TRUE(comes([this] { return window->queue().model().rowCount() > 0; }));
+    EXPECT_EQ(bar.maximum(), 0);
+    EXPECT_TRUE(bar.isVisible());
+    EXPECT_EQ(count(), text("loading, 20 so far"));
+    EXPECT_EQ(cell(0, "title").isEmpty(), false); // and what has come can be read
+    server().faults().clear();
+    ASSERT_TRUE(comes([this] { return !window->queue().model().isLoading(); }));
+    EXPECT_EQ(bar.maximum(), 1);
+    EXPECT_EQ(count(), text("45 stories"));
+}
+
+TEST_F(ReadingTest, AStoryShowsItsFieldsAndItsFormattedText)
+{
+    openQueue("SHOWS.EVENING.RUNDOWN");
+    openStory(2);
+    EXPECT_EQ(label("title"), text("Harbour tunnel floods"));
+    EXPECT_EQ(line("format").text(), text("PKG"));
+    EXPECT_EQ(line("tape-time").text(), text("2:05"));
+    EXPECT_TRUE(line("title").isReadOnly());
+    const QTextEdit &body = window->story().text();
+    EXPECT_TRUE(body.isReadOnly());
+    EXPECT_TRUE(body.toPlainText().startsWith(text("The tunnel under the harbour")));
+    QTextCursor tape = body.document()->find(text("TAPE IN:"));
+    EXPECT_GE(tape.charFormat().fontWeight(), int{QFont::Bold});
+    tape = body.document()->find(text("2:05"));
+    EXPECT_TRUE(tape.charFormat().fontItalic());
+}
+
+TEST_F(ReadingTest, TheArrowKeysGoThroughTheStories)
+{
+    openQueue("SHOWS.EVENING.RUNDOWN");
+    openStory(2);
+    window->queue().table().setFocus();
+    QTest::keyClick(&window->queue().table(), Qt::Key_Down);
+    EXPECT_TRUE(comes([this] { return label("title") == text("Tunnel: Nora live at the portal"); }));
+}
+
+TEST_F(ReadingTest, AStoryThatCannotBeReadSaysWhyAndIsTriedAgain)
+{
+    openQueue("SPORT.FOOTBALL");
+    server().faults().failEvery(text("IStory2::get_Field"), Fault::hresult(static_cast<HRESULT>(0x80040405)));
+    const Quire::QueueModel &queue = window->queue().model();
+    click(window->queue().table(), queue.index(0, queue.columnOf(text("title"))));
+    ASSERT_TRUE(comes([this] { return !window->story().banner().isHidden(); }));
+    EXPECT_EQ(window->story().banner().text(), text("Command is not authorized."));
+    server().faults().clear();
+    QTest::mouseClick(window->story().banner().findChild<QPushButton *>(text("bannerAction")), Qt::LeftButton);
+    EXPECT_TRUE(comes([this] { return window->story().model().rowCount() > 0; }));
+}
+
+TEST_F(ReadingTest, ASearchShowsItsHitsAndAHitItsStory)
+{
+    search("solheim");
+    const Quire::SearchModel &hits = window->hits().model();
+    EXPECT_TRUE(window->hits().isVisible());
+    ASSERT_GT(hits.rowCount(), 1);
+    EXPECT_EQ(window->hits().findChild<QLabel *>(text("count"))->text(), text("%1 stories found").arg(hits.rowCount()));
+    click(window->hits().table(), hits.index(0, 0));
+    ASSERT_TRUE(comes([this] { return !window->story().identifier().isEmpty(); }));
+    ASSERT_TRUE(comes([this] { return !window->story().model().isLoading(); }));
+    EXPECT_EQ(window->story().model().queuePath(), hits.index(0, 0).data(Quire::PathRole).toString());
+    const QString all = label("title") + window->story().text().toPlainText() + line("title").text();
+    EXPECT_TRUE(all.contains(text("Solheim"))) << all.toStdString();
+}
+
+TEST_F(ReadingTest, ASearchInVainSaysSoAndLeadsBack)
+{
+    openQueue("SPORT.FOOTBALL");
+    search("nosuchwordanywhere");
+    EXPECT_EQ(window->hits().model().rowCount(), 0);
+    EXPECT_EQ(window->hits().findChild<QLabel *>(text("empty"))->text(), text("Nothing was found."));
+    QTest::mouseClick(window->hits().findChild<QPushButton *>(text("back")), Qt::LeftButton);
+    EXPECT_TRUE(window->queue().isVisible());
+}
+
+TEST_F(ReadingTest, WhatChangesInALiveQueueIsMarkedUntilItIsRead)
+{
+    openQueue("SHOWS.EVENING.RUNDOWN");
+    const Quire::QueueModel &queue = window->queue().model();
+    const QString identifier = queue.identifier(queue.index(5, 0));
+    const auto number = identifier.section(QLatin1Char(':'), 0, 0).toInt();
+    EXPECT_FALSE(window->queue().marks().isMarked(identifier));
+    changeElsewhere(number, "Rail strike called off");
+    ASSERT_TRUE(comes([&] { return window->queue().marks().isMarked(identifier); }));
+    EXPECT_EQ(cell(5, "title"), text("Rail strike called off"));
+    EXPECT_TRUE(window->queue().marks().isFresh(identifier));
+    openStory(5);
+    EXPECT_FALSE(window->queue().marks().isMarked(identifier));
+}
+
+TEST_F(ReadingTest, AStoryThatIsShownFollowsItsChanges)
+{
+    openQueue("SHOWS.EVENING.RUNDOWN");
+    openStory(5);
+    changeElsewhere(storyNumber(), "Rail strike called off");
+    EXPECT_TRUE(comes([this] { return label("title") == text("Rail strike called off"); }));
+}
+
+TEST_F(ReadingTest, ColoursAreLightOrDark)
+{
+    openQueue("SHOWS.EVENING.RUNDOWN");
+    const QColor light = seen(window->tree().view());
+    EXPECT_GT(light.lightness(), 200);
+    QTest::keyClick(window.get(), Qt::Key_D, Qt::ControlModifier);
+    ASSERT_TRUE(comes([] { return Desk::Appearance::isDark(); }));
+    EXPECT_LT(seen(window->tree().view()).lightness(), 60);
+    EXPECT_LT(seen(window->story()).lightness(), 60);
+    QTest::keyClick(window.get(), Qt::Key_D, Qt::ControlModifier);
+    EXPECT_EQ(seen(window->tree().view()), light);
+}
+
+TEST_F(ReadingTest, EveryControlHasANameForThoseWhoCannotSee)
+{
+    openQueue("SHOWS.EVENING.RUNDOWN");
+    openStory(2);
+    for (QWidget *const widget : window->findChildren<QWidget *>()) {
+        const bool isControl = qobject_cast<QLineEdit *>(widget) || qobject_cast<QTextEdit *>(widget) ||
+                               widget->inherits("QTreeView") || widget->inherits("QTableView") ||
+                               widget->inherits("QProgressBar");
+        if (isControl) {
+            EXPECT_FALSE(widget->accessibleName().isEmpty()) << widget->objectName().toStdString();
+        }
+        const auto *const button = qobject_cast<QAbstractButton *>(widget);
+        if (button && button->isVisible() && button->focusPolicy() != Qt::NoFocus) {
+            EXPECT_FALSE(button->text().isEmpty()) << widget->objectName().toStdString();
+        }
+    }
+}
+
+TEST_F(ReadingTest, NoServerCallIsMadeByTheWindowsThread)
+{
+    const DWORD own = GetCurrentThreadId();
+    server().calls().start();
+    openQueue("SHOWS.EVENING.RUNDOWN");
+    openStory(2);
+    search("tunnel");
+    const auto calls = server().calls().take();
+    EXPECT_FALSE(calls.empty());
+    for (const Newsroom::Call &call : calls)
+        EXPECT_NE(call.threadId, own) << call.text().toStdString();
+}

@@ -1,0 +1,35 @@
+#include "newsdesk/VirtualDisplay.h"
+
+namespace {
+
+const int patience = 20000; // milliseconds
+
+} // namespace
+
+VirtualDisplay::VirtualDisplay()
+{
+    m_server.setStandardErrorFile(QProcess::nullDevice());
+    m_server.start(QStringLiteral("Xvfb"),
+                   {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-terminate"),
+                    QStringLiteral("-nolisten"), QStringLiteral("tcp"), QStringLiteral("-screen"), QStringLiteral("0"),
+                    QStringLiteral("1600x1000x24")});
+    QByteArray number;
+    while (!number.endsWith('\n')) {
+        if (!m_server.waitForReadyRead(patience)) {
+            m_error = QStringLiteral("Xvfb does not run: %1").arg(m_server.errorString());
+            return;
+        }
+        number += m_server.readAllStandardOutput();
+    }
+    qputenv("DISPLAY", ":" + number.trimmed());
+    qputenv("QT_QPA_PLATFORM", "xcb");
+}
+
+VirtualDisplay::~VirtualDisplay()
+{
+    if (m_server.state() == QProcess::NotRunning)
+        return;
+    m_server.terminate();
+    if (!m_server.waitForFinished(patience))
+        m_server.kill();
+}

@@ -1,0 +1,24 @@
+#include <QApplication>
+#include <QTemporaryDir>
+
+#include <gmock/gmock.h>
+
+#include <cstdio>
+
+#include "Appearance.h"
+#include "newsdesk/VirtualDisplay.h"
+
+int main(int argc, char **argv)
+{
+    ::testing::InitGoogleMock(&argc, argv);
+    const QTemporaryDir runtime; // where Qt keeps what it needs while it runs
+    qputenv("XDG_RUNTIME_DIR", runtime.path().toLocal8Bit());
+    const VirtualDisplay display;
+    if (!display.error().isEmpty()) {
+        std::fprintf(stderr, "%s\n", qPrintable(display.error()));
+        return 1;
+    }
+    const QApplication application(argc, argv);
+    Desk::Appearance::apply(false);
+    return RUN_ALL_TESTS();
+}
