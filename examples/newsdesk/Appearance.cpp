@@ -125,6 +125,7 @@ QScrollArea { border: none; background: transparent; }
 QScrollBar { background: transparent; border: none; }
 QScrollBar:vertical { width: 10px; margin: 0; }
 QScrollBar:horizontal { height: 10px; margin: 0; }
+QAbstractScrollArea::corner { background: PANE; border: none; }
 QScrollBar::handle { background: THUMB; border-radius: 3px; margin: 2px; }
 QScrollBar::handle:hover { background: FAINT; }
 QScrollBar::handle:vertical { min-height: 30px; }

@@ -50,7 +50,7 @@ BodyDocument::BodyDocument(QObject *parent)
     : QTextDocument(parent)
 {
     documentLayout()->registerHandler(chipObject, new ChipObject(this));
-    setDocumentMargin(14);
+    setDocumentMargin(8);
 }
 
 void BodyDocument::setMarkup(const QString &markup)
@@ -69,9 +69,14 @@ void BodyDocument::setMarkup(const QString &markup)
     layout.setBottomMargin(paragraphGap);
     layout.setLineHeight(lineHeight, QTextBlockFormat::ProportionalHeight);
     all.mergeBlockFormat(layout);
-    m_faithful = contentOf(markup) == contentOf(this->markup());
+    m_faithful = shows(markup);
     setUndoRedoEnabled(true);
     setModified(false);
+}
+
+bool BodyDocument::shows(const QString &markup) const
+{
+    return contentOf(markup) == contentOf(this->markup());
 }
 
 QString BodyDocument::markup() const

@@ -21,6 +21,8 @@ public:
     void setMarkup(const QString &markup);
     /// The text as an element, as it is now.
     QString markup() const;
+    /// Whether \a markup says the same.
+    bool shows(const QString &markup) const;
     /// The markup comes back as it was given, but for white space between paragraphs and neighbours of the same style;
     /// otherwise the text is better left alone.
     bool isFaithful() const { return m_faithful; }

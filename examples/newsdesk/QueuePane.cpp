@@ -174,6 +174,8 @@ QString QueuePane::countText() const
     if (m_model.isLoading())
         return tr("loading, %1 so far").arg(count);
     const QString stories = m_model.rowCount() == 1 ? tr("1 story") : tr("%1 stories").arg(count);
+    if (!m_model.errorText().isEmpty())
+        return tr("%1, not up to date: %2").arg(stories, m_model.errorText());
     if (m_model.isLive())
         return tr("%1, live").arg(stories);
     return m_model.canFetchMore(QModelIndex()) ? tr("first %1").arg(stories) : stories;

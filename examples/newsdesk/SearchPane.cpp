@@ -37,7 +37,8 @@ SearchPane::SearchPane(QWidget *parent)
     back->setObjectName(QStringLiteral("back"));
 
     auto *const head = new QHBoxLayout;
-    head->setContentsMargins(12, 6, 12, 4);
+    head->setContentsMargins(12, 4, 12, 3);
+    head->setSpacing(12);
     head->addWidget(m_heading);
     head->addStretch(1);
     head->addWidget(m_count);

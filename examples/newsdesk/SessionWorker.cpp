@@ -65,7 +65,7 @@ void SessionWorker::signOn()
 /// Tells what did not work; empty when the user is signed on.
 QString SessionWorker::connectToServer()
 {
-    if (!m_server)
+    if (!m_server || !m_server->error().isEmpty())
         m_server = std::make_unique<NewsServer>(m_options);
     if (!m_server->error().isEmpty())
         return m_server->error();

@@ -6,11 +6,15 @@
 #include <QPushButton>
 #include <QRegularExpression>
 #include <QScrollArea>
+#include <QShortcut>
 #include <QSplitter>
 #include <QStackedLayout>
 #include <QStyle>
 #include <QTextEdit>
 #include <QVBoxLayout>
+
+#include <functional>
+#include <utility>
 
 #include "Banner.h"
 #include "BodyDocument.h"
@@ -60,6 +64,7 @@ StoryPane::StoryPane(QWidget *parent)
     layout->addWidget(m_banner);
     layout->addLayout(m_stack, 1);
     connectModel();
+    addStyleKeys();
     showState();
 }
 
@@ -91,7 +96,7 @@ QWidget *StoryPane::makeHead()
     words->addWidget(m_title);
     words->addWidget(m_about);
     auto *const layout = new QHBoxLayout(head);
-    layout->setContentsMargins(14, 10, 12, 6);
+    layout->setContentsMargins(18, 10, 12, 6);
     layout->addLayout(words, 1);
     for (QPushButton *const button : {m_edit, m_save, m_done})
         layout->addWidget(button, 0, Qt::AlignTop);
@@ -104,9 +109,10 @@ QWidget *StoryPane::makeContent()
     m_text->setAccessibleName(tr("Text of the story"));
     m_text->setDocument(m_document);
     m_text->setTabChangesFocus(true);
+    m_text->setAcceptRichText(false); // what comes from elsewhere comes as text: nothing of it could be saved otherwise
     QFont reading = m_text->font();
     reading.setPointSizeF(reading.pointSizeF() * 1.1);
-    m_document->setDefaultFont(reading);
+    m_text->setFont(reading);
     auto *const area = new QScrollArea(this);
     area->setWidget(m_form);
     area->setWidgetResizable(true);
@@ -115,7 +121,11 @@ QWidget *StoryPane::makeContent()
     m_form->setAutoFillBackground(false);
     auto *const splitter = new QSplitter(this);
     splitter->setChildrenCollapsible(false);
-    splitter->addWidget(m_text);
+    auto *const page = new QWidget(this); // with some room around the text
+    auto *const around = new QVBoxLayout(page);
+    around->setContentsMargins(8, 0, 8, 8);
+    around->addWidget(m_text);
+    splitter->addWidget(page);
     splitter->addWidget(area);
     splitter->setStretchFactor(0, 3);
     splitter->setStretchFactor(1, 2);
@@ -151,6 +161,22 @@ void StoryPane::connectModel()
     connect(m_banner, &Banner::acted, this, &StoryPane::tryAgain);
 }
 
+void StoryPane::addStyleKeys()
+{
+    const auto onKey = [this](int key, const std::function<void()> &change) {
+        auto *const shortcut = new QShortcut(QKeySequence(Qt::CTRL + key), m_text);
+        shortcut->setContext(Qt::WidgetShortcut);
+        connect(shortcut, &QShortcut::activated, this, [this, change] {
+            if (!m_text->isReadOnly())
+                change();
+        });
+    };
+    onKey(Qt::Key_B,
+          [this] { m_text->setFontWeight(m_text->fontWeight() > QFont::Normal ? QFont::Normal : QFont::Bold); });
+    onKey(Qt::Key_I, [this] { m_text->setFontItalic(!m_text->fontItalic()); });
+    onKey(Qt::Key_U, [this] { m_text->setFontUnderline(!m_text->fontUnderline()); });
+}
+
 void StoryPane::open(const QString &queue, const QString &identifier)
 {
     m_banner->clear();
@@ -178,7 +204,7 @@ void StoryPane::noteChanged(const QString &identifier)
 
 void StoryPane::showBody()
 {
-    if (m_document->markup() == m_model.body() && !m_model.body().isEmpty())
+    if (m_typing || (m_model.isLocked() && m_document->shows(m_model.body())))
         return; // where somebody types the cursor stays
     const QSignalBlocker blocker(m_document);
     m_document->setMarkup(m_model.body());
@@ -189,8 +215,11 @@ void StoryPane::showBody()
 /// Every letter goes to the model, which keeps it until it is saved.
 void StoryPane::takeTyped()
 {
-    if (m_model.isLocked() && m_document->isFaithful() && m_document->isModified())
+    if (m_model.isLocked() && m_document->isFaithful() && m_document->isModified()) {
+        m_typing = true;
         m_model.setBody(m_document->markup());
+        m_typing = false;
+    }
     showTitle();
 }
 

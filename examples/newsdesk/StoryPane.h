@@ -49,6 +49,7 @@ private:
     QWidget *makeHead();
     QWidget *makeContent();
     void connectModel();
+    void addStyleKeys();
     void showBody();
     void takeTyped();
     void showState();
@@ -71,6 +72,7 @@ private:
     BodyDocument *m_document;
     FieldsForm *m_form;
     bool m_refused = false; // somebody else has the lock
+    bool m_typing = false;  // what the model has is on its way from here
 };
 
 } // namespace Desk

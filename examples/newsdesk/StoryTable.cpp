@@ -8,15 +8,15 @@
 #include <quire/models/ModelRoles.h>
 
 #include "StoryDelegate.h"
+#include "StoryHeader.h"
 
 namespace Desk {
 
 namespace {
 
 constexpr int storyHeight = 28;
-constexpr int signWidth = 24;
-constexpr int margins = 24;
-constexpr int leastTitle = 220;
+constexpr int margins = 20;
+constexpr int leastTitle = 240;
 
 } // namespace
 
@@ -40,9 +40,7 @@ StoryTable::StoryTable(const UpdateMarks *marks, QWidget *parent)
     verticalHeader()->setMinimumSectionSize(storyHeight);
     verticalHeader()->setDefaultSectionSize(storyHeight);
     verticalHeader()->hide();
-    horizontalHeader()->setHighlightSections(false);
-    horizontalHeader()->setSectionsMovable(true);
-    horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    setHorizontalHeader(new StoryHeader(this));
 }
 
 void StoryTable::arrangeColumns(int title, const QList<int> &hidden)
@@ -55,7 +53,7 @@ void StoryTable::arrangeColumns(int title, const QList<int> &hidden)
             continue;
         if (first < 0)
             first = column;
-        setColumnWidth(column, widthOf(column) + (column == first ? signWidth : 0));
+        setColumnWidth(column, widthOf(column) + (column == first ? StoryHeader::signWidth : 0));
     }
     m_delegate->setSignColumn(first);
     stretchTitle();

@@ -76,6 +76,34 @@ TEST_F(EditingTest, TheKeysDoTheSame)
     EXPECT_TRUE(comes([this] { return holder().isEmpty(); }));
 }
 
+TEST_F(EditingTest, TextIsMadeBoldItalicOrUnderlinedByKeys)
+{
+    beginEditing();
+    QTextEdit &body = window->story().text();
+    body.setFocus();
+    body.selectAll();
+    QTest::keyClicks(&body, text("plain "));
+    for (const Qt::Key key : {Qt::Key_B, Qt::Key_I, Qt::Key_U}) {
+        QTest::keyClick(&body, key, Qt::ControlModifier);
+        QTest::keyClicks(&body, text("x"));
+        QTest::keyClick(&body, key, Qt::ControlModifier);
+    }
+    save();
+    EXPECT_EQ(newsroom().story(story()).value->text().body, text("<p>plain <b>x</b><i>x</i><u>x</u></p>"));
+}
+
+TEST_F(EditingTest, TheCursorStaysWhereItWasWhenSaved)
+{
+    beginEditing();
+    QTextEdit &body = window->story().text();
+    body.moveCursor(QTextCursor::End);
+    QTest::keyClicks(&body, text(" More."));
+    const int position = body.textCursor().position();
+    save();
+    EXPECT_EQ(body.textCursor().position(), position);
+    EXPECT_TRUE(body.toPlainText().endsWith(text(" More.")));
+}
+
 TEST_F(EditingTest, ARefusedLockNamesTheHolder)
 {
     const auto producer = newsroom().signOn(text("producer"), text("air"), QString());

@@ -91,6 +91,16 @@ TEST_F(ReadingTest, TheBarRunsWhileAQueueLoads)
     EXPECT_EQ(count(), text("45 stories"));
 }
 
+TEST_F(ReadingTest, AQueueThatCannotBeReadAgainKeepsItsRowsAndSaysWhy)
+{
+    openQueue("SHOWS.EVENING.RUNDOWN");
+    server().faults().failNext(text("IQueue2::GetList"), Fault::hresult(static_cast<HRESULT>(0x80040405)));
+    QTest::keyClick(window.get(), Qt::Key_F5);
+    ASSERT_TRUE(comes([this] { return !window->queue().model().errorText().isEmpty(); }));
+    EXPECT_EQ(window->queue().model().rowCount(), 28);
+    EXPECT_EQ(count(), text("28 stories, not up to date: Command is not authorized."));
+}
+
 TEST_F(ReadingTest, AStoryShowsItsFieldsAndItsFormattedText)
 {
     openQueue("SHOWS.EVENING.RUNDOWN");
