@@ -3,8 +3,6 @@
 /// \file
 /// A queue whose stories a model shows. Not part of the public surface.
 
-#include <QMutex>
-
 #include <atomic>
 #include <memory>
 #include <vector>
