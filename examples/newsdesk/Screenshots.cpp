@@ -39,6 +39,7 @@ constexpr int settling = 4;    // looks that a scene has to be ready for: it is 
 const QLatin1String notebook("ARCHIVE.NOTEBOOK");
 const QLatin1String rundown("SHOWS.EVENING.RUNDOWN");
 constexpr int leastDistance = 12; // of two colours of a picture
+constexpr int chunk = 20;         // stories that arrive together
 constexpr int shownHit = 2;
 constexpr qint32 tunnelStory = 1003; // which is formatted
 constexpr qint32 portalStory = 1004; // which somebody edits
@@ -129,7 +130,7 @@ void Screenshots::addReading()
                         },
                         [this] {
                             const Quire::QueueModel &queue = m_window.queue().model();
-                            return queue.isLoading() && queue.rowCount() > 0;
+                            return queue.isLoading() && queue.rowCount() == chunk;
                         }});
     m_scenes.push_back(
         {QStringLiteral("tree"), [this] { m_window.openQueue(rundown); }, [this] { return isQueueThere(); }});

@@ -59,13 +59,13 @@ void StoryTable::arrangeColumns(int title, const QList<int> &hidden)
     stretchTitle();
 }
 
-/// What the form says, in letters of middling width, but room for the title of the column in any case.
+/// What the form says, in letters that are mostly small, but room for the title of the column in any case.
 int StoryTable::widthOf(int column) const
 {
     const QAbstractItemModel &table = *model();
     const int letters = std::clamp(table.headerData(column, Qt::Horizontal, Quire::WidthRole).toInt(), 3, 24);
     const int ofTitle = fontMetrics().horizontalAdvance(table.headerData(column, Qt::Horizontal).toString()) + margins;
-    return std::max(letters * fontMetrics().averageCharWidth() + margins, ofTitle);
+    return std::max(letters * fontMetrics().averageCharWidth() * 4 / 5 + margins, ofTitle);
 }
 
 void StoryTable::stretchTitle()

@@ -80,7 +80,8 @@ TEST_F(ReadingTest, TheBarRunsWhileAQueueLoads)
     EXPECT_EQ(bar.maximum(), 1);
     server().faults().failNext(text("IQueue2::GetList"), Fault::hang(patience), 2);
     window->openQueue(text("ARCHIVE.NOTEBOOK"));
-    ASSERT_TRUE(comes([this] { return window->queue().model().rowCount() > 0; }));
+    ASSERT_TRUE(server().faults().waitForHang(patience));
+    ASSERT_TRUE(comes([this] { return window->queue().model().rowCount() == 20; }));
     EXPECT_EQ(bar.maximum(), 0);
     EXPECT_TRUE(bar.isVisible());
     EXPECT_EQ(count(), text("loading, 20 so far"));
