@@ -1,5 +1,7 @@
 #include <quire/newsroom/model/Zeko.h>
 
+#include "Digits.h"
+
 namespace Newsroom {
 namespace Zeko {
 
@@ -65,9 +67,10 @@ bool appendReference(const QStringRef &name, QString *out)
     if (!name.startsWith(QLatin1Char('#')))
         return false;
     const bool hexadecimal = name.mid(1).startsWith(QLatin1Char('x'), Qt::CaseInsensitive);
+    const QStringRef digits = name.mid(hexadecimal ? 2 : 1);
     bool ok = false;
-    const uint value = name.mid(hexadecimal ? 2 : 1).toUInt(&ok, hexadecimal ? 16 : 10);
-    if (!ok || value > 0x10FFFF)
+    const uint value = digits.toUInt(&ok, hexadecimal ? 16 : 10);
+    if (!ok || value > 0x10FFFF || !areHexDigits(digits))
         return false;
     if (value > 0xFFFF) {
         out->append(QChar(QChar::highSurrogate(value)));

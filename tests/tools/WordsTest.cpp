@@ -44,7 +44,8 @@ TEST(ParseCode, TakesTheWholeRangeOf32BitsAndNoMore)
 
 TEST(ParseCode, RefusesWhatIsNoNumber)
 {
-    for (const char *text : {"", "abc", "0x", "x", "0xg", "12a", "0x-1", "0x+1", "-0x5", "--5", "80040405h"})
+    for (const char *text :
+         {"", "abc", "0x", "x", "0xg", "12a", "0x-1", "0x+1", "0x0x10", "0x 1", "0x1 ", "-0x5", "--5", "80040405h"})
         EXPECT_FALSE(code(text)) << text;
 }
 

@@ -1,5 +1,6 @@
 #include "Words.h"
 
+#include <algorithm>
 #include <limits>
 
 #include <quire/session/ErrorString.h>
@@ -22,10 +23,11 @@ std::optional<qint32> parseCode(const QString &text)
 {
     bool ok = false;
     if (const std::optional<QString> digits = hexDigits(text)) {
-        // The sign that the conversion would take has no place behind the prefix.
-        const bool signless = !digits->isEmpty() && digits->at(0).isLetterOrNumber();
+        // What the conversion would also take has no place behind the prefix: a sign, blanks, one more prefix.
+        const bool bare = std::all_of(digits->begin(), digits->end(),
+                                      [](QChar c) { return c.isLetterOrNumber() && c.toLower() != QLatin1Char('x'); });
         const quint32 value = digits->toUInt(&ok, 16);
-        return ok && signless ? std::optional<qint32>(static_cast<qint32>(value)) : std::nullopt;
+        return ok && bare ? std::optional<qint32>(static_cast<qint32>(value)) : std::nullopt;
     }
     const qint64 value = text.toLongLong(&ok, 10);
     if (!ok || value < std::numeric_limits<qint32>::min() || value > std::numeric_limits<quint32>::max())

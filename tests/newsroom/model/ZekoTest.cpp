@@ -112,7 +112,8 @@ TEST(ZekoTest, ReferenceTo0Vanishes)
 
 TEST(ZekoTest, WhatIsNoReferenceStaysAsItIs)
 {
-    for (const char *text : {"a & b; c", "&nbsp;", "&;", "&", "&#;", "&#xyz;", "&#1114112;", "&amp", "&#-5;"})
+    for (const char *text : {"a & b; c", "&nbsp;", "&;", "&", "&#;", "&#xyz;", "&#1114112;", "&amp", "&#-5;", "&#+65;",
+                             "&# 65;", "&#65 ;", "&#x0x41;", "&#x+41;"})
         EXPECT_EQ(Zeko::unescapeText(QLatin1String(text)), QLatin1String(text));
 }
 
