@@ -2,6 +2,8 @@
 
 #include <QStringList>
 
+#include "../model/Digits.h"
+
 namespace Newsroom {
 namespace FileNames {
 
@@ -76,7 +78,9 @@ QString ofExactName(const QString &name)
     const bool reserved = isReservedDevice(name);
     return encode(name, [&](int i) {
         const QChar c = name.at(i);
-        const bool foreignCase = c.unicode() >= 0x80 && (c.isLetter() || c.isSurrogate() || c.isMark());
+        // Roman numerals and letters in circles are no letters, and have two cases all the same.
+        const bool hasCase = c.isLetter() || c.isSurrogate() || c.isMark() || c.toUpper() != c || c.toLower() != c;
+        const bool foreignCase = c.unicode() >= 0x80 && hasCase;
         return (i == 0 && (reserved || c == QLatin1Char('.'))) || c.isUpper() || foreignCase ||
                isForbiddenAnywhere(name, i);
     });
@@ -93,11 +97,10 @@ bool decode(const QString &fileName, QString *name)
         const bool wide = i + 1 < fileName.size() && fileName.at(i + 1) == QLatin1Char('u');
         const int start = i + (wide ? 2 : 1);
         const int digits = wide ? 4 : 2;
-        bool ok = false;
-        const ushort code = fileName.mid(start, digits).toUShort(&ok, 16);
-        if (!ok || start + digits > fileName.size())
+        const QStringRef code = fileName.midRef(start, digits);
+        if (code.size() < digits || !areHexDigits(code))
             return false;
-        out += QChar(code);
+        out += QChar(code.toUShort(nullptr, 16));
         i = start + digits - 1;
     }
     *name = out;

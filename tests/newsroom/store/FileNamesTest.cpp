@@ -90,8 +90,8 @@ TEST(FileNamesTest, EveryNameComesBack)
 TEST(FileNamesTest, ExactNamesDifferAlsoIgnoringLetterCase)
 {
     QSet<QString> seen;
-    for (const char *name :
-         {"layout", "Layout", "LAYOUT", "%4cayout", "%4Cayout", "ä", "Ä", "straße", "STRASSE", "ﬀ", "𐐀", "𐐨"}) {
+    for (const char *name : {"layout", "Layout", "LAYOUT", "%4cayout", "%4Cayout", "ä", "Ä", "straße", "STRASSE", "ﬀ",
+                             "𐐀", "𐐨", "ⅵ", "Ⅵ", "ⓐ", "Ⓐ"}) {
         const QString file = FileNames::ofExactName(QString::fromUtf8(name)).toCaseFolded();
         EXPECT_FALSE(seen.contains(file)) << name;
         seen.insert(file);
@@ -118,7 +118,7 @@ TEST(FileNamesTest, ComponentsOfNamesThatDifferInCaseCanBeToldApart)
 
 TEST(FileNamesTest, WhatIsNoEncodedNameIsRefused)
 {
-    for (const char *name : {"%", "%4", "%zz", "a%", "%u", "%u12", "%u12G4"}) {
+    for (const char *name : {"%", "%4", "%zz", "a%", "%u", "%u12", "%u12G4", "%+1", "% 1", "%u0x12", "%u+123"}) {
         QString out = QStringLiteral("kept");
         EXPECT_FALSE(FileNames::decode(QLatin1String(name), &out)) << name;
         EXPECT_EQ(out, QStringLiteral("kept"));
