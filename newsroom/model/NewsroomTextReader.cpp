@@ -207,6 +207,8 @@ bool NewsroomTextReader::readStory(int indent, const QVector<NameValue> &words)
             lockedBy = word.value;
         } else if (word.name == QLatin1String("lock-type")) {
             known = toNumber(word, &lockType);
+        } else if (!Zeko::isName(word.name)) {
+            known = fail(QStringLiteral("\"%1\" can be no attribute's name").arg(word.name));
         } else if (hasValue(word)) {
             story.text.setMeta(word.name, word.value);
         } else {
@@ -255,8 +257,12 @@ bool NewsroomTextReader::readField(const QString &line, StoryText *text)
             return fail(QStringLiteral("the attributes of a field have no end"));
         id = line.left(bracket);
     }
-    if (colon <= 0)
+    if (colon <= 0 || id.trimmed().isEmpty())
         return fail(QStringLiteral("\"%1\" is no field").arg(line));
+    for (const NameValue &attribute : qAsConst(attributes)) {
+        if (!Zeko::isName(attribute.name))
+            return fail(QStringLiteral("\"%1\" can be no attribute's name").arg(attribute.name));
+    }
     if (text->field(id.trimmed()) != nullptr)
         return fail(QStringLiteral("the field \"%1\" stands twice").arg(id));
     text->fields.append({id.trimmed(), line.mid(colon + 1).trimmed(), attributes});

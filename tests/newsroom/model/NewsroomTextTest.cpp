@@ -166,6 +166,10 @@ TEST(NewsroomTextTest, ErrorsInStoriesNameTheLine)
     EXPECT_EQ(errorOf("queue Q\n  story\n    a: x\n    A: y"), QStringLiteral("line 4: the field \"A\" stands twice"));
     EXPECT_EQ(errorOf("queue Q\n  story\n    a[b: x"), QStringLiteral("line 3: the attributes of a field have no end"));
     EXPECT_EQ(errorOf("queue Q\n  story hold"), QStringLiteral("line 2: \"hold\" needs a value"));
+    EXPECT_EQ(errorOf("queue Q\n  story =170"), QStringLiteral("line 2: \"\" can be no attribute's name"));
+    EXPECT_EQ(errorOf("queue Q\n  story a/b=1"), QStringLiteral("line 2: \"a/b\" can be no attribute's name"));
+    EXPECT_EQ(errorOf("queue Q\n  story\n    a[=1]: x"), QStringLiteral("line 3: \"\" can be no attribute's name"));
+    EXPECT_EQ(errorOf("queue Q\n  story\n    a: x\n      : y"), QStringLiteral("line 4: \"  : y\" is no field"));
     EXPECT_EQ(errorOf("queue Q\n  story id=x"), QStringLiteral("line 2: \"x\" is no number"));
     EXPECT_EQ(errorOf("queue Q\n  story id=1\n  story id=1"),
               QStringLiteral("line 3: story: The entry exists already."));
