@@ -8,7 +8,7 @@ namespace Fuzz {
 QString textOf(const QByteArray &bytes)
 {
     if (bytes.isEmpty() || bytes.at(0) != '\xFF')
-        return QString::fromUtf8(bytes);
+        return QString::fromUtf8(bytes.constData(), bytes.size()); // without the size it would end at a zero
     QString text((bytes.size() - 1) / int(sizeof(QChar)), Qt::Uninitialized);
     std::memcpy(text.data(), bytes.constData() + 1, std::size_t(text.size()) * sizeof(QChar));
     return text;
@@ -48,7 +48,7 @@ qint32 Input::number()
 QByteArray Input::bytes()
 {
     const int count = std::min(int{byte()}, m_bytes.size() - m_position);
-    const QByteArray taken = m_bytes.mid(m_position, count);
+    QByteArray taken = m_bytes.mid(m_position, count);
     m_position += count;
     return taken;
 }
@@ -60,7 +60,7 @@ QString Input::text()
         return QString();
     }
     const QByteArray taken = bytes();
-    return QString::fromUtf8(taken.isNull() ? QByteArray("") : taken);
+    return QString::fromUtf8(taken.constData(), taken.size()) + QLatin1String("");
 }
 
 } // namespace Fuzz

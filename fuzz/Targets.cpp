@@ -5,9 +5,12 @@
 #include "Input.h"
 #include "forms/FormChecks.h"
 #include "markup/MarkupChecks.h"
+#include "newsroom/NewsroomChecks.h"
 #include "notify/NotifyChecks.h"
+#include "platform/PlatformChecks.h"
 #include "session/SessionChecks.h"
 #include "story/StoryChecks.h"
+#include "tools/ToolChecks.h"
 #include "tree/TreeChecks.h"
 
 namespace Fuzz {
@@ -30,14 +33,34 @@ const std::vector<Target> &targets()
         {"markup/document", ofText<MarkupFuzz::checkDocument>},
         {"markup/entities", ofText<MarkupFuzz::checkEntities>},
         {"markup/params", ofText<MarkupFuzz::checkParams>},
+        {"markup/search", ofText<MarkupFuzz::checkSearch>},
+        {"newsroom/filenames", ofText<NewsroomFuzz::checkFileNames>},
+        {"newsroom/folder", NewsroomFuzz::checkFolder},
+        {"newsroom/import", NewsroomFuzz::checkImport},
+        {"newsroom/markup", ofText<NewsroomFuzz::checkMarkup>},
+        {"newsroom/newsroom", ofText<NewsroomFuzz::checkNewsroom>},
+        {"newsroom/query", ofText<NewsroomFuzz::checkQuery>},
+        {"newsroom/story", ofText<NewsroomFuzz::checkStory>},
         {"notify/events", NotifyFuzz::checkEvents},
+        {"platform/arrays", PlatformFuzz::checkArrays},
+        {"platform/strings", PlatformFuzz::checkStrings},
+        {"platform/variants", PlatformFuzz::checkVariants},
         {"session/blobs", SessionFuzz::checkBlobs},
         {"session/identifiers", ofText<SessionFuzz::checkIdentifiers>},
         {"session/names", ofText<SessionFuzz::checkNames>},
         {"session/signon", ofText<SessionFuzz::checkSignOn>},
+        {"story/file", StoryFuzz::checkFile},
         {"story/item", ofText<StoryFuzz::checkItem>},
         {"story/local", ofText<StoryFuzz::checkLocalStory>},
         {"story/sections", ofText<StoryFuzz::checkSections>},
+        {"story/server", ofText<StoryFuzz::checkServerStory>},
+#ifdef QUIRE_FUZZ_TOOLS
+        {"tools/body", ofText<ToolFuzz::checkBody>},
+        {"tools/completion", ofText<ToolFuzz::checkCompletion>},
+        {"tools/editing", ToolFuzz::checkEditing},
+        {"tools/width", ofText<ToolFuzz::checkWidth>},
+        {"tools/words", ofText<ToolFuzz::checkWords>},
+#endif
         {"tree/list", ofText<TreeFuzz::checkList>},
         {"tree/objects", TreeFuzz::checkObjects},
     };

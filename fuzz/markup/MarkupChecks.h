@@ -27,4 +27,8 @@ QString checkParams(const QString &text);
 /// references, and decodes to the original if that holds only characters that have a reference.
 QString checkEntities(const QString &text);
 
+/// Searching: the first three lines are a name, an attribute and its value, where "-" means none; the rest is a
+/// document. Each way of searching finds what a walk over all nodes finds.
+QString checkSearch(const QString &text);
+
 } // namespace MarkupFuzz

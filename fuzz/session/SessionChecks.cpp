@@ -42,10 +42,30 @@ QString nameOf(const IDispatchPtr &handle)
     return name.toString();
 }
 
+/// What is at \a path: the entry of that name in what is at the path above, else what the newsroom itself finds.
+Newsroom::Answer<Newsroom::Entry> entryAt(const Newsroom::Model &model, const QString &path)
+{
+    Newsroom::Answer<Newsroom::Entry> above = model.entry(QString());
+    for (int start = 0; start <= path.size();) {
+        const int dot = path.indexOf(QLatin1Char('.'), start);
+        const int end = dot < 0 ? path.size() : dot;
+        const QString whole = path.left(end);
+        if (end > 0 && whole != QLatin1String(".")) {
+            const QString leaf = path.mid(start, end - start);
+            const bool isDirectory = above.ok() && !above.value.isQueue();
+            const Newsroom::Answer<Newsroom::Entry> below =
+                isDirectory ? model.entry(Newsroom::childPath(above.value.path, leaf)) : above;
+            above = isDirectory && below.ok() && !leaf.isEmpty() ? below : model.entry(whole);
+        }
+        start = end + 1;
+    }
+    return path == QLatin1String(".") ? model.entry(path) : above;
+}
+
 QString checkPath(Fuzz::StandIn &world, const QString &path)
 {
     QuireCOM &session = *world.session();
-    const Newsroom::Answer<Newsroom::Entry> entry = world.newsroom().model().entry(path);
+    const Newsroom::Answer<Newsroom::Entry> entry = entryAt(world.newsroom().model(), path);
     const IDispatchPtr handle = session.GetCachedDir(path);
     if (bool(handle) != entry.ok())
         return QStringLiteral("a handle of what is not there, or none of what is");

@@ -4,6 +4,7 @@
 /// What has to hold for every text that stories are made of. The fuzz targets and the ordinary tests ask for the same.
 /// Each check answers what is wrong, an empty string when nothing is.
 
+#include <QByteArray>
 #include <QString>
 
 namespace StoryFuzz {
@@ -19,5 +20,12 @@ QString checkLocalStory(const QString &text);
 /// A list item whose header and fields are that text: what is expanded has names, printable values and the flags of its
 /// element, in order, and is expanded once.
 QString checkItem(const QString &text);
+
+/// A file with those bytes: it is read as its mark or its bytes say, and what is written is read as the same.
+QString checkFile(const QByteArray &bytes);
+
+/// A story on the stand-in: the first line is the value of a field, the second the number of a section, the rest what
+/// is put there. What the server refuses changes nothing; what it takes is there after saving, for other readers, too.
+QString checkServerStory(const QString &text);
 
 } // namespace StoryFuzz

@@ -3,12 +3,12 @@
 
 #include <QDir>
 #include <QFile>
-#include <QSet>
 
 #include <gtest/gtest.h>
 
 #include "fuzz/Input.h"
 #include "fuzz/Targets.h"
+#include "support/QtPrinting.h"
 
 namespace {
 
@@ -29,12 +29,14 @@ class FuzzCorpus : public testing::TestWithParam<Fuzz::Target>
 
 } // namespace
 
-void PrintTo(const Fuzz::Target &target, std::ostream *out);
+namespace Fuzz {
 
-void PrintTo(const Fuzz::Target &target, std::ostream *out)
+static void PrintTo(const Target &target, std::ostream *out)
 {
     *out << target.name;
 }
+
+} // namespace Fuzz
 
 TEST_P(FuzzCorpus, Holds)
 {
@@ -52,16 +54,18 @@ INSTANTIATE_TEST_SUITE_P(Targets, FuzzCorpus, testing::ValuesIn(Fuzz::targets())
 
 TEST(FuzzTargets, AllSeedsBelongToATarget)
 {
-    QSet<QString> expected;
+    QStringList expected;
     for (const Fuzz::Target &target : Fuzz::targets())
-        expected.insert(corpusOf(target));
-    QSet<QString> found;
+        expected.append(corpusOf(target));
+    QStringList found;
     const QDir root(QStringLiteral(QUIRE_FUZZ_DIR));
     for (const QString &subsystem : root.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
         const QString corpus = subsystem + QLatin1String("/corpus");
         for (const QString &name : QDir(root.filePath(corpus)).entryList(QDir::Dirs | QDir::NoDotAndDotDot))
-            found.insert(corpus + QLatin1Char('/') + name);
+            found.append(corpus + QLatin1Char('/') + name);
     }
+    found.sort();
+    expected.sort();
     EXPECT_EQ(found, expected);
 }
 

@@ -1,0 +1,30 @@
+#pragma once
+
+/// \file
+/// What has to hold for what people and servers give to the command line. Each check answers what is wrong, an empty
+/// string when nothing is.
+
+#include <QByteArray>
+#include <QString>
+
+namespace ToolFuzz {
+
+/// Numbers, codes and section names, as people write them: what is understood is what was meant, and anything else is
+/// refused as a mistake of the user's.
+QString checkWords(const QString &text);
+
+/// Texts on a terminal: cut, padded, broken and made visible, they take the columns that they may, and lose nothing
+/// else.
+QString checkWidth(const QString &text);
+
+/// Bodies of stories as plain text and back, and the characters that markup reserves.
+QString checkBody(const QString &text);
+
+/// A file for an editor, which writes the input there: what was not changed comes back, and what was is read as UTF-8
+/// or UTF-16, or refused.
+QString checkEditing(const QByteArray &input);
+
+/// A command line that is being typed: every word that completes it fits what is there.
+QString checkCompletion(const QString &text);
+
+} // namespace ToolFuzz
