@@ -1,7 +1,5 @@
 #pragma once
 
-#include <QCoreApplication>
-#include <QElapsedTimer>
 #include <QStringList>
 
 #include <gmock/gmock.h>
@@ -17,6 +15,7 @@
 #include "models/SignalLog.h"
 #include "support/DebugCapture.h"
 #include "support/QtPrinting.h"
+#include "support/Waiting.h"
 
 inline QString text(const char *literal)
 {
@@ -29,23 +28,6 @@ inline QStringList texts(std::initializer_list<const char *> literals)
     for (const char *literal : literals)
         all.append(text(literal));
     return all;
-}
-
-/// Longer than anything takes that does not hang, in milliseconds.
-const int patience = 20000;
-
-/// Runs the event loop until the condition is true; false when patience ends first.
-template<typename Condition>
-bool comes(const Condition &condition)
-{
-    QElapsedTimer timer;
-    timer.start();
-    while (!condition()) {
-        if (timer.hasExpired(patience))
-            return false;
-        QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, 10);
-    }
-    return true;
 }
 
 /// Whether the model has nothing to wait for any more.

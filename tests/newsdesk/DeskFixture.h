@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QApplication>
-#include <QElapsedTimer>
 #include <QtTest/qtestkeyboard.h> // the simulated hands alone: this is no program of Qt's own tests
 #include <QtTest/qtestmouse.h>
 
@@ -24,6 +23,7 @@
 #include "StoryTable.h"
 #include "TreePane.h"
 #include "support/QtPrinting.h"
+#include "support/Waiting.h"
 
 class QLineEdit;
 class QPushButton;
@@ -33,23 +33,6 @@ class QTreeView;
 inline QString text(const char *literal)
 {
     return QString::fromUtf8(literal);
-}
-
-/// Longer than anything takes that does not hang, in milliseconds.
-const int patience = 20000;
-
-/// Runs the event loop until the condition is true; false when patience ends first.
-template<typename Condition>
-bool comes(const Condition &condition)
-{
-    QElapsedTimer timer;
-    timer.start();
-    while (!condition()) {
-        if (timer.hasExpired(patience))
-            return false;
-        QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, 10);
-    }
-    return true;
 }
 
 /// The desk in a window on the sample newsroom, with "journalist" signed on and the tree's first rows there. "producer"
