@@ -102,3 +102,31 @@ TEST_F(Allocations, AnArrayThatCannotBeCopiedLeavesNothing)
         EXPECT_FALSE(copy) << n;
     }
 }
+
+TEST_F(Allocations, AnElementThatCannotBeCopiedStaysWhatItWas)
+{
+    const Platform::SafeArray array(SafeArrayCreateVector(VT_BSTR, 0, 1));
+    const Platform::Bstr before(QStringLiteral("before"));
+    const Platform::Bstr after(QStringLiteral("after"));
+    LONG index = 0;
+    ASSERT_EQ(SafeArrayPutElement(array.get(), &index, before.get()), S_OK);
+    Platform::failAllocation(1);
+    EXPECT_EQ(SafeArrayPutElement(array.get(), &index, after.get()), E_OUTOFMEMORY);
+    Platform::failAllocation(1);
+    Platform::Bstr got;
+    EXPECT_EQ(SafeArrayGetElement(array.get(), &index, got.out()), E_OUTOFMEMORY);
+    EXPECT_TRUE(got.isNull());
+    EXPECT_EQ(SafeArrayGetElement(array.get(), &index, got.out()), S_OK);
+    EXPECT_EQ(got.toString(), QStringLiteral("before"));
+}
+
+TEST_F(Allocations, ATextLongerThanAnyIsNotMade)
+{
+    EXPECT_EQ(SysAllocStringLen(nullptr, 0x7FFFFFFF), nullptr);
+    EXPECT_FALSE(Platform::hasAllocationFailed());
+}
+
+TEST_F(Allocations, ATextIsReplacedOnlyInAPlace)
+{
+    EXPECT_EQ(SysReAllocString(nullptr, u"new"), FALSE);
+}

@@ -115,3 +115,10 @@ TEST(Bstr, ReleasedBelongsToTheCaller)
     EXPECT_EQ(Platform::toQString(released), QStringLiteral("text"));
     SysFreeString(released);
 }
+
+TEST(Bstr, ReallocatedToNothingIsNull)
+{
+    BSTR text = SysAllocString(Bstr(QStringLiteral("old")).get());
+    EXPECT_NE(SysReAllocString(&text, nullptr), FALSE);
+    EXPECT_EQ(text, nullptr);
+}

@@ -5,9 +5,8 @@
 
 namespace {
 
-QString messageOf(HRESULT result)
+QString messageKeptBy(const _com_error &error)
 {
-    const _com_error error(result);
     const TCHAR *first = error.ErrorMessage();
     // Kept by the error: asking again gives the same text at the same place.
     EXPECT_EQ(first, error.ErrorMessage());
@@ -15,6 +14,11 @@ QString messageOf(HRESULT result)
     for (const TCHAR *character = first; *character; ++character)
         message += QChar(static_cast<ushort>(*character));
     return message;
+}
+
+QString messageOf(HRESULT result)
+{
+    return messageKeptBy(_com_error(result));
 }
 
 } // namespace
@@ -60,4 +64,39 @@ TEST(ComErrorNative, WithoutInformationThereIsNeitherHelpNorInterface)
     const _com_error error(E_FAIL);
     EXPECT_EQ(error.HelpContext(), 0u);
     EXPECT_EQ(error.GUID_(), GUID_NULL);
+}
+
+TEST(ComErrorNative, HelpFileComesFromTheInformation)
+{
+    ICreateErrorInfoPtr writer;
+    ASSERT_EQ(CreateErrorInfo(&writer), S_OK);
+    OLECHAR file[] = u"help.chm";
+    writer->SetHelpFile(file);
+    const _com_error error(E_FAIL, IErrorInfoPtr(writer), true);
+    EXPECT_EQ(Platform::toQString(error.HelpFile().copy(false)), QStringLiteral("help.chm"));
+    EXPECT_TRUE(!_com_error(E_FAIL).HelpFile());
+}
+
+TEST(ComErrorNative, AssignedItselfStays)
+{
+    ICreateErrorInfoPtr writer;
+    ASSERT_EQ(CreateErrorInfo(&writer), S_OK);
+    _com_error error(E_FAIL, IErrorInfoPtr(writer), true);
+    const _com_error &same = error;
+    error = same;
+    const IErrorInfoPtr kept(error.ErrorInfo(), false);
+    EXPECT_TRUE(kept == writer);
+}
+
+TEST(ComErrorNative, AssignedReleasesItsInformationAndForgetsItsMessage)
+{
+    ICreateErrorInfoPtr writer;
+    ASSERT_EQ(CreateErrorInfo(&writer), S_OK);
+    _com_error error(E_FAIL, IErrorInfoPtr(writer), true);
+    const QString before = messageKeptBy(error);
+    error = _com_error(E_ACCESSDENIED);
+    EXPECT_EQ(error.ErrorInfo(), nullptr);
+    EXPECT_EQ(writer->AddRef(), 2u);
+    EXPECT_EQ(writer->Release(), 1u);
+    EXPECT_NE(messageKeptBy(error), before);
 }

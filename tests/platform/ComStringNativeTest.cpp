@@ -2,6 +2,7 @@
 
 #include <quire/platform/Automation.h>
 #include <quire/platform/Bstr.h>
+#include <quire/platform/System.h>
 
 #include <string>
 
@@ -113,4 +114,55 @@ TEST(ComStringNative, DetachRefusesASharedTextAndNone)
     EXPECT_THROW(text.Detach(), _com_error);
     EXPECT_THROW(_bstr_t().Detach(), _com_error);
     EXPECT_EQ(local(other), "late");
+}
+
+TEST(ComStringNative, NullIsConvertedToNull)
+{
+    EXPECT_EQ(_com_util::ConvertStringToBSTR(nullptr), nullptr);
+    EXPECT_EQ(_com_util::ConvertBSTRToString(nullptr), nullptr);
+    EXPECT_TRUE(!_bstr_t(static_cast<const wchar_t *>(nullptr)));
+}
+
+TEST(ComStringNative, CopiesTheTextItIsMadeOf)
+{
+    const BSTR string = newText();
+    const _bstr_t copy(string, true);
+    EXPECT_NE(copy.copy(false), string);
+    SysFreeString(string);
+    EXPECT_EQ(local(copy), "late");
+}
+
+TEST(ComStringNative, LocalFormIsMadeOnce)
+{
+    const _bstr_t text("desk");
+    const char *const first = text;
+    const char *const second = text;
+    EXPECT_EQ(first, second);
+}
+
+TEST(ComStringNative, NothingHasAPlaceForAText)
+{
+    _bstr_t text;
+    text.GetBSTR() = newText();
+    EXPECT_EQ(local(text), "late");
+    EXPECT_EQ(text.GetBSTR(), text.copy(false));
+}
+
+TEST(ComStringNative, TextForWhichThereIsNoMemoryRaises)
+{
+    const _bstr_t text("desk");
+    const auto raises = [](auto call) {
+        Platform::failAllocation(1);
+        HRESULT raised = S_OK;
+        try {
+            call();
+        } catch (const _com_error &error) {
+            raised = error.Error();
+        }
+        Platform::failAllocation(0);
+        return raised == E_OUTOFMEMORY;
+    };
+    EXPECT_TRUE(raises([] { _bstr_t(u"desk"); }));
+    EXPECT_TRUE(raises([&] { text.copy(); }));
+    EXPECT_TRUE(raises([&] { text + text; }));
 }

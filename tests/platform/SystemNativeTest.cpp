@@ -4,6 +4,7 @@
 #include <quire/platform/Bstr.h>
 #include <quire/platform/System.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <ctime>
 #include <string>
@@ -281,4 +282,39 @@ TEST(SystemNative, SleepsAtLeastAsLongAsAsked)
     Sleep(20);
     clock_gettime(CLOCK_MONOTONIC, &after);
     EXPECT_GE((after.tv_sec - before.tv_sec) * 1000 + (after.tv_nsec - before.tv_nsec) / 1000000, 20);
+}
+
+TEST(SystemNative, MessageNeedsAPlace)
+{
+    EXPECT_EQ(FormatMessageA(FORMAT_MESSAGE_FROM_SYSTEM, nullptr, 5, 0, nullptr, 0, nullptr), 0u);
+    EXPECT_EQ(GetLastError(), DWORD(ERROR_INVALID_PARAMETER));
+    EXPECT_EQ(FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM, nullptr, 5, 0, nullptr, 0, nullptr), 0u);
+}
+
+TEST(SystemNative, WideMessageThatDoesNotFitFails)
+{
+    WCHAR room[19];
+    SetLastError(0);
+    EXPECT_EQ(FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM, nullptr, 5, 0, room, 19, nullptr), 0u);
+    EXPECT_EQ(GetLastError(), DWORD(ERROR_INSUFFICIENT_BUFFER));
+}
+
+TEST(SystemNative, MemoryOfNoBytesIsStillMemory)
+{
+    void *const task = CoTaskMemAlloc(0);
+    void *const local = LocalAlloc(0, 0);
+    void *const zeroed = LocalAlloc(LMEM_ZEROINIT, 0);
+    EXPECT_NE(task, nullptr);
+    EXPECT_NE(local, nullptr);
+    EXPECT_NE(zeroed, nullptr);
+    CoTaskMemFree(task);
+    LocalFree(local);
+    LocalFree(zeroed);
+}
+
+TEST(SystemNative, LocalMemoryIsZeroedWhenAsked)
+{
+    auto *const memory = static_cast<char *>(LocalAlloc(LMEM_ZEROINIT, 64));
+    EXPECT_TRUE(std::all_of(memory, memory + 64, [](char byte) { return byte == 0; }));
+    LocalFree(memory);
 }

@@ -30,14 +30,11 @@ namespace Detail {
 bool mayAllocate() noexcept
 {
     int left = countdown.load(std::memory_order_relaxed);
-    while (left > 0) {
-        if (!countdown.compare_exchange_weak(left, left - 1))
-            continue;
-        if (left == 1)
-            failed = true;
-        return left > 1;
+    while (left > 0 && !countdown.compare_exchange_weak(left, left - 1)) {
     }
-    return true;
+    if (left == 1)
+        failed = true;
+    return left != 1;
 }
 
 } // namespace Detail

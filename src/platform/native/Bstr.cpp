@@ -23,11 +23,10 @@ char *block(BSTR string)
 
 BSTR allocate(const void *bytes, std::size_t size)
 {
-    if (size > maximumSize || !Platform::Detail::mayAllocate())
-        return nullptr;
     // A whole NUL character behind an odd number of bytes, too.
     const std::size_t padding = sizeof(OLECHAR) + size % sizeof(OLECHAR);
-    char *memory = static_cast<char *>(std::malloc(prefix + size + padding));
+    const bool mayBe = size <= maximumSize && Platform::Detail::mayAllocate();
+    char *memory = mayBe ? static_cast<char *>(std::malloc(prefix + size + padding)) : nullptr;
     if (!memory)
         return nullptr;
     const UINT length = static_cast<UINT>(size);

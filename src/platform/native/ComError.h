@@ -46,4 +46,4 @@ private:
 [[noreturn]] QUIRE_PLATFORM_EXPORT void _com_raise_error(HRESULT result, IErrorInfo *info = nullptr);
 
 /// Raises with the thread's error information when `object` (may be null) supports it for that interface, else without.
-QUIRE_PLATFORM_EXPORT void _com_issue_errorex(HRESULT result, IUnknown *object, REFIID riid);
+[[noreturn]] QUIRE_PLATFORM_EXPORT void _com_issue_errorex(HRESULT result, IUnknown *object, REFIID riid);

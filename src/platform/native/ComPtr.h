@@ -281,10 +281,8 @@ private:
             return nullptr;
         IUnknown *unknown = nullptr;
         const HRESULT result = pointer->QueryInterface(__uuidof(IUnknown), reinterpret_cast<void **>(&unknown));
-        if (FAILED(result)) {
+        if (FAILED(result))
             _com_issue_error(result);
-            return nullptr;
-        }
         unknown->Release();
         return unknown;
     }

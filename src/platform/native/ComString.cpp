@@ -153,10 +153,8 @@ void _bstr_t::Attach(BSTR string)
 
 BSTR _bstr_t::Detach()
 {
-    if (!m_data || m_data.use_count() != 1) {
+    if (!m_data || m_data.use_count() != 1)
         _com_issue_error(E_POINTER);
-        return nullptr;
-    }
     BSTR string = std::exchange(m_data->wide, nullptr);
     m_data.reset();
     return string;

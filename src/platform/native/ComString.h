@@ -11,7 +11,7 @@
 #include <type_traits>
 
 /// Raises `_com_error`.
-QUIRE_PLATFORM_EXPORT void _com_issue_error(HRESULT result);
+[[noreturn]] QUIRE_PLATFORM_EXPORT void _com_issue_error(HRESULT result);
 
 namespace _com_util {
 inline void CheckError(HRESULT result)
