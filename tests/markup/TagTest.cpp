@@ -899,3 +899,54 @@ TEST(ExtraTag, OffsetsTakeNullPointers)
     EXPECT_EQ(start, 4);
     EXPECT_EQ(end, 2);
 }
+
+TEST(Tag, AssignedItselfKeepsItsLinks)
+{
+    const TagPtr parent(element("parent", {element("child")}));
+    Tag &same = *parent;
+    Tag *const child = parent->m_Child;
+    *parent = same;
+    EXPECT_EQ(parent->m_Child, child);
+    EXPECT_TRUE(isSound(*parent));
+}
+
+TEST(Tag, ContentNodesAreAssignedWithTheirContent)
+{
+    TextTag words;
+    TextTag otherWords;
+    otherWords.SetText(text("words"));
+    words = otherWords;
+    EXPECT_EQ(words.GetText(), text("words"));
+    ExtraTag extra(Tag::CData);
+    ExtraTag otherExtra(Tag::Comment);
+    otherExtra.SetText(text("remark"));
+    extra = otherExtra;
+    EXPECT_EQ(extra.m_Type, Tag::Comment);
+    EXPECT_EQ(extra.GetText(), text("remark"));
+}
+
+TEST(Tag, DuplicateHasTheBareNodesBelowIt)
+{
+    const TagPtr root(element("root"));
+    auto *const bare = new Tag;
+    root->AddTag(bare, false);
+    bare->AddTag(textNode("below"), false);
+    const TagPtr copy(root->Duplicate());
+    ASSERT_NE(copy->m_Child, nullptr);
+    EXPECT_NE(copy->m_Child, bare);
+    EXPECT_EQ(written(*copy), text("<root>below</root>"));
+    EXPECT_TRUE(isSound(*copy));
+}
+
+TEST(Tag, DuplicateOfWhatCannotBeCopiedIsNothing)
+{
+    class Unique : public NamedTag
+    {
+    public:
+        using NamedTag::NamedTag;
+        Tag *Copy() override { return nullptr; }
+    };
+    Unique unique(text("unique"));
+    unique.AddTag(textNode("text"), false);
+    EXPECT_EQ(unique.Duplicate(), nullptr);
+}

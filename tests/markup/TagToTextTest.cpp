@@ -359,3 +359,22 @@ TEST_F(TagToTextCallbacks, AreReplacedByName)
     EXPECT_EQ(NamedTag::sTagCallbacksMap.size(), 1);
     EXPECT_EQ(written(*parsed("<a/>")), text("<a></a>"));
 }
+
+TEST_F(TagToTextCallbacks, AreAskedForTheElementItselfAsWell)
+{
+    NamedTag tag(text("a"));
+    QString out;
+    NamedTag::SetTagToTextCallback(text("a"), [](Tag *, QString &, QChar, bool, bool) { return false; });
+    tag.TagToText(out, QChar(), false, false);
+    EXPECT_EQ(out, QString());
+    NamedTag::SetTagToTextCallback(text("a"), nullptr);
+    tag.TagToText(out, QChar(), false, false);
+    EXPECT_EQ(out, text("<a></a>"));
+}
+
+TEST(TagToText, OfAnExtraNodeOfNoKindIsItsText)
+{
+    ExtraTag tag(Tag::None);
+    tag.SetText(text("as it is"));
+    EXPECT_EQ(written(tag), text("as it is"));
+}

@@ -38,3 +38,37 @@ TEST(ComPtrNative, CreatingInTheProcessIsEmptyWhenTheFactoryGivesNoObject)
     EXPECT_EQ(pointer.CreateInstance(countedClass, nullptr, CLSCTX_INPROC_SERVER), S_OK);
     EXPECT_EQ(pointer.GetInterfacePtr(), nullptr);
 }
+
+namespace {
+
+/// Does not tell who it is.
+class Nameless final : public IUnknown
+{
+public:
+    virtual ~Nameless() = default;
+
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID, void **object) override
+    {
+        *object = nullptr;
+        return E_ACCESSDENIED;
+    }
+    ULONG STDMETHODCALLTYPE AddRef() override { return 1; }
+    ULONG STDMETHODCALLTYPE Release() override { return 1; }
+};
+
+} // namespace
+
+TEST(ComPtrNative, ComparingRaisesWhenAnObjectDoesNotTellWhoItIs)
+{
+    Nameless one;
+    Nameless other;
+    const IUnknownPtr pointer(&one);
+    HRESULT raised = S_OK;
+    try {
+        static_cast<void>(pointer == &other);
+    } catch (const _com_error &error) {
+        raised = error.Error();
+    }
+    EXPECT_EQ(raised, E_ACCESSDENIED);
+    EXPECT_TRUE(pointer == &one);
+}

@@ -1,0 +1,92 @@
+/// \file
+/// Lists so long that a place near their end is remembered.
+
+#include <gtest/gtest.h>
+
+#include "markup/Support.h"
+
+using namespace MarkupTest;
+using XML::NamedTag;
+using XML::Tag;
+
+namespace {
+
+/// With children c0, c1 and so on.
+class LongList : public ::testing::Test
+{
+protected:
+    LongList()
+    {
+        for (int number = 0; number < 20; ++number)
+            list.AddTag(child(number), false);
+    }
+
+    static NamedTag *child(int number) { return new NamedTag(text("c") + QString::number(number)); }
+
+    Tag *last()
+    {
+        Tag *tag = list.m_Child;
+        while (tag->m_Next)
+            tag = tag->m_Next;
+        return tag;
+    }
+
+    /// Goes through every child as the last one, as each may be the one that is remembered.
+    template<typename Change>
+    void takeAllFromTheEnd(const Change &change)
+    {
+        for (int number = 19; number > 0; --number) {
+            change(last());
+            EXPECT_EQ(last()->GetName(), text("c") + QString::number(number - 1));
+            NamedTag *const added = child(100);
+            list.AddTag(added, false);
+            EXPECT_EQ(last(), added);
+            EXPECT_EQ(added->m_Next, nullptr);
+            Tag::ExtractTagFromParent(added);
+            delete added;
+        }
+        EXPECT_EQ(childNames(list), text("c0"));
+        EXPECT_TRUE(isSound(list));
+    }
+
+    NamedTag list{text("list")};
+};
+
+} // namespace
+
+TEST_F(LongList, IsAppendedToAfterItsLastWereTakenOut)
+{
+    takeAllFromTheEnd([](Tag *last) {
+        Tag::ExtractTagFromParent(last);
+        delete last;
+    });
+}
+
+TEST_F(LongList, IsAppendedToAfterItsLastWereReplacedByNothing)
+{
+    takeAllFromTheEnd([this](Tag *last) { list.ReplaceChildTag(last, nullptr); });
+}
+
+TEST_F(LongList, IsAppendedToAfterEachWasReplaced)
+{
+    for (int number = 0; number < 20; ++number) {
+        list.ReplaceChildTag(list.FindChildTag(text("c") + QString::number(number), QString(), QString()),
+                             new NamedTag(text("r")));
+        list.AddTag(new NamedTag(text("e")), false);
+    }
+    QString names;
+    for (int number = 0; number < 20; ++number)
+        names += text("r ");
+    for (int number = 0; number < 20; ++number)
+        names += text("e ");
+    EXPECT_EQ(childNames(list), names.trimmed());
+    EXPECT_TRUE(isSound(list));
+}
+
+TEST_F(LongList, IsReadOnAtItsEnd)
+{
+    int position = 0;
+    XML::Parser().ParseTag(&list, text("<x/><y/>"), position);
+    EXPECT_TRUE(childNames(list).endsWith(text("c18 c19 x y")));
+    EXPECT_TRUE(isSound(list));
+}

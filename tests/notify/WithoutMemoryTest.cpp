@@ -1,0 +1,38 @@
+// Results for which there is no memory.
+
+#include "notify/HitArray.h"
+#include "notify/NotifyFixture.h"
+#include "support/NoMemory.h"
+
+using namespace Quire;
+
+namespace {
+
+using WithoutMemoryTest = NotifyTest;
+
+} // namespace
+
+TEST_F(WithoutMemoryTest, HitsThatCannotBeKeptAreMissingAndTheSearchGoesOn)
+{
+    startNotices();
+    const HitArray hits({{text("Storm"), text("NEWS.WORLD"), {1, 2, 3}, {{text("title"), text("Flood")}}},
+                         {text("Rain"), text("NEWS.WORLD"), {4, 5, 6}, {{text("title"), text("Umbrellas")}}}});
+    int missing = 0;
+    for (int n = 1, failed = true; failed; ++n) {
+        SearchList *const list = start(n);
+        {
+            const NoMemory memory(n);
+            EXPECT_GE(sink()->raw_OnNotifySearchResults(n, hits, 2, 0), E_OUTOFMEMORY);
+            failed = memory.hasFailed();
+        }
+        EXPECT_LE(list->Size(), 2);
+        missing += 2 - list->Size();
+        EXPECT_FALSE(list->IsSearchComplete());
+        EXPECT_EQ(sink()->raw_OnNotifySearchResults(n, hits, 2, 1), S_OK) << n;
+        EXPECT_TRUE(list->IsSearchComplete()) << n;
+        if (!failed) {
+            EXPECT_EQ(list->Size(), 4);
+        }
+    }
+    EXPECT_GT(missing, 0);
+}

@@ -1,0 +1,18 @@
+#pragma once
+
+/// \file
+/// Memory that runs out when a test says so; natively only. A program that has NoMemory.cpp gets it for all of its
+/// C++ allocations, also for those in the library. Qt's own containers allocate otherwise and never fail.
+
+/// While it lives, one C++ allocation of its thread fails: the n-th from now on.
+class NoMemory
+{
+public:
+    explicit NoMemory(int n);
+    ~NoMemory();
+    NoMemory(const NoMemory &) = delete;
+    NoMemory &operator=(const NoMemory &) = delete;
+
+    /// Whether it came to that.
+    bool hasFailed() const;
+};
