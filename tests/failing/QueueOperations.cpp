@@ -103,6 +103,11 @@ QString endUpdates(World &world)
     return withWatching(world, QueueUpdateMgr::EndQueueUpdates);
 }
 
+QString complete(World &world)
+{
+    return withWatching(world, [](Queue *queue) { queue->Completed(); });
+}
+
 // ---- what is documented ---------------------------------------------------------------------------------------------
 
 /// A story of a queue is opened: it raises until the story is known; then it finds the story again, as a Story does,
@@ -173,6 +178,8 @@ const std::vector<Operation> operations{
      openLiveQueue, isOn, "true", "false", call({{"get_Update", Fails, "raised H"}, {"get_Update", Empty, "-"}})},
     {"QueueUpdateMgr::BeginQueueUpdates", anyState, openFullQueue, beginUpdates, "done, watched", "done, watched",
      call({{"put_Update", Fails, "raised H, not watched"}, {"put_Update", Empty, "="}}, ", not watched")},
+    {"Queue::Completed", anyState, openLiveQueue, complete, "done, watched", "done, watched",
+     call({{"put_Update", Fails, "raised H, watched"}, {"put_Update", Empty, "="}}, ", watched")},
     {"QueueUpdateMgr::EndQueueUpdates", anyState, openLiveQueue, endUpdates, "done, not watched", "done, not watched",
      call({{"put_Update", Fails, "raised H, not watched"}, {"put_Update", Empty, "="}}, ", not watched")},
 };

@@ -38,6 +38,11 @@ QString newQueue(World &)
     return described(std::unique_ptr<Directory>(Directory::NewDirectory(worldPath())));
 }
 
+QString directoryOfObject(World &world)
+{
+    return described(std::make_unique<Directory>(world.handle));
+}
+
 QString subDirectory(World &world)
 {
     return described(std::unique_ptr<Directory>(world.directory->GetSubDir(text("news.sport"))));
@@ -303,6 +308,8 @@ const std::vector<Operation> operations{
     {"Directory::NewDirectory", anyState, loadAtOnce, newDirectory, "NEWS: 3 items", "none", directory("NEWS", "3")},
     {"Directory::NewDirectory, a queue", anyState, loadAtOnce, newQueue, "NEWS.WORLD: 3 items", "none",
      queue("NEWS.WORLD")},
+    {"Directory::Directory", Cached, fetchDirectory, directoryOfObject, "NEWS: 3 items", "none",
+     directory("NEWS", "3")},
     {"Directory::FlagCheck",
      Cached,
      fetchDirectory,
@@ -325,9 +332,10 @@ const std::vector<Operation> operations{
     {"Directory::Refresh", anySession, openDirectory, refreshDirectory, "done: 3 items", "done: 0 items",
      directory("done", "3"), true},
 
-    {"Queue", signedOn, loadAtOnce, loadThreaded, "3 items, complete", "0 items, not complete", onThread("", 0, "")},
-    {"Queue, live", signedOn, loadAtOnce, loadLive, "3 items, complete", "0 items, not complete", live()},
-    {"Queue, live, at once", signedOn, loadAtOnce, loadLiveAtOnce, "NEWS.LIVE: 3 items", "none", liveAtOnce()},
+    {"Queue::Queue", signedOn, loadAtOnce, loadThreaded, "3 items, complete", "0 items, not complete",
+     onThread("", 0, "")},
+    {"Queue::Queue, live", signedOn, loadAtOnce, loadLive, "3 items, complete", "0 items, not complete", live()},
+    {"Queue::Queue, live, at once", signedOn, loadAtOnce, loadLiveAtOnce, "NEWS.LIVE: 3 items", "none", liveAtOnce()},
     {"Queue::~Queue, live", anyState, openLiveQueue, letGo, "done", "done", {{"*", AnyFault, "done"}}},
     {"Queue::Refresh", anySession, openQueue, refreshQueue, "done: 3 items", "done: 0 items", again(), true},
     {"Queue::Refresh, on a thread", anySession, openThreadedQueue, refreshThreaded, "done: 3 items, complete",
