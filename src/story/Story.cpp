@@ -42,10 +42,11 @@ Story::Story(const QString &queuePath, const StoryID *id)
 {
     m_queuePath = queuePath;
     m_id = *id;
-    const Orvex::IStory2Ptr story = [this] {
+    Orvex::IStory2Ptr story;
+    {
         const QuireCOMMutex lock("Orvex GetStory");
-        return GetStory(m_queuePath, &m_id);
-    }();
+        story = GetStory(m_queuePath, &m_id);
+    }
     if (!story)
         return;
     m_loaded = true;

@@ -178,8 +178,8 @@ void Queue::SwitchUpdate(const QString &name, qint32 queueId, bool on)
     if (!queue)
         return;
     const HRESULT result = queue->put_Update(on ? VARIANT_TRUE : VARIANT_FALSE);
-    QMessageLogger("quireDir", 0, "Queue::SetUpdate")
-        .debug("Queue Update %s: %d %s", on ? "ON" : "OFF", int{queueId}, qUtf8Printable(name));
+    const QMessageLogger log("quireDir", 0, "Queue::SetUpdate");
+    log.debug("Queue Update %s: %d %s", on ? "ON" : "OFF", int{queueId}, qUtf8Printable(name));
     check(result, queue);
 }
 

@@ -62,13 +62,15 @@ TEST(ComPtrNative, ComparingRaisesWhenAnObjectDoesNotTellWhoItIs)
 {
     Nameless one;
     Nameless other;
-    const IUnknownPtr pointer(&one);
+    IUnknown *const first = &one;
+    IUnknown *const second = &other;
+    const IUnknownPtr pointer(first);
+    EXPECT_TRUE(pointer == first);
     HRESULT raised = S_OK;
     try {
-        static_cast<void>(pointer == &other);
+        static_cast<void>(pointer == second);
     } catch (const _com_error &error) {
         raised = error.Error();
     }
     EXPECT_EQ(raised, E_ACCESSDENIED);
-    EXPECT_TRUE(pointer == &one);
 }

@@ -204,11 +204,11 @@ TEST(VariantNative, FollowedReferenceHasAsManyBytesAsItsTypeSays)
         LONGLONG value;
     };
     LONGLONG number = 0x1122334455667788;
-    for (const Row &row : {Row{VT_I1, 0x88}, Row{VT_UI1, 0x88}, Row{VT_I2, 0x7788}, Row{VT_UI2, 0x7788},
-                           Row{VT_BOOL, 0x7788}, Row{VT_I4, 0x55667788}, Row{VT_UI4, 0x55667788},
-                           Row{VT_R4, 0x55667788}, Row{VT_ERROR, 0x55667788}, Row{VT_INT, 0x55667788},
-                           Row{VT_UINT, 0x55667788}, Row{VT_I8, number}, Row{VT_UI8, number}, Row{VT_R8, number},
-                           Row{VT_CY, number}, Row{VT_DATE, number}}) {
+    for (const Row &row :
+         {Row{VT_I1, 0x88}, Row{VT_UI1, 0x88}, Row{VT_I2, 0x7788}, Row{VT_UI2, 0x7788}, Row{VT_BOOL, 0x7788},
+          Row{VT_I4, 0x55667788}, Row{VT_UI4, 0x55667788}, Row{VT_R4, 0x55667788}, Row{VT_ERROR, 0x55667788},
+          Row{VT_INT, 0x55667788}, Row{VT_UINT, 0x55667788}, Row{VT_I8, number}, Row{VT_UI8, number},
+          Row{VT_R8, number}, Row{VT_CY, number}, Row{VT_DATE, number}}) {
         VARIANT source = {};
         V_VT(&source) = static_cast<VARTYPE>(row.type | VT_BYREF);
         V_BYREF(&source) = &number;

@@ -5,12 +5,13 @@
 
 namespace {
 
-thread_local int countdown = 0;
+thread_local int count = 0;
+thread_local int failing = 0;
 thread_local bool failed = false;
 
 void *allocate(std::size_t size)
 {
-    if (countdown > 0 && --countdown == 0) {
+    if (++count == failing) {
         failed = true;
         throw std::bad_alloc();
     }
@@ -69,15 +70,21 @@ void operator delete[](void *memory, std::size_t) noexcept
 NoMemory::NoMemory(int n)
 {
     failed = false;
-    countdown = n;
+    count = 0;
+    failing = n;
 }
 
 NoMemory::~NoMemory()
 {
-    countdown = 0;
+    failing = 0;
 }
 
 bool NoMemory::hasFailed() const
 {
     return failed;
+}
+
+int NoMemory::allocations() const
+{
+    return count;
 }

@@ -382,6 +382,24 @@ TEST_F(DirectoryTest, ElementsOfEveryObjectTypeAreListed)
     }
 }
 
+TEST_F(DirectoryTest, AListThatIsReferredToIsListed)
+{
+    const IDispatchPtr mail = object("MAIL");
+    Platform::Variant kept;
+    answerList({mail}, VT_DISPATCH, kept.out());
+    VARIANT reference{};
+    reference.vt = VT_ARRAY | VT_DISPATCH | VT_BYREF;
+    SAFEARRAY *array = kept.get().parray;
+    for (SAFEARRAY **place : {&array, static_cast<SAFEARRAY **>(nullptr)}) {
+        reference.pparray = place;
+        server.getList = [&](LONG, LONG, VARIANT *list) {
+            *list = reference;
+            return S_OK;
+        };
+        EXPECT_EQ(open("NEWS")->Size(), place ? 1 : 0);
+    }
+}
+
 TEST_F(DirectoryTest, AListOfAnotherTypeIsEmpty)
 {
     server.getList = [](LONG, LONG, VARIANT *list) {

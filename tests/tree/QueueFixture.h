@@ -22,6 +22,8 @@ struct QueueProbe
     static bool hasWorker(Queue &queue);
     static int hangingWorkers() { return Queue::HangingWorkers(); }
     static QMutex &gate(Queue &queue) { return queue.loadGate(); }
+    /// To be kept longer than the queue.
+    static std::shared_ptr<QMutex> sharedGate(Queue &queue) { return queue.m_loadGate; }
     static int chunkSize(const Queue &queue) { return queue.m_chunkSize; }
     static int limit(const Queue &queue) { return queue.m_loadLimit; }
 };

@@ -217,6 +217,91 @@ TEST_F(QueueHangTest, ANewObjectOfTheQueueKeepsItsReportsWhenTheOldOnesCallEnds)
     EXPECT_THAT(QueueUpdateMgrProbe::watched(), ElementsAre(14));
 }
 
+TEST_F(QueueHangTest, AWorkerThatIsLateLeavesTheReportsOfANewObjectOfTheQueue)
+{
+    std::unique_ptr<Queue> queue = hanging("Q.LIVE2", "GetList");
+    const std::shared_ptr<QMutex> gate = QueueProbe::sharedGate(*queue);
+    gate->lock();
+    server.faults().clear();
+    ASSERT_TRUE(comesTrue([&] { return queue->Size() == 20; }));
+    std::this_thread::sleep_for(std::chrono::milliseconds(20)); // until the worker waits at the gate
+    queue.reset();
+    const std::unique_ptr<Queue> again = load("Q.LIVE2");
+    server.calls().take();
+    gate->unlock();
+    ASSERT_TRUE(nothingHangs());
+    EXPECT_THAT(callsOf({text("put_Update")}), IsEmpty());
+    EXPECT_TRUE(again->GetUpdate());
+}
+
+namespace {
+
+/// Stays in the host's Completed until it is let go.
+class LateQueue : public Queue
+{
+public:
+    LateQueue(const IDispatchPtr &object, std::promise<void> &inside, std::promise<void> &leave)
+        : Queue(object)
+        , m_inside(inside)
+        , m_leave(leave)
+    {}
+
+    void Completed() override
+    {
+        Queue::Completed();
+        m_inside.set_value();
+        m_leave.get_future().wait();
+    }
+
+private:
+    std::promise<void> &m_inside;
+    std::promise<void> &m_leave;
+};
+
+/// Goes when it is loaded.
+class ShortLivedQueue : public Queue
+{
+public:
+    ShortLivedQueue(const IDispatchPtr &object, std::promise<void> &gone)
+        : Queue(object)
+        , m_gone(gone)
+    {}
+
+    void Completed() override
+    {
+        std::promise<void> &gone = m_gone;
+        delete this;
+        gone.set_value();
+    }
+
+private:
+    std::promise<void> &m_gone;
+};
+
+} // namespace
+
+TEST_F(QueueHangTest, AQueueStaysUntilTheHostHasDealtWithTheEndOfItsLoad)
+{
+    std::promise<void> inside;
+    std::promise<void> leave;
+    server.faults().failNext(text("GetList"), Fault::hang(30)); // until the object is whole
+    auto queue = std::make_unique<LateQueue>(object("Q.SHORT"), inside, leave);
+    inside.get_future().wait();
+    auto going = std::async(std::launch::async, [&] { queue.reset(); });
+    EXPECT_EQ(going.wait_for(std::chrono::milliseconds(500)), std::future_status::timeout);
+    leave.set_value();
+    going.get();
+}
+
+TEST_F(QueueHangTest, AQueueMayGoAtTheEndOfItsOwnLoad)
+{
+    std::promise<void> gone;
+    server.faults().failNext(text("GetList"), Fault::hang(30)); // until the object is whole
+    new ShortLivedQueue(object("Q.SHORT"), gone);
+    EXPECT_EQ(gone.get_future().wait_for(std::chrono::milliseconds(patience)), std::future_status::ready);
+    EXPECT_TRUE(nothingHangs());
+}
+
 // The worker looks for the session when it is let go at last, and meets the session's end.
 TEST_F(QueueHangTest, TheSessionGoesWhileTheWorkerOfAQueueThatIsGoneLooksForIt)
 {

@@ -2,6 +2,8 @@
 
 #include <gmock/gmock.h>
 
+#include <stdexcept>
+
 #include <quire/tree/AttributeKeys.h>
 
 #include "tree/QueueFixture.h"
@@ -575,6 +577,15 @@ TEST_F(QueueTest, RefreshReadsTheStoriesAnew)
     expectFirst(*queue, 200);
 }
 
+TEST_F(QueueTest, RefreshWithoutASessionLeavesTheStories)
+{
+    const std::unique_ptr<Queue> queue = load("Q.SHORT");
+    QuireCOM::UnloadCOM();
+    queue->Refresh();
+    EXPECT_TRUE(queue->IsFinished());
+    expectFirst(*queue, 45);
+}
+
 TEST_F(QueueTest, RefreshDuringALoadBringsNoStoryTwice)
 {
     for (int hanging = 1; hanging <= 3; ++hanging) {
@@ -647,6 +658,29 @@ TEST_F(QueueTest, AnAbandonedLoadDoesNotCompleteTheNext)
     ASSERT_TRUE(comesTrue([&] { return queue.IsComplete(); }));
     expectFirst(queue, 45);
     ASSERT_TRUE(comesTrue([&] { return queue.IsFinished(); }));
+}
+
+namespace {
+
+/// Has something to say against its end.
+class ObjectingQueue : public Queue
+{
+public:
+    using Queue::Queue;
+    ~ObjectingQueue() override { cancelQueueLoad(true); }
+
+    void Completed() override { throw std::runtime_error("the host is busy"); }
+};
+
+} // namespace
+
+TEST_F(QueueTest, WhatTheHostThrowsWhenALoadHasEndedIsAnErrorOfTheLoad)
+{
+    server.faults().failNext(text("GetList"), Fault::hang(30)); // until the object is whole
+    ObjectingQueue queue(object("Q.SHORT"));
+    ASSERT_TRUE(comesTrue([&] { return queue.IsComplete(); }));
+    EXPECT_EQ(queue.GetError(), static_cast<qint32>(E_FAIL));
+    expectFirst(queue, 45);
 }
 
 // ---- loading at once ------------------------------------------------------------------------------------------------
