@@ -31,6 +31,7 @@ TEST(ComStringNative, NullStaysNull)
     EXPECT_EQ(local(_bstr_t()), "(null)");
     EXPECT_EQ(local(_bstr_t(static_cast<const char *>(nullptr))), "(null)");
     EXPECT_TRUE(!_bstr_t(static_cast<const OLECHAR *>(nullptr)));
+    EXPECT_EQ(_bstr_t().copy(), nullptr);
 }
 
 TEST(ComStringNative, CharactersOutsideTheBasicPlaneComeFromWideText)

@@ -5,6 +5,8 @@
 #include <gmock/gmock.h>
 
 #include <future>
+#include <memory>
+#include <vector>
 
 #include <quire/platform/Automation.h>
 #include <quire/tree/ItemList.h>
@@ -79,6 +81,20 @@ TEST_F(ListMutexLockerTest, LockerOnSameThreadDoesNotAcquireTwice)
         EXPECT_FALSE(inner.Owns());
     }
     EXPECT_FALSE(isFree()); // the inner one has released nothing
+}
+
+TEST_F(ListMutexLockerTest, LockersMayGoInAnyOrder)
+{
+    QMutex mutexes[3];
+    std::vector<std::unique_ptr<ListMutexLocker>> lockers;
+    for (QMutex &each : mutexes)
+        lockers.push_back(std::make_unique<ListMutexLocker>("list", &each));
+    for (const std::size_t gone : {std::size_t{1}, std::size_t{0}, std::size_t{2}}) {
+        EXPECT_FALSE(ListMutexLocker("again", &mutexes[gone]).Owns());
+        lockers[gone].reset();
+        const ListMutexLocker anew("anew", &mutexes[gone]);
+        EXPECT_TRUE(anew.Owns());
+    }
 }
 
 TEST_F(ListMutexLockerTest, TryingOnSameThreadSucceedsWithoutAcquiring)

@@ -90,6 +90,13 @@ void QueueFixture::TearDown()
     Queue::sLoadIncrement = 200;
 }
 
+void QueueFixture::letLoad(Queue &queue)
+{
+    QueueProbe::gate(queue).lock();
+    QueueProbe::gate(queue).unlock();
+    server.faults().clear();
+}
+
 bool QueueFixture::nothingHangs()
 {
     return comesTrue([this] { return server.faults().hanging() == 0; }) && comesTrue([] {

@@ -75,6 +75,8 @@ protected:
 
     /// That the list holds exactly the first stories of its queue, as many as that.
     static void expectFirst(Quire::Queue &queue, int count);
+    /// Ends the hang of the queue's load, which then finds the object whole.
+    void letLoad(Quire::Queue &queue);
     /// Waits until no call hangs, nobody has the access lock and no worker is left that was abandoned.
     bool nothingHangs();
 

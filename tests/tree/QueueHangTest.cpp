@@ -284,8 +284,9 @@ TEST_F(QueueHangTest, AQueueStaysUntilTheHostHasDealtWithTheEndOfItsLoad)
 {
     std::promise<void> inside;
     std::promise<void> leave;
-    server.faults().failNext(text("GetList"), Fault::hang(30)); // until the object is whole
+    server.faults().failNext(text("GetList"), Fault::hang(patience));
     auto queue = std::make_unique<LateQueue>(object("Q.SHORT"), inside, leave);
+    letLoad(*queue);
     inside.get_future().wait();
     auto going = std::async(std::launch::async, [&] { queue.reset(); });
     EXPECT_EQ(going.wait_for(std::chrono::milliseconds(500)), std::future_status::timeout);
@@ -296,8 +297,8 @@ TEST_F(QueueHangTest, AQueueStaysUntilTheHostHasDealtWithTheEndOfItsLoad)
 TEST_F(QueueHangTest, AQueueMayGoAtTheEndOfItsOwnLoad)
 {
     std::promise<void> gone;
-    server.faults().failNext(text("GetList"), Fault::hang(30)); // until the object is whole
-    new ShortLivedQueue(object("Q.SHORT"), gone);
+    server.faults().failNext(text("GetList"), Fault::hang(patience));
+    letLoad(*new ShortLivedQueue(object("Q.SHORT"), gone));
     EXPECT_EQ(gone.get_future().wait_for(std::chrono::milliseconds(patience)), std::future_status::ready);
     EXPECT_TRUE(nothingHangs());
 }

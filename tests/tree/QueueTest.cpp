@@ -676,8 +676,9 @@ public:
 
 TEST_F(QueueTest, WhatTheHostThrowsWhenALoadHasEndedIsAnErrorOfTheLoad)
 {
-    server.faults().failNext(text("GetList"), Fault::hang(30)); // until the object is whole
+    server.faults().failNext(text("GetList"), Fault::hang(patience));
     ObjectingQueue queue(object("Q.SHORT"));
+    letLoad(queue);
     ASSERT_TRUE(comesTrue([&] { return queue.IsComplete(); }));
     EXPECT_EQ(queue.GetError(), static_cast<qint32>(E_FAIL));
     expectFirst(queue, 45);
