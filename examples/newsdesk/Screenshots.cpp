@@ -8,7 +8,6 @@
 #include <QLineEdit>
 #include <QPixmap>
 #include <QTextEdit>
-#include <QTimer>
 #include <QTreeView>
 
 #include <algorithm>
@@ -93,6 +92,9 @@ Screenshots::Screenshots(MainWindow &window, Session &session, const QString &fo
     addReading();
     addEditing();
     addDark();
+    m_pause.setSingleShot(true);
+    m_pause.setInterval(step);
+    connect(&m_pause, &QTimer::timeout, this, &Screenshots::look);
     connect(&session, &Session::signedOn, this, &Screenshots::next);
 }
 
@@ -218,7 +220,7 @@ void Screenshots::next()
     }
     m_looks = 0;
     m_scenes[m_scene].act();
-    QTimer::singleShot(step, this, &Screenshots::look);
+    m_pause.start();
 }
 
 void Screenshots::look()
@@ -227,7 +229,7 @@ void Screenshots::look()
     const bool ready = scene.isReady();
     ++m_looks;
     if ((!ready || m_looks < settling) && m_looks < mostLooks) {
-        QTimer::singleShot(step, this, &Screenshots::look);
+        m_pause.start();
         return;
     }
     m_complete = m_complete && ready;

@@ -2,6 +2,7 @@
 
 #include <QObject>
 #include <QString>
+#include <QTimer>
 
 #include <functional>
 #include <vector>
@@ -52,6 +53,7 @@ private:
     const QString m_folder;
     std::vector<Scene> m_scenes;
     std::size_t m_scene = 0;
+    QTimer m_pause; // between looks
     int m_looks = 0;
     bool m_complete = true;
 };

@@ -12,12 +12,12 @@ Session::Session(const Options &options, QObject *parent)
     m_thread.setObjectName(QStringLiteral("session"));
     m_thread.start();
     // The worker joins the automation library in its constructor, so it is made where it works.
-    auto *const starter = new QObject;
-    starter->moveToThread(&m_thread);
+    m_starter.moveToThread(&m_thread);
     QMetaObject::invokeMethod(
-        starter,
+        &m_starter,
         [this, options] {
             m_worker = new SessionWorker(options);
+            connect(this, &Session::signOnWanted, m_worker, &SessionWorker::signOn);
             connect(m_worker, &SessionWorker::signedOn, this, &Session::takeSignOn);
             connect(m_worker, &SessionWorker::refused, this, &Session::refused);
             connect(
@@ -30,7 +30,6 @@ Session::Session(const Options &options, QObject *parent)
         },
         Qt::BlockingQueuedConnection);
     connect(&m_thread, &QThread::finished, m_worker, &QObject::deleteLater);
-    connect(&m_thread, &QThread::finished, starter, &QObject::deleteLater);
 }
 
 Session::~Session()
@@ -40,7 +39,7 @@ Session::~Session()
 
 void Session::signOn()
 {
-    QMetaObject::invokeMethod(m_worker, &SessionWorker::signOn, Qt::QueuedConnection);
+    Q_EMIT signOnWanted();
 }
 
 void Session::takeSignOn(const QString &user, const QString &place)

@@ -42,10 +42,13 @@ Q_SIGNALS:
     void refused(const QString &text);
     /// The server has ended the session.
     void loggedOut();
+    /// To the session's thread.
+    void signOnWanted();
 
 private:
     void takeSignOn(const QString &user, const QString &place);
 
+    QObject m_starter; // of the thread: has it begin
     QThread m_thread;
     SessionWorker *m_worker = nullptr; // of the thread
     Newsroom::Server *m_server = nullptr;

@@ -163,8 +163,8 @@ void StoryPane::connectModel()
 
 void StoryPane::addStyleKeys()
 {
-    const auto onKey = [this](int key, const std::function<void()> &change) {
-        auto *const shortcut = new QShortcut(QKeySequence(Qt::CTRL + key), m_text);
+    const auto onKey = [this](Qt::Key key, const std::function<void()> &change) {
+        auto *const shortcut = new QShortcut(QKeySequence(int{Qt::ControlModifier} | int{key}), m_text);
         shortcut->setContext(Qt::WidgetShortcut);
         connect(shortcut, &QShortcut::activated, this, [this, change] {
             if (!m_text->isReadOnly())
