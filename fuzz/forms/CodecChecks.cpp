@@ -48,7 +48,7 @@ QString shownDate(long serverTime, const QString &otherwise)
     std::tm date = {};
     date.tm_year = -1;
     ConvertOrvex2Date(serverTime, &date);
-    std::array<char, 256> text;
+    std::array<char, 256> text{};
     if (date.tm_year == -1 || std::strftime(text.data(), text.size(), "%x %H:%M:%S", &date) > 31)
         return otherwise;
     return QString::fromLocal8Bit(text.data());
@@ -56,7 +56,7 @@ QString shownDate(long serverTime, const QString &otherwise)
 
 QString shownDuration(long seconds)
 {
-    std::array<char, 64> text;
+    std::array<char, 64> text{};
     const long minutes = seconds / 60;
     if (minutes < 60)
         std::snprintf(text.data(), text.size(), "%ld:%02ld", minutes, seconds % 60);
@@ -73,7 +73,7 @@ QString shownClockTime(QString value)
     if (!relative)
         value.remove(0, 1);
     const long seconds = value.toInt();
-    std::array<char, 64> text;
+    std::array<char, 64> text{};
     std::snprintf(text.data(), text.size(), "%ld:%02ld:%02ld", seconds / 3600, seconds / 60 % 60, seconds % 60);
     return QLatin1String(relative ? "+" : "") + QString::fromLatin1(text.data());
 }

@@ -138,7 +138,7 @@ QString checkEvents(const QByteArray &bytes)
     Expected expected;
     while (!input.atEnd()) {
         sendEvent(input, search, &object, &expected);
-        const QString wrong = difference(*search.list, expected);
+        QString wrong = difference(*search.list, expected);
         if (!wrong.isEmpty())
             return wrong;
     }

@@ -68,7 +68,7 @@ QString checkIdentifiers(const QString &text)
         Quire::String2StoryID(text, &id, base);
         if (!isSame(id, readInPieces(text, base)))
             return QStringLiteral("other numbers in base %1").arg(base);
-        const QString wrong = checkWritten(id);
+        QString wrong = checkWritten(id);
         if (!wrong.isEmpty())
             return wrong;
     }

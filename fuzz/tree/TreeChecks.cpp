@@ -24,7 +24,7 @@ int expectedSize(const Fuzz::StrangeArray &array, const VARIANT &value)
     const bool isArray = (value.vt & VT_ARRAY) != 0;
     const VARTYPE type = array.type();
     const bool isHolder = type == VT_DISPATCH || type == VT_UNKNOWN || type == VT_VARIANT;
-    const ULONG size = type == VT_VARIANT ? sizeof(VARIANT) : sizeof(IDispatch *);
+    const ULONG size = type == VT_VARIANT ? sizeof(VARIANT) : sizeof(void *);
     const bool counts = isArray && value.byref && isHolder && array.isPlainRow() && array.elementSize() == size;
     return counts ? static_cast<int>(array.size()) : 0;
 }

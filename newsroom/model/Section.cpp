@@ -8,7 +8,7 @@ namespace {
 
 struct NamedSection
 {
-    qint32 bit;
+    qint32 bit = 0;
     QLatin1String name;
 };
 

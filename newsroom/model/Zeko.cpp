@@ -52,7 +52,7 @@ bool appendReference(const QStringRef &name, QString *out)
     static const struct
     {
         QLatin1String name;
-        char character;
+        char character = 0;
     } entities[] = {{QLatin1String("amp"), '&'},
                     {QLatin1String("lt"), '<'},
                     {QLatin1String("gt"), '>'},

@@ -100,7 +100,7 @@ Model::NewStory makeStory(qint32 queue, int number)
 
 std::shared_ptr<Model> generatedModel(const GeneratedSize &size)
 {
-    const std::shared_ptr<Model> model = Model::fromText(QString::fromUtf8(system));
+    std::shared_ptr<Model> model = Model::fromText(QString::fromUtf8(system));
     int number = 0;
     for (int queue = 0; queue < size.queues; ++queue) {
         QueueSettings settings;

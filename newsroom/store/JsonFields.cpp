@@ -38,7 +38,7 @@ User userFrom(JsonFields *fields)
 
 JsonFields::JsonFields(const QByteArray &json)
 {
-    QJsonParseError parsed;
+    QJsonParseError parsed{};
     const QJsonDocument document = QJsonDocument::fromJson(json, &parsed);
     if (parsed.error != QJsonParseError::NoError)
         fail(QStringLiteral("%1 at byte %2").arg(parsed.errorString()).arg(parsed.offset));
