@@ -60,9 +60,8 @@ QString checkSection(qint32 section, const QString &markup)
 
 QString normalised(QString text)
 {
-    return text.remove(QChar(0))
-        .replace(QLatin1String("\r\n"), QLatin1String("\n"))
-        .replace(QLatin1Char('\r'), QLatin1Char('\n'));
+    text.replace(QLatin1String("\r\n"), QLatin1String("\n")).replace(QLatin1Char('\r'), QLatin1Char('\n'));
+    return text.remove(QChar(0));
 }
 
 QString checkPlain(const QString &plain)

@@ -44,7 +44,8 @@ QString checkFile(const QByteArray &bytes)
         return QStringLiteral("not read as UTF-8");
     QString whole;
     Quire::LocalStory(path).GetSection(127, whole, true);
-    if (whole != text)
+    const bool isOpened = text.contains(QLatin1String("<a ")); // closes anchors
+    if (!isOpened && whole != text)
         return QStringLiteral("a story has another text than its file");
     if (!text.isValidUtf16())
         return QString(); // UTF-8 cannot hold it

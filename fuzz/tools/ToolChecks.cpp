@@ -35,10 +35,10 @@ bool isRefused(const Use &use)
 std::optional<qint32> decimal(const QString &text)
 {
     static const QRegularExpression pattern(QStringLiteral("^\\s*[-+]?[0-9]+\\s*\\z"));
-    const qint64 value = pattern.match(text).hasMatch() ? text.toLongLong() : 0;
-    const bool fits = value >= std::numeric_limits<qint32>::min() && value <= std::numeric_limits<qint32>::max();
-    return pattern.match(text).hasMatch() && fits && text.trimmed().size() < 100 ? std::optional<qint32>(value)
-                                                                                 : std::nullopt;
+    bool fits = false;
+    const qint64 value = text.toLongLong(&fits);
+    fits = fits && value >= std::numeric_limits<qint32>::min() && value <= std::numeric_limits<qint32>::max();
+    return fits && pattern.match(text).hasMatch() ? std::optional<qint32>(value) : std::nullopt;
 }
 
 QString checkCode(const QString &text)
