@@ -58,6 +58,15 @@ public:
             unlock();
     }
 
+    /// Goes on under the literal \a label, for another step of the same work.
+    template<std::size_t Size>
+    void goOn(const char (&label)[Size])
+    {
+        m_label = label;
+        if (m_owns && sMutexDebugging)
+            QuireCOM::m_LockStr = name();
+    }
+
 private:
     Q_DISABLE_COPY(QuireCOMMutex)
     friend struct QuireCOMMutexProbe; // the tests look at the workers below

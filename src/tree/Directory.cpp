@@ -46,30 +46,31 @@ void addFlags(Item &item, const Pointer &entry)
         flags.addTo(item);
 }
 
-/// Fills the item if the entry is a directory.
-bool describeDirectory(Item &item, const IDispatchPtr &entry)
+void describeDirectory(Item &item, const Orvex::IDirectory2Ptr &directory)
 {
-    const QuireCOMMutex lock("Directory::Populate:piDir");
-    const Orvex::IDirectory2Ptr directory = Dispatch2Dir(entry);
-    if (!directory)
-        return false;
     item.type = Item_Directory;
     item.name = readName(directory);
     addFlags(item, directory);
     addCount(item, directory);
-    return true;
 }
 
-/// Fills the item if the entry is a queue.
-void describeQueue(Item &item, const IDispatchPtr &entry)
+void describeQueue(Item &item, const Orvex::IQueue2Ptr &queue)
 {
-    const QuireCOMMutex lock("Directory::Populate:piQue");
-    const Orvex::IQueue2Ptr queue = Dispatch2Queue(entry);
-    if (!queue)
-        return;
     item.type = Item_Queue;
     item.name = readName(queue);
     addFlags(item, queue);
+}
+
+/// Fills the item if the entry is a directory or a queue. The server is taken once for each of them: twice is felt in a
+/// directory of many queues.
+void describe(Item &item, const IDispatchPtr &entry)
+{
+    QuireCOMMutex lock("Directory::Populate:piDir");
+    if (const Orvex::IDirectory2Ptr directory = Dispatch2Dir(entry))
+        return describeDirectory(item, directory);
+    lock.goOn("Directory::Populate:piQue");
+    if (const Orvex::IQueue2Ptr queue = Dispatch2Queue(entry))
+        describeQueue(item, queue);
 }
 
 bool canSearch()
@@ -168,8 +169,8 @@ void Directory::Populate(IDispatchPtr object)
         item.name.clear();
         item.attributes.clear();
         const ObjectArray::Element entry = entries.at(index);
-        if (entry.object() && !describeDirectory(item, entry.object()))
-            describeQueue(item, entry.object());
+        if (entry.object())
+            describe(item, entry.object());
         Append(item);
     }
 }

@@ -8,6 +8,7 @@
 #include <atomic>
 #include <memory>
 #include <stdexcept>
+#include <future>
 #include <thread>
 
 #include <quire/session/QuireCOM.h>
@@ -438,6 +439,32 @@ TEST(QuireCOMMutex, WritesNoReleaseOfAnUnnamedLocker)
     }
     EXPECT_EQ(debugging.log.texts(), QStringList());
     EXPECT_EQ(QuireCOM::m_LockStr, QString());
+}
+
+TEST(QuireCOMMutex, GoesOnUnderAnotherLabel)
+{
+    const LockDebugging debugging;
+    {
+        QuireCOMMutex lock("first step");
+        lock.goOn("second step");
+        EXPECT_EQ(QuireCOM::m_LockStr, QStringLiteral("second step"));
+        QuireCOMMutex nested("nested");
+        nested.goOn("still nested");
+        EXPECT_EQ(QuireCOM::m_LockStr, QStringLiteral("second step"));
+    }
+    EXPECT_EQ(debugging.log.texts(), QStringList{QStringLiteral("second step unlocked")});
+}
+
+TEST(QuireCOMMutex, KeepsTheServerWhenItGoesOn)
+{
+    QuireCOMMutex lock("first step");
+    lock.goOn("second step");
+    EXPECT_FALSE(std::async(std::launch::async, [] {
+                     const bool got = QuireCOM::m_ComMutex.tryLock();
+                     if (got)
+                         QuireCOM::m_ComMutex.unlock();
+                     return got;
+                 }).get());
 }
 
 TEST(QuireCOMMutex, WritesNamesInLatin1)
