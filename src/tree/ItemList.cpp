@@ -7,6 +7,44 @@
 
 namespace Quire {
 
+namespace {
+
+/// What SortUnique sorts in place of an item: an item is several times as large, and its key is elsewhere.
+class Place
+{
+public:
+    Place(const QString &key, std::size_t index)
+        : m_key(key.constData())
+        , m_size(key.size())
+        , m_index(static_cast<quint32>(index)) // a list's size is an int
+    {}
+
+    std::size_t index() const { return m_index; }
+    bool operator<(const Place &other) const { return key() < other.key(); }
+    bool operator==(const Place &other) const { return key() == other.key(); }
+
+private:
+    QStringView key() const { return QStringView(m_key, m_size); }
+
+    const QChar *m_key;
+    qint32 m_size;
+    quint32 m_index;
+};
+
+/// The places of the first item of each key, in the order of keys.
+std::vector<Place> sortedPlaces(const std::vector<Item> &items)
+{
+    std::vector<Place> places;
+    places.reserve(items.size());
+    for (const Item &item : items)
+        places.emplace_back(item.sortKey, places.size());
+    std::stable_sort(places.begin(), places.end());
+    places.erase(std::unique(places.begin(), places.end()), places.end());
+    return places;
+}
+
+} // namespace
+
 ItemList::ItemList() = default;
 
 ItemList::~ItemList()
@@ -87,23 +125,11 @@ void ItemList::Clear()
 void ItemList::SortUnique()
 {
     const ListMutexLocker lock("ItemList::SortUnique()", m_mutex.get());
-    // Keys and places are sorted, not items: an item is several times as large, and its key is elsewhere.
-    struct Place
-    {
-        QStringView key;
-        Item *item;
-    };
-    std::vector<Place> order;
-    order.reserve(m_items.size());
-    for (Item &item : m_items)
-        order.push_back({item.sortKey, &item});
-    std::stable_sort(order.begin(), order.end(), [](const Place &a, const Place &b) { return a.key < b.key; });
-    order.erase(std::unique(order.begin(), order.end(), [](const Place &a, const Place &b) { return a.key == b.key; }),
-                order.end());
+    const std::vector<Place> places = sortedPlaces(m_items);
     std::vector<Item> sorted;
-    sorted.reserve(order.size());
-    for (const Place &place : order)
-        sorted.push_back(std::move(*place.item));
+    sorted.reserve(places.size());
+    for (const Place &place : places)
+        sorted.push_back(std::move(m_items[place.index()]));
     m_items = std::move(sorted);
     m_size = static_cast<int>(m_items.size());
 }
