@@ -67,6 +67,16 @@ void operator delete[](void *memory, std::size_t) noexcept
     std::free(memory);
 }
 
+void operator delete(void *memory, const std::nothrow_t &) noexcept
+{
+    std::free(memory);
+}
+
+void operator delete[](void *memory, const std::nothrow_t &) noexcept
+{
+    std::free(memory);
+}
+
 NoMemory::NoMemory(int n)
 {
     failed = false;

@@ -248,9 +248,10 @@ public:
 
     void Completed() override
     {
+        std::promise<void> &leave = m_leave; // what is left of the object once it is going is a Queue
         Queue::Completed();
         m_inside.set_value();
-        m_leave.get_future().wait();
+        leave.get_future().wait();
     }
 
 private:
