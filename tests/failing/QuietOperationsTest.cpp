@@ -114,6 +114,11 @@ const std::vector<QuietOperation> session{
     {"DispatchCache::Remove", [](Scene &s) { s.cache.Remove(worldPath()); }},
     {"DispatchCache::Clear", [](Scene &s) { s.cache.Clear(); }},
     {"QuireCOMMutex::QuireCOMMutex", [](Scene &) { const QuireCOMMutex lock("quiet"); }},
+    {"QuireCOMMutex::goOn",
+     [](Scene &) {
+         QuireCOMMutex lock("quiet");
+         lock.goOn("still quiet");
+     }},
     {"QuireCOMMutex::~QuireCOMMutex", [](Scene &) { const QuireCOMMutex lock("quiet"); }},
     {"QuireCOM::operator=", [](Scene &s) { s.session() = *QuireCOM::TheQuireCOM; }},
     {"QuireCOM::GetDLLName", [](Scene &) { QuireCOM::GetDLLName(); }},
