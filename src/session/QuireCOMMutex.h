@@ -60,7 +60,7 @@ public:
 
     /// Goes on under the literal \a label, for another step of the same work.
     template<std::size_t Size>
-    void goOn(const char (&label)[Size])
+    void goOn(const char (&label)[Size]) QUIRE_REQUIRES(serverAccess)
     {
         m_label = label;
         if (m_owns && sMutexDebugging)
