@@ -2,11 +2,8 @@
 
 #include <QHBoxLayout>
 #include <QHeaderView>
-#include <QLabel>
 #include <QLocale>
 #include <QProgressBar>
-#include <QStackedLayout>
-#include <QVBoxLayout>
 
 #include <quire/tree/AttributeKeys.h>
 #include <quire/tree/Queue.h>
@@ -28,41 +25,15 @@ QString shownPath(const QString &path)
 } // namespace
 
 QueuePane::QueuePane(QWidget *parent)
-    : QWidget(parent)
-    , m_heading(new QLabel(this))
-    , m_count(new QLabel(this))
-    , m_progress(new QProgressBar(this))
-    , m_stack(new QStackedLayout)
-    , m_table(new StoryTable(&m_marks, this))
-    , m_empty(new QLabel(this))
+    : TablePane(&m_marks, parent)
 {
-    m_heading->setObjectName(QStringLiteral("heading"));
-    m_heading->setTextFormat(Qt::PlainText);
-    m_count->setObjectName(QStringLiteral("count"));
-    m_progress->setObjectName(QStringLiteral("progress"));
-    m_progress->setAccessibleName(tr("Loading the queue"));
-    m_progress->setTextVisible(false);
-    m_progress->setRange(0, 0); // the server does not tell how long a queue is
-    m_empty->setObjectName(QStringLiteral("empty"));
-    m_empty->setAlignment(Qt::AlignCenter);
-    m_table->setObjectName(QStringLiteral("queue"));
-    m_table->setAccessibleName(tr("Stories of the queue"));
+    head().setContentsMargins(12, 9, 12, 7);
+    progress().setObjectName(QStringLiteral("progress"));
+    progress().setAccessibleName(tr("Loading the queue"));
+    table().setObjectName(QStringLiteral("queue"));
+    table().setAccessibleName(tr("Stories of the queue"));
     m_model.setHeaderColumns({QLatin1String(Quire::Attr_Words)});
-    m_table->setModel(&m_model);
-
-    auto *const head = new QHBoxLayout;
-    head->setContentsMargins(12, 9, 12, 7);
-    head->addWidget(m_heading);
-    head->addStretch(1);
-    head->addWidget(m_count);
-    m_stack->addWidget(m_empty);
-    m_stack->addWidget(m_table);
-    auto *const layout = new QVBoxLayout(this);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(0);
-    layout->addLayout(head);
-    layout->addWidget(m_progress);
-    layout->addLayout(m_stack, 1);
+    table().setModel(&m_model);
 
     using Quire::QueueModel;
     connect(&m_model, &QueueModel::columnsInserted, this, &QueuePane::arrange);
@@ -73,8 +44,8 @@ QueuePane::QueuePane(QWidget *parent)
     connect(&m_model, &QueueModel::loadingChanged, this, &QueuePane::showState);
     connect(&m_model, &QueueModel::finished, this, &QueuePane::endLoad);
     connect(&m_model, &QueueModel::failed, this, &QueuePane::failed);
-    connect(m_table->selectionModel(), &QItemSelectionModel::currentRowChanged, this, &QueuePane::takeCurrent);
-    connect(&m_marks, &UpdateMarks::changed, m_table->viewport(), QOverload<>::of(&QWidget::update));
+    connect(table().selectionModel(), &QItemSelectionModel::currentRowChanged, this, &QueuePane::takeCurrent);
+    connect(&m_marks, &UpdateMarks::changed, table().viewport(), QOverload<>::of(&QWidget::update));
     showState();
 }
 
@@ -85,7 +56,7 @@ void QueuePane::open(const QString &path)
     Quire::Queue::setLoadIncrement(pageOfStories);
     m_marks.clear();
     m_model.open(path);
-    m_table->scrollToTop();
+    table().scrollToTop();
     showState();
 }
 
@@ -106,9 +77,9 @@ void QueuePane::select(const QString &identifier)
     const QModelIndex index = m_model.indexOf(identifier);
     m_selecting = true;
     if (index.isValid())
-        m_table->setCurrentIndex(index.siblingAtColumn(m_table->columnAt(0)));
+        table().setCurrentIndex(index.siblingAtColumn(table().columnAt(0)));
     else
-        m_table->setCurrentIndex(QModelIndex());
+        table().setCurrentIndex(QModelIndex());
     m_selecting = false;
 }
 
@@ -116,7 +87,7 @@ void QueuePane::select(const QString &identifier)
 void QueuePane::arrange()
 {
     const int title = m_model.columnOf(QStringLiteral("title"));
-    m_table->arrangeColumns(title < 0 ? 0 : title, title < 0 ? QList<int>() : QList<int>{0});
+    table().arrangeColumns(title < 0 ? 0 : title, title < 0 ? QList<int>() : QList<int>{0});
 }
 
 void QueuePane::takeCurrent(const QModelIndex &index)
@@ -156,14 +127,8 @@ void QueuePane::endLoad()
 
 void QueuePane::showState()
 {
-    m_heading->setText(m_model.path().isEmpty() ? tr("No queue") : shownPath(m_model.path()));
-    m_count->setText(countText());
-    // It keeps its place: rows must not jump when a load begins.
-    m_progress->setRange(0, m_model.isLoading() ? 0 : 1);
-    m_progress->setProperty("loading", m_model.isLoading());
-    m_empty->setText(emptyText());
-    const bool hasRows = m_model.rowCount() > 0;
-    m_stack->setCurrentIndex(hasRows ? 1 : 0);
+    showHead(m_model.path().isEmpty() ? tr("No queue") : shownPath(m_model.path()), countText());
+    showRows(m_model.rowCount(), m_model.isLoading(), emptyText());
 }
 
 QString QueuePane::countText() const

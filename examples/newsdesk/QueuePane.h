@@ -1,21 +1,14 @@
 #pragma once
 
-#include <QWidget>
-
 #include <quire/models/QueueModel.h>
 
+#include "TablePane.h"
 #include "UpdateMarks.h"
-
-class QLabel;
-class QProgressBar;
-class QStackedLayout;
 
 namespace Desk {
 
-class StoryTable;
-
 /// The stories of a queue, while they arrive. What changes by itself in a live queue is marked.
-class QueuePane : public QWidget
+class QueuePane : public TablePane
 {
     Q_OBJECT
 
@@ -23,7 +16,6 @@ public:
     explicit QueuePane(QWidget *parent = nullptr);
 
     Quire::QueueModel &model() { return m_model; }
-    StoryTable &table() { return *m_table; }
     const UpdateMarks &marks() const { return m_marks; }
 
     /// Shows the queue \a path.
@@ -35,10 +27,8 @@ public:
     void select(const QString &identifier);
 
 Q_SIGNALS:
-    void storyChosen(const QString &queue, const QString &identifier);
     /// A story of the queue has changed on the server.
     void storyChanged(const QString &identifier);
-    void failed(const QString &text);
 
 private:
     void arrange();
@@ -52,12 +42,6 @@ private:
 
     Quire::QueueModel m_model;
     UpdateMarks m_marks;
-    QLabel *m_heading;
-    QLabel *m_count;
-    QProgressBar *m_progress;
-    QStackedLayout *m_stack;
-    StoryTable *m_table;
-    QLabel *m_empty;
     bool m_wasRead = false;   // the queue has been read once
     bool m_loadsAll = false;  // and is to be read to its end
     bool m_selecting = false; // by the program

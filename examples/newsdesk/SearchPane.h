@@ -1,20 +1,15 @@
 #pragma once
 
-#include <QWidget>
-
 #include <quire/models/SearchModel.h>
 
-class QLabel;
-class QProgressBar;
+#include "TablePane.h"
+
 class QPushButton;
-class QStackedLayout;
 
 namespace Desk {
 
-class StoryTable;
-
 /// The hits of a search, while they arrive.
-class SearchPane : public QWidget
+class SearchPane : public TablePane
 {
     Q_OBJECT
 
@@ -22,7 +17,6 @@ public:
     explicit SearchPane(QWidget *parent = nullptr);
 
     Quire::SearchModel &model() { return m_model; }
-    StoryTable &table() { return *m_table; }
 
     /// Searches the directory or queue \a path, which \a type says, and all below.
     void search(const QString &path, Quire::ItemType type, const QString &words);
@@ -30,8 +24,6 @@ public:
     void select(const QString &identifier);
 
 Q_SIGNALS:
-    void storyChosen(const QString &queue, const QString &identifier);
-    void failed(const QString &text);
     /// The way back to the queue.
     void closed();
 
@@ -43,13 +35,7 @@ private:
     Quire::SearchModel m_model;
     QString m_words;
     QString m_path;
-    QLabel *m_heading;
-    QLabel *m_count;
     QPushButton *m_stop;
-    QProgressBar *m_progress;
-    QStackedLayout *m_stack;
-    StoryTable *m_table;
-    QLabel *m_empty;
     bool m_selecting = false; // by the program
 };
 
