@@ -5,10 +5,12 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <atomic>
+#include <future>
+#include <iterator>
 #include <memory>
 #include <stdexcept>
-#include <future>
 #include <thread>
 
 #include <quire/session/QuireCOM.h>
@@ -68,6 +70,21 @@ void waitOnce(const QString &holder, const QString &waiter)
         QThread::msleep(50);
     }
     thread.join();
+}
+
+/// The line about a wait under \a name. The holder may have one, too: an acquisition without a wait is allowed its line
+/// when it crosses the border of a millisecond. A waiter that the system starts late finds the mutex free, and tries
+/// again.
+QStringList linesOfAWait(const QString &waiter, const DebuggerOutput &output)
+{
+    QStringList own;
+    for (int i = 0; i < 20 && own.isEmpty(); ++i) {
+        waitOnce(QStringLiteral("the holder"), waiter);
+        const QStringList lines = output.lines();
+        std::copy_if(lines.begin(), lines.end(), std::back_inserter(own),
+                     [&](const QString &line) { return line.startsWith(QLatin1String("locked(") + waiter.left(200)); });
+    }
+    return own;
 }
 
 } // namespace
@@ -376,8 +393,7 @@ TEST(QuireCOMMutex, ANestedLockerDoesNotChangeTheNameOfTheLastHolder)
 TEST(QuireCOMMutex, WritesWhoWaitedHowLongAndForWhom)
 {
     const LockDebugging debugging;
-    waitOnce(QStringLiteral("the holder"), QStringLiteral("the waiter"));
-    const QStringList lines = debugging.output.lines();
+    const QStringList lines = linesOfAWait(QStringLiteral("the waiter"), debugging.output);
     ASSERT_EQ(lines.size(), 1);
     const QRegularExpression form(QStringLiteral("\\Alocked\\(the waiter\\) [1-9][0-9]* ms \\[the holder\\]\n\\z"));
     EXPECT_TRUE(form.match(lines.first()).hasMatch()) << lines.first().toStdString();
@@ -388,8 +404,7 @@ TEST(QuireCOMMutex, CutsALineThatIsLongerThanItsBuffer)
 {
     const LockDebugging debugging;
     const QString longName(1000, QLatin1Char('x'));
-    waitOnce(QStringLiteral("holder"), longName);
-    const QStringList lines = debugging.output.lines();
+    const QStringList lines = linesOfAWait(longName, debugging.output);
     ASSERT_EQ(lines.size(), 1);
     EXPECT_EQ(lines.first(), QLatin1String("locked(") + QString(248, QLatin1Char('x')));
 }
