@@ -1,7 +1,5 @@
 // --trace: a line for every call to the server, and nothing that was not called.
 
-#include <QJsonDocument>
-
 #include <gmock/gmock.h>
 
 #include <algorithm>
@@ -14,42 +12,13 @@
 #include "CommandLine.h"
 #include "Program.h"
 #include "RegisteredServer.h"
+#include "TraceLines.h"
 #include "Words.h"
 #include "trace/Tracing.h"
 
 namespace {
 
 using testing::Contains;
-
-/// The lines of a trace, each of which must be an object.
-std::vector<QJsonObject> linesOf(const QByteArray &trace)
-{
-    EXPECT_TRUE(trace.isEmpty() || trace.endsWith('\n'));
-    std::vector<QJsonObject> lines;
-    for (const QByteArray &line : trace.split('\n')) {
-        if (line.isEmpty())
-            continue;
-        lines.push_back(QJsonDocument::fromJson(line).object());
-        EXPECT_FALSE(lines.back().isEmpty()) << line.constData();
-    }
-    return lines;
-}
-
-/// "QuireCOM::Connect ISignon4::Connect 0x00000000"
-QString text(const QJsonObject &line)
-{
-    return line.value(QStringLiteral("label")).toString() + QLatin1Char(' ') +
-           line.value(QStringLiteral("operation")).toString() + QLatin1Char(' ') +
-           line.value(QStringLiteral("hresult")).toString();
-}
-
-std::vector<QString> texts(const QByteArray &trace)
-{
-    std::vector<QString> result;
-    for (const QJsonObject &line : linesOf(trace))
-        result.push_back(text(line));
-    return result;
-}
 
 // ---- the option -----------------------------------------------------------------------------------------------------
 
