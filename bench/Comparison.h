@@ -46,15 +46,6 @@ public:
         return ratio <= bound;
     }
 
-    /// Prints the ratio of two medians that has no bound but is worth knowing.
-    void tells(const char *what, const char *rival) const
-    {
-        const auto measured = m_medians.find(what);
-        const auto compared = m_medians.find(rival);
-        if (measured != m_medians.end() && compared != m_medians.end())
-            std::printf("%-16s / %-16s = %.2f\n", what, rival, measured->second / compared->second);
-    }
-
     /// Prints a median; true when it is within its bound in nanoseconds. For benchmarks that are shown in these.
     bool takes(const char *what, double nanoseconds) const
     {
