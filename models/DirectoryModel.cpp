@@ -27,6 +27,7 @@ std::pair<QString, int> keyOf(const Item &item)
 std::vector<std::pair<QString, int>> keysOf(const DirectoryNode &node)
 {
     std::vector<std::pair<QString, int>> keys;
+    keys.reserve(static_cast<std::size_t>(node.size()));
     for (int row = 0; row < node.size(); ++row)
         keys.push_back(keyOf(node.child(row)->item()));
     return keys;
@@ -35,6 +36,7 @@ std::vector<std::pair<QString, int>> keysOf(const DirectoryNode &node)
 std::vector<std::pair<QString, int>> keysOf(const std::vector<Item> &entries)
 {
     std::vector<std::pair<QString, int>> keys;
+    keys.reserve(entries.size());
     for (const Item &entry : entries)
         keys.push_back(keyOf(entry));
     return keys;
@@ -87,6 +89,7 @@ DirectoryNode *DirectoryModel::nodeAt(const QModelIndex &index) const
 
 QModelIndex DirectoryModel::indexOf(const DirectoryNode *node) const
 {
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-const-cast): an index has what it points to as its own
     return node == m_root.get() ? QModelIndex() : createIndex(node->row(), 0, const_cast<DirectoryNode *>(node));
 }
 
@@ -213,7 +216,7 @@ void DirectoryModel::read(DirectoryNode *node, bool anew)
         [this, path = node->item().name, reading, anew]() -> ServerWork::Delivery {
             // Shared, since a function has to be copyable.
             const auto entries = std::make_shared<std::vector<Item>>(readDirectory(path, anew));
-            return [this, entries, reading, anew] { show(reading, std::move(*entries), anew); };
+            return [this, entries, reading, anew] { show(reading, *entries, anew); };
         },
         [this, reading](HRESULT error) { giveUp(reading, error); });
 }
@@ -231,19 +234,19 @@ void DirectoryModel::giveUp(quint64 reading, qint32 error)
     endLoad(error);
 }
 
-void DirectoryModel::show(quint64 reading, std::vector<Item> entries, bool anew)
+void DirectoryModel::show(quint64 reading, const std::vector<Item> &entries, bool anew)
 {
     if (DirectoryNode *const node = takeReading(reading)) {
         node->setState(DirectoryNode::Read);
         node->setWasRead();
-        showChanges(node, std::move(entries));
+        showChanges(node, entries);
         for (int row = 0; anew && row < node->size(); ++row)
             refresh(indexOf(node->child(row)));
     }
     endLoad(0);
 }
 
-void DirectoryModel::showChanges(DirectoryNode *node, std::vector<Item> entries)
+void DirectoryModel::showChanges(DirectoryNode *node, const std::vector<Item> &entries)
 {
     const QModelIndex parent = indexOf(node);
     const bool wasEmpty = node->size() == 0;

@@ -79,11 +79,13 @@ Q_SIGNALS:
     void rootPathChanged(const QString &path);
 
 private:
+    Q_DISABLE_COPY(DirectoryModel)
+
     DirectoryNode *nodeAt(const QModelIndex &index) const;
     QModelIndex indexOf(const DirectoryNode *node) const;
     void read(DirectoryNode *node, bool anew);
-    void show(quint64 reading, std::vector<Item> entries, bool anew);
-    void showChanges(DirectoryNode *node, std::vector<Item> entries);
+    void show(quint64 reading, const std::vector<Item> &entries, bool anew);
+    void showChanges(DirectoryNode *node, const std::vector<Item> &entries);
     void showAttributes(DirectoryNode *node, const std::vector<Item> &entries);
     void giveUp(quint64 reading, qint32 error);
     void forget(DirectoryNode *removed);

@@ -98,6 +98,8 @@ protected:
     void poll() override;
 
 private:
+    Q_DISABLE_COPY(QueueModel)
+
     void reset(const QString &path);
     void ask();
     void start(const std::shared_ptr<WatchedQueue> &queue, const std::vector<Field> &fields);

@@ -66,6 +66,8 @@ protected:
     void poll() override;
 
 private:
+    Q_DISABLE_COPY(SearchModel)
+
     class Running;
 
     void reset();

@@ -96,6 +96,8 @@ protected:
     void timerEvent(QTimerEvent *event) override;
 
 private:
+    Q_DISABLE_COPY(ServerModel)
+
     void setLoads(int loads);
 
     std::unique_ptr<ServerWork> m_work;

@@ -11,6 +11,7 @@ namespace Quire {
 class QUIRE_MODELS_EXPORT ServerTable : public ServerModel
 {
     Q_OBJECT
+    Q_DISABLE_COPY(ServerTable)
 
 public:
     ~ServerTable() override;

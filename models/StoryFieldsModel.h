@@ -149,6 +149,8 @@ Q_SIGNALS:
     void bodyChanged();
 
 private:
+    Q_DISABLE_COPY(StoryFieldsModel)
+
     struct Row
     {
         Field field;

@@ -63,6 +63,8 @@ public:
     ListMutex *mutex() const { return listMutex().get(); }
 
 private:
+    Q_DISABLE_COPY(WatchedQueue)
+
     explicit WatchedQueue(const IDispatchPtr &handle);
     static void end(WatchedQueue *queue);
 

@@ -20,9 +20,9 @@ public:
 private:
     struct Open
     {
-        int depth;
+        int depth = 0;
         QTextCharFormat format; // outside of it
-        bool isParagraph;
+        bool isParagraph = false;
     };
 
     /// False when what is below is not to be visited.

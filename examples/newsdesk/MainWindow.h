@@ -40,6 +40,8 @@ protected:
     void closeEvent(QCloseEvent *event) override;
 
 private:
+    Q_DISABLE_COPY(MainWindow)
+
     void makeActions();
     void makePanes();
     void connectPanes();

@@ -46,6 +46,8 @@ Q_SIGNALS:
     void signOnWanted();
 
 private:
+    Q_DISABLE_COPY(Session)
+
     void takeSignOn(const QString &user, const QString &place);
 
     QObject m_starter; // of the thread: has it begin

@@ -34,6 +34,8 @@ Q_SIGNALS:
     void loggedOut();
 
 private:
+    Q_DISABLE_COPY(SessionWorker)
+
     QString connectToServer();
 
     const Platform::Apartment m_apartment;

@@ -46,6 +46,8 @@ Q_SIGNALS:
     void told(const QString &text);
 
 private:
+    Q_DISABLE_COPY(StoryPane)
+
     QWidget *makeHead();
     QWidget *makeContent();
     void connectModel();

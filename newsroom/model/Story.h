@@ -34,6 +34,7 @@ public:
 
     /// One revision; see Model::addStory.
     Story(Identity identity, StoryText text);
+    ~Story() = default;
 
     Story(const Story &) = delete;
     Story &operator=(const Story &) = delete;

@@ -21,6 +21,8 @@ public:
         : Base(core, ObjectKind::Enumerator, answering)
         , m_items(std::move(items))
     {}
+    Enumerator(const Enumerator &) = delete;
+    Enumerator &operator=(const Enumerator &) = delete;
 
     STDMETHODIMP Next(ULONG count, Item *items, ULONG *fetched) override
     {

@@ -17,6 +17,8 @@ public:
     Registration(REFCLSID clsid, IUnknown *factory);
     ~Registration();
 
+    Registration(const Registration &) = delete;
+    Registration &operator=(const Registration &) = delete;
     /// Takes the registration over.
     Registration(Registration &&other) noexcept;
     /// Revokes its own and takes the other over.

@@ -27,6 +27,8 @@ public:
 
     explicit ServerCore(std::shared_ptr<Model> model);
     ~ServerCore() override;
+    ServerCore(const ServerCore &) = delete;
+    ServerCore &operator=(const ServerCore &) = delete;
 
     Model &model() { return *m_model; }
     const std::shared_ptr<Model> &sharedModel() const { return m_model; }

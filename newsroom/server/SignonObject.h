@@ -27,6 +27,8 @@ public:
     static Owned<SignonObject> make(const std::shared_ptr<ServerCore> &core);
 
     SignonObject(const std::shared_ptr<ServerCore> &core, const std::shared_ptr<Connections> &connections);
+    SignonObject(const SignonObject &) = delete;
+    SignonObject &operator=(const SignonObject &) = delete;
 
     STDMETHODIMP Reserved1() override;
     STDMETHODIMP Disconnect() override;

@@ -29,7 +29,8 @@ public:
     template<class Node, class... Arguments>
     Node *make(Arguments &&...arguments)
     {
-        static_assert(sizeof(Node) <= FirstBlock / 4 && alignof(Node) <= sizeof(void *));
+        static_assert(sizeof(Node) <= FirstBlock / 4);
+        static_assert(alignof(Node) <= sizeof(void *));
         return ::new (allocate(sizeof(Node))) Node(std::forward<Arguments>(arguments)...);
     }
 

@@ -21,6 +21,8 @@ class QUIRE_EXPORT Parser
 {
 public:
     Parser();
+    Parser(const Parser &) = default;
+    Parser &operator=(const Parser &) = default;
     virtual ~Parser();
 
     /// The tree of \a text under a bare root node, never null. The caller owns it.

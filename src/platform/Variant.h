@@ -100,7 +100,7 @@ private:
         VariantInit(&m_variant);
     }
 
-    VARIANT m_variant;
+    VARIANT m_variant{};
 };
 
 inline IDispatchPtr Variant::toDispatch() const

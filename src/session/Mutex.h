@@ -22,6 +22,7 @@ class QUIRE_CAPABILITY("mutex") Mutex
 {
 public:
     Mutex() = default;
+    ~Mutex() = default;
 
     /// Takes the mutex, waiting as long as that takes.
     void lock() QUIRE_ACQUIRE()

@@ -4,6 +4,7 @@
 /// A folder of the server's tree.
 
 #include <QString>
+#include <QtGlobal>
 
 #include <atomic>
 
@@ -79,6 +80,8 @@ protected:
     std::atomic<qint32> m_flags3{0}; ///< The third flag word.
 
 private:
+    Q_DISABLE_COPY(Directory)
+
     static Directory *Make(const IDispatchPtr &object, bool registerQueue);
     Directory *OpenSubDir(int index);
 };

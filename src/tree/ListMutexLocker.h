@@ -72,10 +72,10 @@ private:
     void traceWaiting() const;
 
     QString m_name;
-    const char *m_label; // in place of m_name when the name is a literal
-    QMutex *m_mutex;
-    ListMutex *m_listMutex; // the same mutex, when it is that of a list
-    quint32 m_threadId;
+    const char *m_label = nullptr; // in place of m_name when the name is a literal
+    QMutex *m_mutex = nullptr;
+    ListMutex *m_listMutex = nullptr; // the same mutex, when it is that of a list
+    quint32 m_threadId = 0;
     bool m_locked = false;
     bool m_owns = false;
     ListMutexLocker *m_previous = nullptr; // neighbours among the records that own a mutex

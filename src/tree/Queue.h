@@ -6,6 +6,7 @@
 #include <QDeadlineTimer>
 #include <QMutex>
 #include <QString>
+#include <QtGlobal>
 
 #include <atomic>
 #include <memory>
@@ -147,6 +148,7 @@ protected:
     QMutex &loadGate() { return *m_loadGate; }
 
 private:
+    Q_DISABLE_COPY(Queue)
     friend class Directory;
     friend class QueueListThread;
     friend class QueueLoad;

@@ -40,6 +40,7 @@ protected:
     void run() override;
 
 private:
+    Q_DISABLE_COPY(QueueListThread)
     class Workers;
 
     bool readChunks();

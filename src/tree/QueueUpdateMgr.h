@@ -39,6 +39,7 @@ public:
     static bool NeedsRefresh(Queue *queue, bool clear);
 
 private:
+    Q_DISABLE_COPY(QueueUpdateMgr)
     friend class Queue;
     friend class QueueLoad;
     friend struct QueueUpdateMgrProbe; // the tests look at the lists

@@ -4,6 +4,7 @@
 /// The hits of one search.
 
 #include <QString>
+#include <QtGlobal>
 
 #include <atomic>
 #include <vector>
@@ -46,6 +47,8 @@ public:
     void StopSearch();
 
 private:
+    Q_DISABLE_COPY(SearchList)
+
     std::atomic<bool> m_searchComplete{false};
     std::atomic<qint32> m_totalHits{0};
 };

@@ -57,6 +57,8 @@ protected:
     FrameworkLog log;
 
 private:
+    Q_DISABLE_COPY(ModelTest)
+
     std::optional<Newsroom::Registration> m_registration;
     int m_liveAtFirst = 0;
     qint64 m_textsAtFirst;

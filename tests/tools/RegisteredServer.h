@@ -31,6 +31,8 @@ protected:
     QString body(qint32 number) const;
 
 private:
+    Q_DISABLE_COPY(RegisteredServerTest)
+
     const Tool::Apartment m_apartment;
 
 protected:

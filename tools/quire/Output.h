@@ -21,6 +21,7 @@ public:
     {};
 
     Output();
+    ~Output() = default;
     Output(const Output &) = delete;
     Output &operator=(const Output &) = delete;
 

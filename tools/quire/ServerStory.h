@@ -34,6 +34,8 @@ public:
     void save() override;
 
 private:
+    Q_DISABLE_COPY(ServerStory)
+
     HRESULT lastError() const { return static_cast<HRESULT>(m_story.GetError()); }
     [[noreturn]] void fail(const QString &what) const;
     [[noreturn]] void failChange(const QString &what) const;

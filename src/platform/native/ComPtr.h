@@ -117,12 +117,17 @@ public:
         }
         return *this;
     }
-    _com_ptr_t &operator=(std::nullptr_t) noexcept { return operator=(static_cast<Interface *>(nullptr)); }
+    _com_ptr_t &operator=(std::nullptr_t) noexcept
+    {
+        operator=(static_cast<Interface *>(nullptr));
+        return *this;
+    }
     template<typename N, IfNumber<N> = 0>
     _com_ptr_t &operator=(N null)
     {
         requireNull(null);
-        return operator=(nullptr);
+        operator=(nullptr);
+        return *this;
     }
     template<typename Other>
     _com_ptr_t &operator=(const _com_ptr_t<Other> &other)

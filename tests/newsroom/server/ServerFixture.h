@@ -113,6 +113,8 @@ protected:
     std::vector<Orvex::ISignon4Ptr> kept;
 
 private:
+    Q_DISABLE_COPY(ServerFixture)
+
     /// The class table wants to know whose it is.
     struct Apartment
     {

@@ -55,6 +55,8 @@ public:
     static int alive();
 
 private:
+    Q_DISABLE_COPY(TestSink)
+
     ~TestSink();
 
     HRESULT note(const QString &line);
