@@ -12,6 +12,7 @@ namespace Quire {
 
 namespace {
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the event loop takes it over
 void callLater([[maybe_unused]] QObject *object, [[maybe_unused]] std::function<void()> function)
 {
 #ifndef __clang_analyzer__ // does not see that the event loop owns the function

@@ -65,6 +65,7 @@ void StoryFieldsModel::ask()
             const std::shared_ptr<OpenStory> story = OpenStory::open(path, id);
             const std::vector<Field> fields = story->formFields();
             StoryWish wish{{}, readsBody};
+            wish.fields.reserve(fields.size());
             for (const Field &field : fields)
                 wish.fields.push_back(field.m_Id);
             return [this, story, fields, content = story->content(wish)] { show(story, fields, content); };

@@ -14,6 +14,7 @@ const char *const KindNames[] = {"Signon",     "Directory",    "Queue",    "Stor
 } // namespace
 
 Census::Census()
+    : m_live{}
 {
     for (std::atomic<int> &count : m_live)
         count = 0;

@@ -36,7 +36,7 @@ struct Connections::Connection
 namespace {
 
 /// How many events this thread is inside of: such a thread must not wait for an event to end.
-thread_local int insideEvents = 0; // NOLINT(cppcoreguidelines-avoid-non-const-global-variables)
+thread_local int insideEvents = 0;
 
 DWORD nextCookie()
 {

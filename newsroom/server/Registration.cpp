@@ -5,8 +5,8 @@
 namespace Newsroom {
 
 Registration::Registration(REFCLSID clsid, IUnknown *factory)
+    : m_result(CoRegisterClassObject(clsid, factory, CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE, &m_cookie))
 {
-    m_result = CoRegisterClassObject(clsid, factory, CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE, &m_cookie);
     if (FAILED(m_result))
         m_cookie = 0;
 }

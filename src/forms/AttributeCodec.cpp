@@ -21,7 +21,7 @@ enum class Coding { None, Date, Duration, ClockTime };
 struct CodedField
 {
     QLatin1String name;
-    Coding coding;
+    Coding coding = Coding::None;
 };
 
 const CodedField codedFields[] = {

@@ -33,8 +33,7 @@ FormCache &FormCache::operator=(FormCache &&other) noexcept
 
 FormCache::~FormCache() = default;
 
-// The name comes by value, as hosts know the operation.
-FormData *FormCache::getForm(QString name) // NOLINT(performance-unnecessary-value-param)
+FormData *FormCache::getForm(QString name) // NOLINT(performance-unnecessary-value-param): hosts are built for this form
 {
     if (FormData *form = sFormCache.findForm(name))
         return form;

@@ -157,8 +157,8 @@ void Parser::ParseTag(Tag *parent, const QString &text, int &pos)
     pos = std::max(pos, 0);
     TokenReader reader(parent, text);
     while (pos < text.size()) {
-        int start;
-        int end;
+        int start = -1;
+        int end = -1;
         const Tag::TagType_t type = GetTagString(text, pos, &start, &end);
         if (start < 0) {
             reader.readText(pos, text.size());

@@ -101,7 +101,7 @@ void Tag::AddTag(Tag *tag, bool atFront)
         tag->m_Next = std::exchange(m_Child, tag);
         return;
     }
-    int steps;
+    int steps = 0;
     LastChild(&steps)->m_Next = tag;
     tag->m_Next = nullptr;
     if (steps >= LongWay)

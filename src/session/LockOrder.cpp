@@ -23,8 +23,8 @@ static_assert(names.size() == static_cast<std::size_t>(LockRank::WorkersInside) 
 
 struct Held
 {
-    LockRank rank;
-    const void *lock;
+    LockRank rank{};
+    const void *lock = nullptr;
     LockLabel label;
 };
 
@@ -33,7 +33,7 @@ struct Held
 struct HeldLocks
 {
     std::array<Held, 64> locks;
-    std::size_t count;
+    std::size_t count = 0;
 
     Held *begin() { return locks.data(); }
     Held *end() { return locks.data() + count; }

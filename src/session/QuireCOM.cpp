@@ -88,8 +88,8 @@ QuireCOM::QuireCOM(const QuireCOM &other)
     , m_cache(other.m_cache)
 {
     const MutexLocker guard(other.m_connectInfoMutex);
-    m_server = other.m_server;
-    m_user = other.m_user;
+    m_server = other.m_server; // NOLINT(cppcoreguidelines-prefer-member-initializer): read under the lock
+    m_user = other.m_user;     // NOLINT(cppcoreguidelines-prefer-member-initializer): read under the lock
     m_password = Platform::copyOfSecret(other.m_password);
 }
 
@@ -127,7 +127,7 @@ void QuireCOM::SetUnicode(bool unicode)
     sUseUnicodeInterface = unicode;
 }
 
-bool QuireCOM::registerCOM(QString folder)
+bool QuireCOM::registerCOM(QString folder) // NOLINT(performance-unnecessary-value-param): hosts are built for this form
 {
     const QString path = folder + QLatin1Char('/') + GetDLLName();
     if (!QFile::exists(path))

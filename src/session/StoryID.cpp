@@ -47,6 +47,7 @@ int takeNumber(QStringView *text, int base)
 QString StoryID2String(const StoryID &id, bool full)
 {
     constexpr std::size_t longest = 36; // three numbers and what separates them
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init): what is read of it is written first
     std::array<char, longest> text;
     char *end = append(text.data(), id.part1);
     *end++ = ':';

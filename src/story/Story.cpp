@@ -40,8 +40,8 @@ Story::Story()
 Story::Story(const QString &queuePath, const StoryID *id)
     : Story()
 {
-    m_queuePath = queuePath;
-    m_id = *id;
+    m_queuePath = queuePath; // NOLINT(cppcoreguidelines-prefer-member-initializer): it delegates
+    m_id = *id;              // NOLINT(cppcoreguidelines-prefer-member-initializer): it delegates
     Orvex::IStory2Ptr story;
     {
         const QuireCOMMutex lock("Orvex GetStory");

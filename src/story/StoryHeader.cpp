@@ -15,6 +15,7 @@ const int defaultReadRate = 18;
 
 } // namespace
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): a reference of its own while the call lasts
 void Story::GetHeaderInfo(Orvex::IStory2Ptr story, QString *headerStoryId, int *readRate, QString *keyLock)
 {
     if (readRate)
@@ -33,6 +34,7 @@ void Story::GetHeaderInfo(Orvex::IStory2Ptr story, QString *headerStoryId, int *
         *keyLock = QStringLiteral("lock");
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): hosts are built for this form
 void Story::GetInitialHeaderInfo(QString headerText, QString *headerStoryId, int *readRate, QString *keyLock)
 {
     const HeaderMarkup header(headerText);
@@ -47,6 +49,7 @@ void Story::GetInitialHeaderInfo(QString headerText, QString *headerStoryId, int
         *keyLock = header.meta(QStringLiteral("locked"));
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): a reference of its own while the call lasts
 bool Story::GetHeaderMetaValue(Orvex::IStory2Ptr story, const QString &name, QString &value)
 {
     QString text;
@@ -59,6 +62,7 @@ bool Story::GetHeaderMetaValue(Orvex::IStory2Ptr story, const QString &name, QSt
     return true;
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): a reference of its own while the call lasts
 QString Story::GetHeaderStoryID(Orvex::IStory2Ptr story)
 {
     QString text;
@@ -66,6 +70,7 @@ QString Story::GetHeaderStoryID(Orvex::IStory2Ptr story)
     return HeaderMarkup(text).storyID();
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): a reference of its own while the call lasts
 void Story::GetStoryID(Orvex::IStory2Ptr story, StoryID &id)
 {
     const QuireCOMMutex lock("static::GetStoryID");

@@ -41,6 +41,7 @@ void Story::GetSection(int section, QString &text, bool markup)
         text = answer.toString();
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): a reference of its own while the call lasts
 void Story::GetSection(Orvex::IStory2Ptr story, int section, QString &text, bool markup)
 {
     const QuireCOMMutex lock("static::GetSection");
@@ -66,11 +67,13 @@ bool Story::PutSection(int section, QString &text, bool markup)
 
 // ---- within a text --------------------------------------------------------------------------------------------------
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): hosts are built for this form
 bool Story::GetTextSectionPos(QString &text, QString tag, int &start, int &end)
 {
     return SectionPattern(tag).find(text, &start, &end);
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): hosts are built for this form
 QString Story::ExtractTextSection(QString &text, QString tag)
 {
     return SectionPattern(tag).extract(text);

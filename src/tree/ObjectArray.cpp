@@ -13,7 +13,7 @@ UINT sizeOfObject(VARTYPE type)
     switch (type) {
     case VT_DISPATCH:
     case VT_UNKNOWN:
-        return sizeof(IUnknown *);
+        return sizeof(IUnknown *); // NOLINT(bugprone-sizeof-expression): an element is a pointer
     case VT_VARIANT:
         return sizeof(VARIANT);
     default:

@@ -26,6 +26,7 @@ BSTR allocate(const void *bytes, std::size_t size)
     // A whole NUL character behind an odd number of bytes, too.
     const std::size_t padding = sizeof(OLECHAR) + size % sizeof(OLECHAR);
     const bool mayBe = size <= maximumSize && Platform::Detail::mayAllocate();
+    // NOLINTNEXTLINE(cppcoreguidelines-no-malloc): a text is freed by whoever has it, with SysFreeString
     char *memory = mayBe ? static_cast<char *>(std::malloc(prefix + size + padding)) : nullptr;
     if (!memory)
         return nullptr;
@@ -78,7 +79,7 @@ void SysFreeString(BSTR string)
     if (!string)
         return;
     live.fetch_sub(1, std::memory_order_relaxed);
-    std::free(block(string));
+    std::free(block(string)); // NOLINT(cppcoreguidelines-no-malloc): from allocate
 }
 
 UINT SysStringByteLen(BSTR string)

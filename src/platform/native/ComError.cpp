@@ -1,6 +1,7 @@
 #include <quire/platform/native/ComError.h>
 
 #include <cstdio>
+#include <iterator>
 #include <string>
 
 namespace {
@@ -16,7 +17,7 @@ TCHAR *messageWithoutEntry(HRESULT result, WORD code) noexcept
         std::snprintf(text, sizeof text, "IDispatch error #%d", static_cast<int>(code));
     else
         std::snprintf(text, sizeof text, "Unknown error 0x%0X", static_cast<unsigned>(result));
-    auto *message = static_cast<TCHAR *>(LocalAlloc(LMEM_ZEROINIT, sizeof text * sizeof(TCHAR)));
+    auto *message = static_cast<TCHAR *>(LocalAlloc(LMEM_ZEROINIT, std::size(text) * sizeof(TCHAR)));
     for (std::size_t i = 0; message && text[i] != 0; ++i)
         message[i] = static_cast<TCHAR>(text[i]);
     return message;

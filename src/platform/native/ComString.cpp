@@ -83,12 +83,14 @@ _bstr_t::_bstr_t(BSTR string, bool copy)
 
 _bstr_t &_bstr_t::operator=(const char *text)
 {
-    return operator=(_bstr_t(text));
+    operator=(_bstr_t(text));
+    return *this;
 }
 
 _bstr_t &_bstr_t::operator=(const OLECHAR *text)
 {
-    return operator=(_bstr_t(text));
+    operator=(_bstr_t(text));
+    return *this;
 }
 
 _bstr_t &_bstr_t::operator+=(const _bstr_t &other)

@@ -22,6 +22,7 @@ std::atomic<__int64> live{0};
 
 void *zeroes(std::size_t size)
 {
+    // NOLINTNEXTLINE(cppcoreguidelines-no-malloc): an array is freed by whoever has it, with SafeArrayDestroy
     return Platform::Detail::mayAllocate() ? std::calloc(1, size) : nullptr;
 }
 
@@ -29,6 +30,7 @@ void *zeroes(std::size_t size)
 template<typename T>
 T *hidden(SAFEARRAY *array)
 {
+    // NOLINTNEXTLINE(bugprone-sizeof-expression): a slot may hold a pointer
     return reinterpret_cast<T *>(reinterpret_cast<char *>(array) - sizeof(T));
 }
 
@@ -158,7 +160,7 @@ HRESULT copyElement(SAFEARRAY *array, const void *from, void *to)
     if (array->fFeatures & FADF_BSTR)
         return copyText(*static_cast<const BSTR *>(from), static_cast<BSTR *>(to));
     if (IRecordInfo *info = recordInfoOf(array))
-        return info->RecordCopy(const_cast<void *>(from), to);
+        return info->RecordCopy(const_cast<void *>(from), to); // NOLINT(cppcoreguidelines-pro-type-const-cast): read
     std::memcpy(to, from, array->cbElements);
     if (isInterfaces(array)) {
         if (IUnknown *object = *static_cast<IUnknown *const *>(from))
@@ -230,7 +232,7 @@ SAFEARRAY *SafeArrayCreateEx(VARTYPE type, UINT dimensions, SAFEARRAYBOUND *boun
     if (SUCCEEDED(setType(array, type, extra)) && SUCCEEDED(SafeArrayAllocData(array)))
         return array;
     SafeArrayDestroyDescriptor(array);
-    return nullptr;
+    return nullptr; // NOLINT(clang-analyzer-unix.Malloc): a new descriptor is not locked, so it went
 }
 
 SAFEARRAY *SafeArrayCreate(VARTYPE type, UINT dimensions, SAFEARRAYBOUND *bounds)
@@ -263,7 +265,7 @@ HRESULT SafeArrayDestroyData(SAFEARRAY *array)
     for (std::size_t i = 0; i < count; ++i)
         clearElement(array, elementAt(array, i));
     if (!(array->fFeatures & notOurMemory)) {
-        std::free(array->pvData);
+        std::free(array->pvData); // NOLINT(cppcoreguidelines-no-malloc): from zeroes
         array->pvData = nullptr;
     }
     return S_OK;
@@ -280,7 +282,7 @@ HRESULT SafeArrayDestroyDescriptor(SAFEARRAY *array)
     if (IRecordInfo *info = recordInfoOf(array))
         info->Release();
     live.fetch_sub(1, std::memory_order_relaxed);
-    std::free(reinterpret_cast<char *>(array) - prefix);
+    std::free(reinterpret_cast<char *>(array) - prefix); // NOLINT(cppcoreguidelines-no-malloc): from zeroes
     return S_OK;
 }
 
@@ -556,7 +558,7 @@ HRESULT SafeArrayRedim(SAFEARRAY *array, SAFEARRAYBOUND *bound)
             clearElement(array, elementAt(array, i));
         std::memcpy(memory, array->pvData, std::min(before, after) * array->cbElements);
         if (!(array->fFeatures & notOurMemory))
-            std::free(array->pvData);
+            std::free(array->pvData); // NOLINT(cppcoreguidelines-no-malloc): from zeroes
     }
     array->pvData = memory;
     return S_OK;

@@ -90,6 +90,7 @@ BOOL GetUserNameA(LPSTR name, LPDWORD size)
     return error == ERROR_SUCCESS;
 }
 
+// NOLINTBEGIN(cppcoreguidelines-no-malloc): these are themselves what others own their memory with
 LPVOID CoTaskMemAlloc(SIZE_T size)
 {
     return std::malloc(size ? size : 1);
@@ -110,6 +111,7 @@ HLOCAL LocalFree(HLOCAL memory)
     std::free(memory);
     return nullptr;
 }
+// NOLINTEND(cppcoreguidelines-no-malloc)
 
 namespace Platform {
 
