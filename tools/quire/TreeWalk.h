@@ -28,7 +28,7 @@ private:
     struct Level
     {
         TreeEntry directory;
-        qint32 visited;
+        qint32 visited = 0;
     };
 
     TreeEntry m_entry;
