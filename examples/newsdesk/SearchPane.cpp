@@ -50,8 +50,8 @@ void SearchPane::arrange()
 {
     if (m_model.columnCount() < 2)
         return;
+    table().setLeastWidth(1, 260);
     table().arrangeColumns(0, {});
-    table().setColumnWidth(1, 260);
 }
 
 void SearchPane::select(const QString &identifier)

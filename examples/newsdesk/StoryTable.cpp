@@ -43,29 +43,50 @@ StoryTable::StoryTable(const UpdateMarks *marks, QWidget *parent)
     setHorizontalHeader(new StoryHeader(this));
 }
 
+void StoryTable::setLeastWidth(int column, int width)
+{
+    m_leastWidths.insert(column, width);
+}
+
 void StoryTable::arrangeColumns(int title, const QList<int> &hidden)
 {
     m_title = title;
-    int first = -1;
+    m_shown.clear();
     for (int column = 0; column < model()->columnCount(); ++column) {
         setColumnHidden(column, hidden.contains(column));
-        if (hidden.contains(column))
-            continue;
-        if (first < 0)
-            first = column;
-        setColumnWidth(column, widthOf(column) + (column == first ? StoryHeader::signWidth : 0));
+        if (!hidden.contains(column))
+            m_shown.append(column);
     }
-    m_delegate->setSignColumn(first);
+    m_delegate->setSignColumn(m_shown.value(0, -1));
+    m_letterWidth = 0;
+    fitColumns();
+}
+
+/// Letters are mostly small, digits are not: dates are seen whole where there is the room. Widths that somebody chose
+/// stay until it comes or goes.
+void StoryTable::fitColumns()
+{
+    const int wide = fontMetrics().averageCharWidth();
+    int needed = leastTitle;
+    for (const int column : qAsConst(m_shown))
+        needed += column == m_title ? 0 : widthOf(column, wide);
+    const int letterWidth = needed <= viewport()->width() ? wide : wide * 4 / 5;
+    if (letterWidth != m_letterWidth) {
+        m_letterWidth = letterWidth;
+        for (const int column : qAsConst(m_shown))
+            setColumnWidth(column, widthOf(column, letterWidth));
+    }
     stretchTitle();
 }
 
-/// What the form says, in letters that are mostly small, but room for the title of the column in any case.
-int StoryTable::widthOf(int column) const
+/// What the form says, but room for the title of the column in any case.
+int StoryTable::widthOf(int column, int letterWidth) const
 {
     const QAbstractItemModel &table = *model();
     const int letters = std::clamp(table.headerData(column, Qt::Horizontal, Quire::WidthRole).toInt(), 3, 24);
     const int ofTitle = fontMetrics().horizontalAdvance(table.headerData(column, Qt::Horizontal).toString()) + margins;
-    return std::max(letters * fontMetrics().averageCharWidth() * 4 / 5 + margins, ofTitle);
+    const int ofSign = column == m_shown.first() ? StoryHeader::signWidth : 0;
+    return std::max({letters * letterWidth + margins, ofTitle, m_leastWidths.value(column)}) + ofSign;
 }
 
 void StoryTable::stretchTitle()
@@ -79,7 +100,7 @@ void StoryTable::stretchTitle()
 void StoryTable::resizeEvent(QResizeEvent *event)
 {
     QTableView::resizeEvent(event);
-    stretchTitle();
+    fitColumns();
 }
 
 } // namespace Desk
