@@ -34,7 +34,7 @@ StoryMark markOf(const Item &item)
     return mark;
 }
 
-std::vector<quint64> keysOf(const std::vector<StoryMark> &marks)
+std::vector<quint64> markKeys(const std::vector<StoryMark> &marks)
 {
     std::vector<quint64> keys;
     keys.reserve(marks.size());
@@ -108,7 +108,7 @@ void QueueRows::keepOld(WatchedQueue &queue)
 
 std::vector<RowStep> QueueRows::steps() const
 {
-    return rowSteps(matchRows(keysOf(m_marks), keysOf(m_new)), newSize());
+    return rowSteps(matchRows(markKeys(m_marks), markKeys(m_new)), newSize());
 }
 
 void QueueRows::apply(const RowStep &step)

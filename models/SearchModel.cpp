@@ -34,7 +34,7 @@ private:
 
 namespace {
 
-std::vector<QString> keysOf(const std::vector<Item> &hits)
+std::vector<QString> sortKeys(const std::vector<Item> &hits)
 {
     std::vector<QString> keys;
     keys.reserve(hits.size());
@@ -168,7 +168,7 @@ void SearchModel::append(std::vector<Item> hits)
 /// Makes the rows those of the sorted list: double ones go, the rest is sorted, what has not been seen yet comes.
 void SearchModel::arrange(const std::vector<Item> &hits)
 {
-    std::vector<int> targets = matchRows(keysOf(m_hits), keysOf(hits));
+    std::vector<int> targets = matchRows(sortKeys(m_hits), sortKeys(hits));
     removeMissing(targets);
     sortByTarget(targets);
     insertNew(targets, hits);

@@ -12,7 +12,7 @@ namespace Desk {
 
 namespace {
 
-constexpr double margin = 4;
+constexpr double chipMargin = 4;
 
 /// What people see of it: "a titles-evening".
 QString shown(const QTextFormat &format)
@@ -36,7 +36,7 @@ QFont fontOf(const QTextDocument &document)
 QSizeF ChipObject::intrinsicSize(QTextDocument *document, int /*position*/, const QTextFormat &format)
 {
     const QFontMetricsF metrics(fontOf(*document));
-    return {metrics.horizontalAdvance(shown(format)) + 2 * margin + 4, metrics.height()};
+    return {metrics.horizontalAdvance(shown(format)) + 2 * chipMargin + 4, metrics.height()};
 }
 
 void ChipObject::drawObject(QPainter *painter, const QRectF &rect, QTextDocument *document, int /*position*/,

@@ -9,7 +9,7 @@ namespace Desk {
 
 namespace {
 
-QString tr(const char *text)
+QString serverText(const char *text)
 {
     return QCoreApplication::translate("Desk::NewsServer", text);
 }
@@ -30,12 +30,12 @@ NewsServer::NewsServer(const Options &options)
         m_store = Newsroom::Store::open(options.newsroom, &m_error);
         serve(m_store ? m_store->model() : nullptr);
     } else if (options.stories > 0) {
-        m_name = tr("generated newsroom");
+        m_name = serverText("generated newsroom");
         serve(Newsroom::generatedModel({options.stories, 1}));
     } else if (!options.builtIn && isRegistered()) {
-        m_name = tr("registered server");
+        m_name = serverText("registered server");
     } else {
-        m_name = tr("built-in newsroom");
+        m_name = serverText("built-in newsroom");
         serve(Newsroom::sampleModel(&m_error));
     }
 }

@@ -7,7 +7,7 @@ namespace Desk {
 
 namespace {
 
-QString tr(const char *text)
+QString optionText(const char *text)
 {
     return QCoreApplication::translate("Desk::Options", text);
 }
@@ -15,20 +15,20 @@ QString tr(const char *text)
 void declare(QCommandLineParser &parser)
 {
     parser.setApplicationDescription(
-        tr("A newsroom in a window. Without options it opens the registered server, or the "
-           "built-in sample newsroom where none is registered."));
+        optionText("A newsroom in a window. Without options it opens the registered server, or the "
+                   "built-in sample newsroom where none is registered."));
     parser.addHelpOption();
     parser.addOptions({
-        {QStringLiteral("newsroom"), tr("Open this newsroom folder."), QStringLiteral("DIR")},
-        {QStringLiteral("built-in"), tr("Open the built-in sample newsroom.")},
-        {QStringLiteral("stories"), tr("Open a newsroom made up by rule, with that many stories."),
+        {QStringLiteral("newsroom"), optionText("Open this newsroom folder."), QStringLiteral("DIR")},
+        {QStringLiteral("built-in"), optionText("Open the built-in sample newsroom.")},
+        {QStringLiteral("stories"), optionText("Open a newsroom made up by rule, with that many stories."),
          QStringLiteral("N")},
-        {QStringLiteral("user"), tr("Sign on as this user."), QStringLiteral("NAME")},
-        {QStringLiteral("password"), tr("Better: in QUIRE_PASSWORD."), QStringLiteral("TEXT")},
-        {QStringLiteral("server"), tr("The news server to sign on to."), QStringLiteral("NAME")},
-        {QStringLiteral("open"), tr("Begin with this queue."), QStringLiteral("PATH")},
-        {QStringLiteral("dark"), tr("Begin in dark colours.")},
-        {QStringLiteral("screenshots"), tr("Take pictures of the sample newsroom into this folder, and end."),
+        {QStringLiteral("user"), optionText("Sign on as this user."), QStringLiteral("NAME")},
+        {QStringLiteral("password"), optionText("Better: in QUIRE_PASSWORD."), QStringLiteral("TEXT")},
+        {QStringLiteral("server"), optionText("The news server to sign on to."), QStringLiteral("NAME")},
+        {QStringLiteral("open"), optionText("Begin with this queue."), QStringLiteral("PATH")},
+        {QStringLiteral("dark"), optionText("Begin in dark colours.")},
+        {QStringLiteral("screenshots"), optionText("Take pictures of the sample newsroom into this folder, and end."),
          QStringLiteral("DIR")},
     });
 }

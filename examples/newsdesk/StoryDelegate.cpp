@@ -15,7 +15,7 @@ namespace Desk {
 namespace {
 
 constexpr int signSize = 16;
-constexpr int margin = 4;
+constexpr int cellMargin = 4;
 
 QIcon dot(const QColor &colour)
 {
@@ -50,7 +50,7 @@ void StoryDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
     initStyleOption(&cell, index);
     const QStyle &style = *QApplication::style();
     style.drawPrimitive(QStyle::PE_PanelItemViewItem, &cell, painter, cell.widget);
-    cell.rect.adjust(margin, 0, -margin, 0);
+    cell.rect.adjust(cellMargin, 0, -cellMargin, 0);
     cell.backgroundBrush = Qt::NoBrush;
     cell.state &= ~(QStyle::State_Selected | QStyle::State_HasFocus);
     style.drawControl(QStyle::CE_ItemViewItem, &cell, painter, cell.widget);

@@ -6,11 +6,6 @@ namespace Newsroom {
 
 namespace {
 
-bool isBlank(const QString &line)
-{
-    return line.trimmed().isEmpty();
-}
-
 bool isComment(const QString &line)
 {
     return line.trimmed().startsWith(QLatin1Char('#'));

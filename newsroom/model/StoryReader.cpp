@@ -9,11 +9,6 @@ using Zeko::Token;
 
 namespace {
 
-bool isBlank(const QString &text)
-{
-    return text.trimmed().isEmpty();
-}
-
 /// What a story file in UTF-8 could not hold is written as a reference.
 QString storable(const QString &text)
 {

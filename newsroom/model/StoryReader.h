@@ -10,6 +10,12 @@
 
 namespace Newsroom {
 
+/// Whether there is nothing but blanks in it.
+inline bool isBlank(const QString &text)
+{
+    return text.trimmed().isEmpty();
+}
+
 /// Reads one text: a story element or a row of section elements. For one read.
 class StoryReader
 {

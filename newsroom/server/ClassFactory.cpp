@@ -6,12 +6,12 @@ namespace Newsroom {
 
 namespace {
 
-const CallInterface Interface{"IClassFactory", IID_IClassFactory};
+const CallInterface FactoryInterface{"IClassFactory", IID_IClassFactory};
 
 } // namespace
 
 ClassFactory::ClassFactory(const std::shared_ptr<ServerCore> &core)
-    : ComObject(core, ObjectKind::ClassFactory, Interface)
+    : ComObject(core, ObjectKind::ClassFactory, FactoryInterface)
 {}
 
 STDMETHODIMP ClassFactory::CreateInstance(IUnknown *outer, REFIID iid, void **object)

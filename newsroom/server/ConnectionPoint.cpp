@@ -6,8 +6,8 @@ namespace Newsroom {
 
 namespace {
 
-const CallInterface Interface{"IConnectionPoint", IID_IConnectionPoint};
-const CallInterface EnumeratorInterface{"IEnumConnections", IID_IEnumConnections};
+const CallInterface PointInterface{"IConnectionPoint", IID_IConnectionPoint};
+const CallInterface ConnectionsInterface{"IEnumConnections", IID_IEnumConnections};
 
 } // namespace
 
@@ -21,7 +21,7 @@ ConnectionPoint::ConnectionPoint(IConnectionPointContainer &container, std::shar
 
 CallScope ConnectionPoint::call(const char *operation) const
 {
-    return CallScope(m_core, Interface, operation);
+    return CallScope(m_core, PointInterface, operation);
 }
 
 STDMETHODIMP ConnectionPoint::QueryInterface(REFIID iid, void **object)
@@ -29,7 +29,7 @@ STDMETHODIMP ConnectionPoint::QueryInterface(REFIID iid, void **object)
     if (!object)
         return E_POINTER;
     *object = nullptr;
-    const HRESULT fault = m_core->queryFault(Interface.name);
+    const HRESULT fault = m_core->queryFault(PointInterface.name);
     if (FAILED(fault))
         return fault;
     if (iid != IID_IUnknown && iid != IID_IConnectionPoint)
@@ -73,7 +73,7 @@ STDMETHODIMP ConnectionPoint::EnumConnections(IEnumConnections **connections)
 {
     return call("EnumConnections").out(connections).run([&] {
         using Connected = Enumerator<IEnumConnections, CONNECTDATA>;
-        *connections = makeOwned<Connected>(m_core, EnumeratorInterface, m_connections->list(m_point)).release();
+        *connections = makeOwned<Connected>(m_core, ConnectionsInterface, m_connections->list(m_point)).release();
         return S_OK;
     });
 }

@@ -10,12 +10,12 @@ namespace Newsroom {
 
 namespace {
 
-const CallInterface Interface{"IDirectory2", __uuidof(Orvex::IDirectory2)};
+const CallInterface DirectoryInterface{"IDirectory2", __uuidof(Orvex::IDirectory2)};
 
 } // namespace
 
 DirectoryObject::DirectoryObject(const std::shared_ptr<Session> &session, QString path)
-    : ComObject(session->core(), ObjectKind::Directory, Interface)
+    : ComObject(session->core(), ObjectKind::Directory, DirectoryInterface)
     , m_session(session)
     , m_path(std::move(path))
 {}

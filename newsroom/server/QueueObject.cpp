@@ -10,12 +10,12 @@ namespace Newsroom {
 
 namespace {
 
-const CallInterface Interface{"IQueue2", __uuidof(Orvex::IQueue2)};
+const CallInterface QueueInterface{"IQueue2", __uuidof(Orvex::IQueue2)};
 
 } // namespace
 
 QueueObject::QueueObject(const std::shared_ptr<Session> &session, LONG number)
-    : ComObject(session->core(), ObjectKind::Queue, Interface)
+    : ComObject(session->core(), ObjectKind::Queue, QueueInterface)
     , m_session(session)
     , m_number(number)
 {}

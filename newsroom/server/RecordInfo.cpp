@@ -13,7 +13,7 @@ namespace Newsroom {
 
 namespace {
 
-const CallInterface Interface{"IRecordInfo", IID_IRecordInfo};
+const CallInterface RecordInterface{"IRecordInfo", IID_IRecordInfo};
 
 /// The member of a record at an offset.
 template<class Member>
@@ -67,7 +67,7 @@ Platform::SafeArray RecordInfo::makeArray(const std::shared_ptr<ServerCore> &cor
 }
 
 RecordInfo::RecordInfo(const std::shared_ptr<ServerCore> &core, const Layout &layout)
-    : ComObject(core, ObjectKind::RecordInfo, Interface)
+    : ComObject(core, ObjectKind::RecordInfo, RecordInterface)
     , m_layout(layout)
 {}
 

@@ -15,7 +15,7 @@ using Platform::toQString;
 
 namespace {
 
-const CallInterface Interface{"ISignon4", __uuidof(Orvex::ISignon4)};
+const CallInterface SignonInterface{"ISignon4", __uuidof(Orvex::ISignon4)};
 const CallInterface ContainerInterface{"IConnectionPointContainer", IID_IConnectionPointContainer};
 const CallInterface EnumeratorInterface{"IEnumConnectionPoints", IID_IEnumConnectionPoints};
 
@@ -61,7 +61,7 @@ Owned<SignonObject> SignonObject::make(const std::shared_ptr<ServerCore> &core)
 }
 
 SignonObject::SignonObject(const std::shared_ptr<ServerCore> &core, const std::shared_ptr<Connections> &connections)
-    : ComObject(core, ObjectKind::Signon, Interface)
+    : ComObject(core, ObjectKind::Signon, SignonInterface)
     , m_connections(connections)
     , m_fast(*this, core, connections, Connections::Point::Fast)
     , m_fast2(*this, core, connections, Connections::Point::Fast2)

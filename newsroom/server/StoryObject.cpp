@@ -9,12 +9,12 @@ namespace Newsroom {
 
 namespace {
 
-const CallInterface Interface{"IStory2", __uuidof(Orvex::IStory2)};
+const CallInterface StoryInterface{"IStory2", __uuidof(Orvex::IStory2)};
 
 } // namespace
 
 StoryObject::StoryObject(const std::shared_ptr<Session> &session, const StoryId &id)
-    : ComObject(session->core(), ObjectKind::Story, Interface)
+    : ComObject(session->core(), ObjectKind::Story, StoryInterface)
     , m_session(session)
     , m_id(id)
 {}

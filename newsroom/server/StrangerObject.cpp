@@ -4,12 +4,12 @@ namespace Newsroom {
 
 namespace {
 
-const CallInterface Interface{"IDispatch", IID_IDispatch};
+const CallInterface StrangerInterface{"IDispatch", IID_IDispatch};
 
 } // namespace
 
 StrangerObject::StrangerObject(const std::shared_ptr<ServerCore> &core)
-    : ComObject(core, ObjectKind::Stranger, Interface)
+    : ComObject(core, ObjectKind::Stranger, StrangerInterface)
 {}
 
 } // namespace Newsroom

@@ -15,7 +15,7 @@ namespace Quire {
 namespace {
 
 /// A row and which of the form's cells lie within it: those from firstCell up to endOfCells.
-struct Row
+struct GridRow
 {
     XML::NamedTag *element;
     std::size_t firstCell;
@@ -25,7 +25,7 @@ struct Row
 /// Rows and cells, both in document order. Only cells that name a field, since no others give any.
 struct Grid
 {
-    std::vector<Row> rows;
+    std::vector<GridRow> rows;
     std::vector<XML::NamedTag *> cells;
 };
 
@@ -123,7 +123,7 @@ FormData::FormData(const QString &name, const QString &text)
     Field ofForm;
     read(static_cast<XML::NamedTag &>(*form), ofForm);
     const Grid grid = gridOf(*form);
-    for (const Row &row : grid.rows) {
+    for (const GridRow &row : grid.rows) {
         Field ofRow = ofForm;
         read(*row.element, ofRow);
         for (std::size_t cell = row.firstCell; cell < row.endOfCells; ++cell) {

@@ -19,7 +19,7 @@ Notification *Notification::sNotification = nullptr;
 
 namespace {
 
-QMessageLogger logger(const char *function)
+QMessageLogger noticeLogger(const char *function)
 {
     return QMessageLogger("quireNotification", 0, function);
 }
@@ -221,7 +221,7 @@ HRESULT Notification::Receive(const Event &event)
 HRESULT Notification::raw_OnNotifyLogout()
 {
     return Receive([this] {
-        logger("Notification::raw_OnNotifyLogout").debug("Logout Notification");
+        noticeLogger("Notification::raw_OnNotifyLogout").debug("Logout Notification");
         if (const LogoutCallback callback = m_LogoutCB)
             callback();
     });
@@ -268,7 +268,7 @@ try {
 HRESULT Notification::raw_OnNotifySpecial(LONG queueId)
 {
     return Receive([=] {
-        logger("Notification::raw_OnNotifySpecial").debug("Queue update: %d", static_cast<int>(queueId));
+        noticeLogger("Notification::raw_OnNotifySpecial").debug("Queue update: %d", static_cast<int>(queueId));
         if (const QueueUpdateCallback callback = m_QueueCB)
             callback(queueId);
         else

@@ -17,14 +17,14 @@ struct Text
     const char *comment;
 };
 
-struct Row
+struct ErrorRow
 {
     quint32 number; ///< The low 10 bits of the code.
     Text text;
 };
 
 // clang-format off
-const Row commandErrors[] = {
+const ErrorRow commandErrors[] = {
     {1, QT_TRANSLATE_NOOP3("QObject", "Input command has insufficient arguments.", "orvex error")},
     {2, QT_TRANSLATE_NOOP3("QObject", "Input argument not recognized.", "orvex error")},
     {4, QT_TRANSLATE_NOOP3("QObject", "Subdirectory limit reached.", "orvex error")},
@@ -71,7 +71,7 @@ const Row commandErrors[] = {
     {92, QT_TRANSLATE_NOOP3("QObject", "Queue is production locked.", "orvex error")},
 };
 
-const Row loginErrors[] = {
+const ErrorRow loginErrors[] = {
     {2, QT_TRANSLATE_NOOP3("QObject", "The news system is offline.", "nrcs login error")},
     {3, QT_TRANSLATE_NOOP3("QObject", "Your client system is not part of the news system configuration.", "nrcs login error")},
     {5, QT_TRANSLATE_NOOP3("QObject", "Resource is not available. Please attempt to connect to a different server.", "nrcs login error")},
@@ -92,9 +92,9 @@ QString translated(const Text &text)
 }
 
 template<std::size_t Size>
-QString textOf(const Row (&table)[Size], quint32 number)
+QString textOf(const ErrorRow (&table)[Size], quint32 number)
 {
-    for (const Row &row : table) {
+    for (const ErrorRow &row : table) {
         if (row.number == number)
             return translated(row.text);
     }

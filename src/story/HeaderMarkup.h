@@ -14,6 +14,9 @@ class Tag;
 
 namespace Quire {
 
+/// The reading rate where neither a header nor the system gives one.
+const int defaultReadRate = 18;
+
 /// The two elements of a header that matter, "storyid" and "meta", found once in its text. For one reader.
 class HeaderMarkup
 {

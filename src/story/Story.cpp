@@ -1,6 +1,7 @@
 #include <quire/story/Story.h>
 
 #include "FormFields.h"
+#include "HeaderMarkup.h"
 #include "Sections.h"
 #include "StoryLookup.h"
 #include <quire/forms/AttributeCodec.h>
@@ -16,8 +17,6 @@
 namespace Quire {
 
 namespace {
-
-const qint32 defaultReadRate = 18;
 
 qint32 systemReadRate()
 {

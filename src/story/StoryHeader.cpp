@@ -9,12 +9,6 @@
 
 namespace Quire {
 
-namespace {
-
-const int defaultReadRate = 18;
-
-} // namespace
-
 // NOLINTNEXTLINE(performance-unnecessary-value-param): a reference of its own while the call lasts
 void Story::GetHeaderInfo(Orvex::IStory2Ptr story, QString *headerStoryId, int *readRate, QString *keyLock)
 {

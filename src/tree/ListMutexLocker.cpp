@@ -13,7 +13,7 @@ bool ListMutexLocker::sDebugListLocks = false;
 
 namespace {
 
-QMessageLogger logger(const char *function)
+QMessageLogger lockLogger(const char *function)
 {
     return QMessageLogger("quireDir", 0, function);
 }
@@ -112,7 +112,7 @@ ListMutexLocker::~ListMutexLocker()
     if (!m_listMutex)
         ActiveLockers::remove(this);
     if (sDebugListLocks)
-        logger("ListMutexLocker::unlock").debug("%s unlocked (thread %d)", qUtf8Printable(name()), int(m_threadId));
+        lockLogger("ListMutexLocker::unlock").debug("%s unlocked (thread %d)", qUtf8Printable(name()), int(m_threadId));
 }
 
 QString ListMutexLocker::name() const
@@ -141,7 +141,7 @@ void ListMutexLocker::traceWaiting() const
     QString holder;
     quint32 holderThread = 0;
     if (findHolder(&holder, &holderThread)) {
-        logger("ListMutexLocker::lock")
+        lockLogger("ListMutexLocker::lock")
             .debug("%s (thread %d) blocked on %s (thread %d)", qUtf8Printable(name()), int(m_threadId),
                    qUtf8Printable(holder), int(holderThread));
     }
@@ -158,7 +158,7 @@ void ListMutexLocker::lock()
     m_locked = true;
     m_owns = true;
     if (sDebugListLocks)
-        logger("ListMutexLocker::lock").debug("%s locked (thread %d)", qUtf8Printable(name()), int(m_threadId));
+        lockLogger("ListMutexLocker::lock").debug("%s locked (thread %d)", qUtf8Printable(name()), int(m_threadId));
 }
 
 void ListMutexLocker::noteLocked()
@@ -177,7 +177,8 @@ void ListMutexLocker::tryLock()
         return;
     noteLocked();
     if (sDebugListLocks)
-        logger("ListMutexLocker::trylock").debug("%s trylocked (thread %d)", qUtf8Printable(name()), int(m_threadId));
+        lockLogger("ListMutexLocker::trylock")
+            .debug("%s trylocked (thread %d)", qUtf8Printable(name()), int(m_threadId));
     m_locked = true;
     m_owns = true;
 }

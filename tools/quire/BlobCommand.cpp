@@ -9,8 +9,6 @@ namespace Tool {
 
 namespace {
 
-const QLatin1String standardStream("-");
-
 QJsonObject describe(const BlobName &blob, int size)
 {
     QJsonObject object{{QStringLiteral("mine"), blob.mine}, {QStringLiteral("bytes"), size}};

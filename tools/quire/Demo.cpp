@@ -26,7 +26,7 @@ namespace Tool {
 namespace {
 
 constexpr int widestText = 80;
-constexpr int indent = 2;
+constexpr int narrationIndent = 2;
 constexpr int linesOfTree = 14;
 constexpr int linesOfStory = 12;
 constexpr int fewestCharactersOfStory = 200;
@@ -85,7 +85,7 @@ void Demo::signOn()
 void Demo::walk()
 {
     title(QStringLiteral("2. Walk the tree"));
-    const TreeSummary summary = summarize(m_session.open(QStringLiteral(".")), TreeView(), m_columns - indent);
+    const TreeSummary summary = summarize(m_session.open(QStringLiteral(".")), TreeView(), m_columns - narrationIndent);
     for (const QString &line : summary.lines.mid(0, linesOfTree))
         say(line);
     const int more = summary.lines.size() - linesOfTree;
@@ -146,7 +146,7 @@ void Demo::read()
     const QString markup = opened.section(StorySection::Whole, true);
     say(QStringLiteral("%1, number %2, \"%3\"").arg(queue.path, QString::number(number), story.name));
     say(QString());
-    const QStringList lines = wrapText(text, m_columns - indent);
+    const QStringList lines = wrapText(text, m_columns - narrationIndent);
     for (const QString &line : lines.mid(0, linesOfStory))
         say(line);
     if (lines.size() > linesOfStory)
@@ -283,8 +283,8 @@ void Demo::say(const QString &text)
 {
     if (m_host.options.json)
         return;
-    for (const QString &line : wrapText(visible(text), m_columns - indent))
-        m_host.output.line(line.isEmpty() ? line : QString(indent, QLatin1Char(' ')) + line);
+    for (const QString &line : wrapText(visible(text), m_columns - narrationIndent))
+        m_host.output.line(line.isEmpty() ? line : QString(narrationIndent, QLatin1Char(' ')) + line);
 }
 
 void Demo::check(bool holds, const QString &expected) const

@@ -22,7 +22,7 @@ namespace {
 
 const QLatin1String systemEditor("notepad");
 
-QString quoted(const QString &path)
+QString shellQuoted(const QString &path)
 {
     return QLatin1Char('"') + path + QLatin1Char('"');
 }
@@ -44,14 +44,14 @@ int runInShell(const QString &command)
 {
     const KeyboardForEditor keyboard;
     // The shell takes the outermost quotes away.
-    return _wsystem(reinterpret_cast<const wchar_t *>(quoted(command).utf16()));
+    return _wsystem(reinterpret_cast<const wchar_t *>(shellQuoted(command).utf16()));
 }
 
 #else
 
 const QLatin1String systemEditor("vi");
 
-QString quoted(const QString &path)
+QString shellQuoted(const QString &path)
 {
     QString inner = path;
     return QLatin1Char('\'') + inner.replace(QLatin1Char('\''), QLatin1String("'\\''")) + QLatin1Char('\'');
@@ -88,7 +88,7 @@ QString editorCommand()
         if (command.isEmpty())
             continue;
         const QFileInfo program(command);
-        return program.isAbsolute() && program.isFile() ? quoted(command) : command;
+        return program.isAbsolute() && program.isFile() ? shellQuoted(command) : command;
     }
     return systemEditor;
 }
@@ -98,7 +98,7 @@ QString editorCommand()
 void editFile(const QString &path)
 {
     const QString command = editorCommand();
-    const int code = runInShell(command + QLatin1Char(' ') + quoted(path));
+    const int code = runInShell(command + QLatin1Char(' ') + shellQuoted(path));
     if (code != 0)
         throw Failure(ExitCode::Failed, QStringLiteral("the editor \"%1\" failed (exit code %2); $VISUAL or $EDITOR "
                                                        "names another")

@@ -12,8 +12,6 @@ namespace Tool {
 
 namespace {
 
-const QLatin1String standardStream("-");
-
 [[noreturn]] void fail(const QString &what, const QString &name, const QString &why)
 {
     throw Failure(ExitCode::Failed, QStringLiteral("cannot %1 %2: %3").arg(what, name, why));

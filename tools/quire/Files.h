@@ -10,6 +10,9 @@ namespace Tool {
 
 class Output;
 
+/// The name of the standard input and output.
+inline const QLatin1String standardStream("-");
+
 /// All of the file \a name; "-" is the standard input.
 QByteArray readFile(const QString &name);
 

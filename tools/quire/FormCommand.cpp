@@ -14,18 +14,18 @@ namespace Tool {
 namespace {
 
 // The bits of a style.
-constexpr qint32 bold = 1;
-constexpr qint32 italic = 2;
-constexpr qint32 underlined = 4;
+constexpr qint32 boldStyle = 1;
+constexpr qint32 italicStyle = 2;
+constexpr qint32 underlinedStyle = 4;
 
 QString styleText(qint32 style)
 {
     QStringList words;
-    if (style & bold)
+    if (style & boldStyle)
         words += QStringLiteral("bold");
-    if (style & italic)
+    if (style & italicStyle)
         words += QStringLiteral("italic");
-    if (style & underlined)
+    if (style & underlinedStyle)
         words += QStringLiteral("underlined");
     return words.join(QLatin1Char(' '));
 }

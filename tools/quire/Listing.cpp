@@ -6,12 +6,6 @@
 
 namespace Tool {
 
-namespace {
-
-constexpr int gap = 2;
-
-} // namespace
-
 void Listing::add(const QString &caption, const QString &text)
 {
     m_entries.emplace_back(visible(caption), visible(text));
@@ -26,8 +20,8 @@ QStringList Listing::lines(int columns) const
     QStringList lines;
     for (const auto &[caption, text] : m_entries) {
         QString lead = isolate(fitText(caption, captionColumns));
-        for (const QString &part : wrapText(text, columns - captionColumns - gap)) {
-            const QString blanks(gap, QLatin1Char(' '));
+        for (const QString &part : wrapText(text, columns - captionColumns - columnGap)) {
+            const QString blanks(columnGap, QLatin1Char(' '));
             lines += part.isEmpty() ? lead : padText(lead, captionColumns) + blanks + isolate(part);
             lead.clear();
         }

@@ -11,7 +11,7 @@ namespace Tool {
 
 namespace {
 
-constexpr int indent = 2;
+constexpr int levelIndent = 2;
 constexpr int deepestIndented = 16;
 
 /// What a drawing has shown.
@@ -63,7 +63,7 @@ QString describe(XML::Tag &node, Counts &counts)
 QString indentation(int depth)
 {
     const int level = depth - 1;
-    const QString blanks(std::min(level, deepestIndented) * indent, QLatin1Char(' '));
+    const QString blanks(std::min(level, deepestIndented) * levelIndent, QLatin1Char(' '));
     return level > deepestIndented ? blanks + QStringLiteral("(%1) ").arg(depth) : blanks;
 }
 

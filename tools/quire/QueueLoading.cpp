@@ -12,7 +12,7 @@ namespace Tool {
 
 namespace {
 
-constexpr unsigned long pollMilliseconds = 2;
+constexpr unsigned long loadPollMilliseconds = 2;
 
 /// A bar with what it says in words behind it.
 QString progressText(int loaded, int whole)
@@ -34,7 +34,7 @@ void waitForLoad(Quire::Queue &queue, int whole, Output &output)
     while (!queue.IsComplete()) {
         if (queue.HasChanged(true))
             output.progress(progressText(queue.Size(), whole));
-        QThread::msleep(pollMilliseconds);
+        QThread::msleep(loadPollMilliseconds);
     }
     output.progress(QString());
 }

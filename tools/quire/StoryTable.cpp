@@ -26,7 +26,7 @@ QString lockText(Quire::Item &item)
     return lock.value.isEmpty() ? QStringLiteral("locked") : lock.value;
 }
 
-QString quoted(const QString &text)
+QString csvQuoted(const QString &text)
 {
     const bool plain = !text.contains(QLatin1Char(',')) && !text.contains(QLatin1Char('"')) &&
                        !text.contains(QLatin1Char('\n')) && !text.contains(QLatin1Char('\r'));
@@ -41,7 +41,7 @@ QString csvLine(const QStringList &texts)
 {
     QStringList cells;
     for (const QString &text : texts)
-        cells += quoted(text);
+        cells += csvQuoted(text);
     return cells.join(QLatin1Char(','));
 }
 
@@ -128,7 +128,6 @@ int StoryTable::widthOf(int column) const
 
 QStringList StoryTable::lines(int columns, int *left) const
 {
-    constexpr int gap = 2;
     int shown = 0;
     qint64 taken = 0;
     while (shown < m_names.size()) {
@@ -136,7 +135,7 @@ QStringList StoryTable::lines(int columns, int *left) const
         const int needed = shown < fixedColumns ? width : std::min(width, widestField);
         if (!m_chosen && shown >= fixedColumns && taken + needed > columns)
             break;
-        taken += needed + gap;
+        taken += needed + columnGap;
         ++shown;
     }
     *left = m_names.size() - shown;

@@ -9,8 +9,6 @@ namespace Tool {
 
 namespace {
 
-constexpr int gap = 2;
-
 QString cell(const QString &text, int width, bool numeric)
 {
     const QString shown = isolate(fitText(text, width));
@@ -48,7 +46,7 @@ std::vector<int> Table::widths(int columns) const
     for (const QStringList &row : m_rows)
         for (std::size_t i = 0; i < widths.size(); ++i)
             widths[i] = std::max(widths[i], textWidth(row.at(int(i))));
-    const int room = std::max(columns - gap * int(widths.size() - 1), int(widths.size()));
+    const int room = std::max(columns - columnGap * int(widths.size() - 1), int(widths.size()));
     while (std::accumulate(widths.begin(), widths.end(), 0) > room)
         --*std::max_element(widths.begin(), widths.end());
     return widths;
@@ -62,7 +60,7 @@ QStringList Table::lines(int columns) const
         QStringList cells;
         for (std::size_t i = 0; i < fitting.size(); ++i)
             cells += cell(row.at(int(i)), fitting[i], m_numeric[i]);
-        lines += withoutBlanksAtTheEnd(cells.join(QString(gap, QLatin1Char(' '))));
+        lines += withoutBlanksAtTheEnd(cells.join(QString(columnGap, QLatin1Char(' '))));
     }
     return lines;
 }

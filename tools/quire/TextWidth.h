@@ -11,6 +11,9 @@
 
 namespace Tool {
 
+/// Blanks between two columns of a table.
+constexpr int columnGap = 2;
+
 /// The columns that \a text takes. Control characters count as none: see visible().
 int textWidth(const QString &text);
 

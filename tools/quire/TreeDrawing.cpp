@@ -8,7 +8,6 @@ namespace Tool {
 
 namespace {
 
-constexpr int gap = 2;
 constexpr int fewestNameColumns = 24;
 
 QString branchOf(const std::vector<bool> &lastOfLevels)
@@ -65,7 +64,8 @@ QString TreeDrawing::detailText(const Row &row, const std::vector<int> &widths) 
     QString text;
     for (int i = 0; i < row.details.size(); ++i)
         if (widths[std::size_t(i)] > 0)
-            text += QString(gap, QLatin1Char(' ')) + pad(isolate(row.details.at(i)), widths[std::size_t(i)], i == 0);
+            text +=
+                QString(columnGap, QLatin1Char(' ')) + pad(isolate(row.details.at(i)), widths[std::size_t(i)], i == 0);
     while (text.endsWith(QLatin1Char(' ')))
         text.chop(1);
     return text;

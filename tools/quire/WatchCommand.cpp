@@ -19,7 +19,7 @@ namespace Tool {
 
 namespace {
 
-constexpr unsigned long pollMilliseconds = 50;
+constexpr unsigned long noticePollMilliseconds = 50;
 
 void print(const QueueWatch &watch, const QueueChange &change, Output &output)
 {
@@ -73,7 +73,7 @@ void WatchCommand::run(Host &host) const
         follow(watches, host);
         if (notices.isLoggedOut())
             throw Failure(ExitCode::Failed, QStringLiteral("the server has logged you out"));
-        QThread::msleep(pollMilliseconds);
+        QThread::msleep(noticePollMilliseconds);
     }
 }
 

@@ -11,33 +11,33 @@ namespace {
 
 /// The length in bytes lies in the last 4 of the bytes before the text; there are 8, so that the text is as aligned as
 /// the system's.
-constexpr std::size_t prefix = 8;
-constexpr UINT maximumSize = 0x7FFFFFF0;
+constexpr std::size_t lengthPrefix = 8;
+constexpr UINT maximumString = 0x7FFFFFF0;
 
-std::atomic<__int64> live{0};
+std::atomic<__int64> stringCount{0};
 
 char *block(BSTR string)
 {
-    return reinterpret_cast<char *>(string) - prefix;
+    return reinterpret_cast<char *>(string) - lengthPrefix;
 }
 
 BSTR allocate(const void *bytes, std::size_t size)
 {
     // A whole NUL character behind an odd number of bytes, too.
     const std::size_t padding = sizeof(OLECHAR) + size % sizeof(OLECHAR);
-    const bool mayBe = size <= maximumSize && Platform::Detail::mayAllocate();
+    const bool mayBe = size <= maximumString && Platform::Detail::mayAllocate();
     // NOLINTNEXTLINE(cppcoreguidelines-no-malloc): a text is freed by whoever has it, with SysFreeString
-    char *memory = mayBe ? static_cast<char *>(std::malloc(prefix + size + padding)) : nullptr;
+    char *memory = mayBe ? static_cast<char *>(std::malloc(lengthPrefix + size + padding)) : nullptr;
     if (!memory)
         return nullptr;
     const UINT length = static_cast<UINT>(size);
-    std::memset(memory, 0, prefix);
-    std::memcpy(memory + prefix - sizeof length, &length, sizeof length);
+    std::memset(memory, 0, lengthPrefix);
+    std::memcpy(memory + lengthPrefix - sizeof length, &length, sizeof length);
     if (bytes)
-        std::memcpy(memory + prefix, bytes, size);
-    std::memset(memory + prefix + size, 0, padding);
-    live.fetch_add(1, std::memory_order_relaxed);
-    return reinterpret_cast<BSTR>(memory + prefix);
+        std::memcpy(memory + lengthPrefix, bytes, size);
+    std::memset(memory + lengthPrefix + size, 0, padding);
+    stringCount.fetch_add(1, std::memory_order_relaxed);
+    return reinterpret_cast<BSTR>(memory + lengthPrefix);
 }
 
 std::size_t bytesOf(std::size_t characters)
@@ -78,7 +78,7 @@ void SysFreeString(BSTR string)
 {
     if (!string)
         return;
-    live.fetch_sub(1, std::memory_order_relaxed);
+    stringCount.fetch_sub(1, std::memory_order_relaxed);
     std::free(block(string)); // NOLINT(cppcoreguidelines-no-malloc): from allocate
 }
 
@@ -87,7 +87,7 @@ UINT SysStringByteLen(BSTR string)
     if (!string)
         return 0;
     UINT length = 0;
-    std::memcpy(&length, block(string) + prefix - sizeof length, sizeof length);
+    std::memcpy(&length, block(string) + lengthPrefix - sizeof length, sizeof length);
     return length;
 }
 
@@ -100,7 +100,7 @@ namespace Platform {
 
 __int64 liveBstrs()
 {
-    return live.load(std::memory_order_relaxed);
+    return stringCount.load(std::memory_order_relaxed);
 }
 
 namespace Detail {

@@ -13,12 +13,12 @@ namespace {
 
 /// Room before the descriptor for what the features say is there: an IID fills it, a record description or a type takes
 /// its end.
-constexpr std::size_t prefix = sizeof(GUID);
-constexpr std::size_t maximumSize = 0x7FFFFFFF;
+constexpr std::size_t hiddenPrefix = sizeof(GUID);
+constexpr std::size_t maximumArray = 0x7FFFFFFF;
 constexpr ULONG maximumLocks = 0xFFFF;
 constexpr USHORT notOurMemory = FADF_AUTO | FADF_STATIC | FADF_EMBEDDED;
 
-std::atomic<__int64> live{0};
+std::atomic<__int64> arrayCount{0};
 
 void *zeroes(std::size_t size)
 {
@@ -97,11 +97,11 @@ bool countElements(const SAFEARRAY *array, std::size_t *count)
     std::size_t total = array->cDims > 0 ? 1 : 0;
     for (USHORT i = 0; i < array->cDims; ++i) {
         total *= array->rgsabound[i].cElements; // each factor below 2^32, so this cannot wrap
-        if (total > maximumSize)
+        if (total > maximumArray)
             return false;
     }
     *count = total;
-    return total * std::max<std::size_t>(array->cbElements, 1) <= maximumSize;
+    return total * std::max<std::size_t>(array->cbElements, 1) <= maximumArray;
 }
 
 std::size_t elementsOf(const SAFEARRAY *array)
@@ -195,13 +195,13 @@ HRESULT SafeArrayAllocDescriptor(UINT dimensions, SAFEARRAY **array)
     *array = nullptr;
     if (dimensions == 0 || dimensions > 0xFFFF)
         return E_INVALIDARG;
-    const std::size_t size = prefix + sizeof(SAFEARRAY) + (dimensions - 1) * sizeof(SAFEARRAYBOUND);
+    const std::size_t size = hiddenPrefix + sizeof(SAFEARRAY) + (dimensions - 1) * sizeof(SAFEARRAYBOUND);
     char *memory = static_cast<char *>(zeroes(size));
     if (!memory)
         return E_OUTOFMEMORY;
-    *array = reinterpret_cast<SAFEARRAY *>(memory + prefix);
+    *array = reinterpret_cast<SAFEARRAY *>(memory + hiddenPrefix);
     (*array)->cDims = static_cast<USHORT>(dimensions);
-    live.fetch_add(1, std::memory_order_relaxed);
+    arrayCount.fetch_add(1, std::memory_order_relaxed);
     return S_OK;
 }
 
@@ -281,8 +281,8 @@ HRESULT SafeArrayDestroyDescriptor(SAFEARRAY *array)
         return S_OK;
     if (IRecordInfo *info = recordInfoOf(array))
         info->Release();
-    live.fetch_sub(1, std::memory_order_relaxed);
-    std::free(reinterpret_cast<char *>(array) - prefix); // NOLINT(cppcoreguidelines-no-malloc): from zeroes
+    arrayCount.fetch_sub(1, std::memory_order_relaxed);
+    std::free(reinterpret_cast<char *>(array) - hiddenPrefix); // NOLINT(cppcoreguidelines-no-malloc): from zeroes
     return S_OK;
 }
 
@@ -568,7 +568,7 @@ namespace Platform {
 
 __int64 liveArrays()
 {
-    return live.load(std::memory_order_relaxed);
+    return arrayCount.load(std::memory_order_relaxed);
 }
 
 } // namespace Platform
