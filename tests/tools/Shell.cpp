@@ -5,7 +5,7 @@
 
 namespace {
 
-constexpr int deadline = 60000; // milliseconds
+constexpr int foreignDeadline = 60000; // milliseconds
 
 } // namespace
 
@@ -24,10 +24,10 @@ ShellOutcome runForeign(const QString &program, const QStringList &arguments, co
     process.setProcessEnvironment(environment);
     process.setWorkingDirectory(home.path());
     process.start(program, arguments);
-    EXPECT_TRUE(process.waitForStarted(deadline)) << qPrintable(process.errorString());
+    EXPECT_TRUE(process.waitForStarted(foreignDeadline)) << qPrintable(process.errorString());
     process.write(input);
     process.closeWriteChannel();
-    EXPECT_TRUE(process.waitForFinished(deadline)) << "no end";
+    EXPECT_TRUE(process.waitForFinished(foreignDeadline)) << "no end";
     outcome.code = process.exitCode();
     outcome.lines = QString::fromUtf8(process.readAllStandardOutput()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
     outcome.lines.sort();
