@@ -6,7 +6,7 @@
 
 using namespace Quire;
 
-namespace Failing {
+namespace Failing::FormCalls {
 
 namespace {
 
@@ -49,4 +49,4 @@ const std::vector<Operation> operations{
 
 INSTANTIATE_TEST_SUITE_P(Form, FailureLoop, ::testing::ValuesIn(operations), nameOfTest);
 
-} // namespace Failing
+} // namespace Failing::FormCalls

@@ -10,7 +10,7 @@
 
 using namespace Quire;
 
-namespace Failing {
+namespace Failing::NotifyCalls {
 
 namespace {
 
@@ -202,4 +202,4 @@ const std::vector<Operation> operations{
 
 INSTANTIATE_TEST_SUITE_P(Notify, FailureLoop, ::testing::ValuesIn(operations), nameOfTest);
 
-} // namespace Failing
+} // namespace Failing::NotifyCalls

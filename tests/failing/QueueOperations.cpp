@@ -6,7 +6,7 @@
 
 using namespace Quire;
 
-namespace Failing {
+namespace Failing::QueueCalls {
 
 namespace {
 
@@ -188,4 +188,4 @@ const std::vector<Operation> operations{
 
 INSTANTIATE_TEST_SUITE_P(Queue, FailureLoop, ::testing::ValuesIn(operations), nameOfTest);
 
-} // namespace Failing
+} // namespace Failing::QueueCalls

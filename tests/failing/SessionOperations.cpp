@@ -6,7 +6,7 @@
 
 using namespace Quire;
 
-namespace Failing {
+namespace Failing::SessionCalls {
 
 namespace {
 
@@ -401,4 +401,4 @@ const std::vector<Operation> operations{
 
 INSTANTIATE_TEST_SUITE_P(Session, FailureLoop, ::testing::ValuesIn(operations), nameOfTest);
 
-} // namespace Failing
+} // namespace Failing::SessionCalls

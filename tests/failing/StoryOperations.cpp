@@ -9,7 +9,7 @@
 
 using namespace Quire;
 
-namespace Failing {
+namespace Failing::StoryCalls {
 
 namespace {
 
@@ -363,4 +363,4 @@ const std::vector<Operation> operations{
 
 INSTANTIATE_TEST_SUITE_P(Story, FailureLoop, ::testing::ValuesIn(operations), nameOfTest);
 
-} // namespace Failing
+} // namespace Failing::StoryCalls

@@ -8,7 +8,7 @@
 
 using namespace Quire;
 
-namespace Failing {
+namespace Failing::TreeCalls {
 
 namespace {
 
@@ -348,4 +348,4 @@ const std::vector<Operation> operations{
 
 INSTANTIATE_TEST_SUITE_P(Tree, FailureLoop, ::testing::ValuesIn(operations), nameOfTest);
 
-} // namespace Failing
+} // namespace Failing::TreeCalls

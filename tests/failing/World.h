@@ -15,13 +15,9 @@
 #include <quire/tree/Queue.h>
 
 #include "support/DebugCapture.h"
+#include "support/Text.h"
 
 namespace Failing {
-
-inline QString text(const char *literal)
-{
-    return QString::fromUtf8(literal);
-}
 
 /// Where the library stands when an operation is called.
 enum State : unsigned {

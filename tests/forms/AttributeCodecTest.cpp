@@ -16,16 +16,12 @@
 #include <quire/session/ServerTime.h>
 
 #include "support/QtPrinting.h"
+#include "support/Text.h"
 #include "support/Zone.h"
 
 using namespace Quire;
 
 namespace {
-
-QString text(const char *literal)
-{
-    return QString::fromUtf8(literal);
-}
 
 QString decode(const char *name, QString value)
 {

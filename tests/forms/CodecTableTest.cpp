@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "support/QtPrinting.h"
+#include "support/Text.h"
 
 using namespace Quire;
 
@@ -277,11 +278,6 @@ const Row encoded[] = {
     {"modify-dev", "1:30", "1:30"},
     {"", " 1:30 ", " 1:30 "},
 };
-
-QString text(const char *utf8)
-{
-    return QString::fromUtf8(utf8);
-}
 
 QString decode(const QString &name, QString value)
 {

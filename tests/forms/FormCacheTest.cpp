@@ -17,17 +17,13 @@
 #include "fuzz/forms/FormChecks.h"
 #include "support/QtPrinting.h"
 #include "support/SessionFixture.h"
+#include "support/Text.h"
 
 using Quire::FormCache;
 using Quire::FormData;
 using Quire::QuireCOM;
 
 namespace {
-
-QString text(const char *literal)
-{
-    return QString::fromUtf8(literal);
-}
 
 const char *const oneCell = "<zeko:form><zeko:row><zeko:cell idref=title>Title</zeko:cell></zeko:row></zeko:form>";
 

@@ -14,16 +14,12 @@
 
 #include "fuzz/forms/FormChecks.h"
 #include "support/QtPrinting.h"
+#include "support/Text.h"
 
 using Quire::Field;
 using Quire::FormData;
 
 namespace {
-
-QString text(const char *utf8)
-{
-    return QString::fromUtf8(utf8);
-}
 
 std::vector<Field> fieldsOf(const QString &markup)
 {

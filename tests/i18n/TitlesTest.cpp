@@ -68,26 +68,26 @@ std::set<SourceText> textsOfTheModels()
     return result;
 }
 
-struct Language
+struct Titled
 {
     const char *name;
     const char *titles;
 };
 
 // clang-format off
-const Language languages[] = {
+const Titled titled[] = {
     {"de", "Meldung,Sperre,Wörter,Lesetempo,Pause,Schwebend,Zurückgestellt,Agentur,Post,Warteschlange,Name,Feld,Wert"},
     {"es", "Noticia,Bloqueo,Palabras,Ritmo,Pausa,Flotante,Retenida,Agencia,Correo,Cola,Nombre,Campo,Valor"},
     {"fr", "Sujet,Verrou,Mots,Débit,Pause,Flottant,En attente,Dépêche,Courrier,File d'attente,Nom,Champ,Valeur"},
 };
 // clang-format on
 
-void PrintTo(const Language &language, std::ostream *out)
+void PrintTo(const Titled &language, std::ostream *out)
 {
     *out << language.name;
 }
 
-class Titles : public ::testing::TestWithParam<Language>
+class Titles : public ::testing::TestWithParam<Titled>
 {
 protected:
     static QString baseName() { return QStringLiteral("quire_") + QString::fromUtf8(GetParam().name); }
@@ -121,4 +121,4 @@ TEST_P(Titles, AreWhatAViewShows)
     EXPECT_EQ(titles().join(QLatin1Char(',')), QString::fromUtf8(GetParam().titles));
 }
 
-INSTANTIATE_TEST_SUITE_P(Languages, Titles, ::testing::ValuesIn(languages), ::testing::PrintToStringParamName());
+INSTANTIATE_TEST_SUITE_P(Languages, Titles, ::testing::ValuesIn(titled), ::testing::PrintToStringParamName());

@@ -13,6 +13,7 @@
 #include <quire/session/ErrorString.h>
 
 #include "support/QtPrinting.h"
+#include "support/Results.h"
 
 #include "Translators.h"
 
@@ -26,11 +27,6 @@ constexpr quint32 unknownCode = 0x8ABCDEF1;
 
 const QString sources = QStringLiteral(QUIRE_TRANSLATION_SOURCES);
 const QString translations = QStringLiteral(QUIRE_TRANSLATIONS_DIR);
-
-long hresult(quint32 code)
-{
-    return static_cast<qint32>(code);
-}
 
 /// A code with what getErrorString() has to know beside it.
 struct Failing
@@ -56,7 +52,7 @@ std::set<SourceText> textsOfTheLibrary()
     Recorder recorder;
     const Installed installed(recorder);
     for (const Failing &failing : failingCodes())
-        getErrorString(hresult(failing.code), failing.login);
+        getErrorString(asLong(failing.code), failing.login);
     return recorder.asked();
 }
 
@@ -71,7 +67,7 @@ QStringList placeholders(const QString &text)
     return result;
 }
 
-struct Language
+struct Translated
 {
     const char *name;
     const char *country; ///< A locale that speaks it.
@@ -81,7 +77,7 @@ struct Language
 };
 
 // clang-format off
-const Language languages[] = {
+const Translated translated[] = {
     {"de", "de_AT", "Keine Berechtigung für diesen Befehl.", "Ungültiger Benutzername oder ungültiges Kennwort.",
      "Unerwarteter Fehler, Code = x8abcdef1."},
     {"es", "es_AR", "Comando no autorizado.", "Nombre de usuario o contraseña no válidos.",
@@ -91,12 +87,12 @@ const Language languages[] = {
 };
 // clang-format on
 
-void PrintTo(const Language &language, std::ostream *out)
+void PrintTo(const Translated &language, std::ostream *out)
 {
     *out << language.name;
 }
 
-class Translation : public ::testing::TestWithParam<Language>
+class Translation : public ::testing::TestWithParam<Translated>
 {
 protected:
     static QString baseName() { return QStringLiteral("quire_") + QString::fromUtf8(GetParam().name); }
@@ -123,7 +119,7 @@ TEST(Translations, AreAboutAllTextsOfTheLibrary)
 TEST(Translations, AreTestedInEveryLanguageThereIs)
 {
     QStringList tested;
-    for (const Language &language : languages)
+    for (const Translated &language : translated)
         tested += QStringLiteral("quire_%1.").arg(QString::fromUtf8(language.name));
     EXPECT_EQ(QDir(sources).entryList({QStringLiteral("*.ts")}, QDir::Files, QDir::Name),
               QStringList(tested).replaceInStrings(QStringLiteral("."), QStringLiteral(".ts")));
@@ -137,7 +133,7 @@ TEST(Translations, LeaveALanguageWithoutAFileInEnglish)
     EXPECT_FALSE(
         translator.load(QLocale(QStringLiteral("nb_NO")), QStringLiteral("quire"), QStringLiteral("_"), translations));
     const Installed installed(translator);
-    EXPECT_EQ(getErrorString(hresult(0x80040405), false), QStringLiteral("Command is not authorized."));
+    EXPECT_EQ(getErrorString(asLong(0x80040405), false), QStringLiteral("Command is not authorized."));
 }
 
 TEST_P(Translation, HasExactlyTheTextsOfTheLibrary)
@@ -179,7 +175,7 @@ TEST_P(Translation, OfEveryTextIsWhatAHostGets)
     // What each code says in English, then what the file makes of it.
     std::vector<std::pair<Failing, QString>> english;
     for (const Failing &failing : failingCodes())
-        english.emplace_back(failing, getErrorString(hresult(failing.code), failing.login));
+        english.emplace_back(failing, getErrorString(asLong(failing.code), failing.login));
     std::map<QString, QString> byText;
     for (const auto &entry : file())
         byText[entry.first.text] = entry.second.text;
@@ -188,7 +184,7 @@ TEST_P(Translation, OfEveryTextIsWhatAHostGets)
     const Installed installed(m_translator);
     const QString number = QString::number(unknownCode, 16);
     for (const auto &row : english) {
-        const QString translated = getErrorString(hresult(row.first.code), row.first.login);
+        const QString translated = getErrorString(asLong(row.first.code), row.first.login);
         const QString source = QString(row.second).replace(QLatin1Char('x') + number, QStringLiteral("x%1"));
         EXPECT_EQ(translated, QString(byText[source]).replace(QStringLiteral("%1"), number));
         EXPECT_EQ(translated.isEmpty(), row.second.isEmpty());
@@ -200,9 +196,9 @@ TEST_P(Translation, SaysWhatItIsKnownToSay)
 {
     load();
     const Installed installed(m_translator);
-    EXPECT_EQ(getErrorString(hresult(0x80040405), false), QString::fromUtf8(GetParam().notAuthorized));
-    EXPECT_EQ(getErrorString(hresult(0x80070057), true), QString::fromUtf8(GetParam().refused));
-    EXPECT_EQ(getErrorString(hresult(unknownCode), false), QString::fromUtf8(GetParam().unexpected));
+    EXPECT_EQ(getErrorString(asLong(0x80040405), false), QString::fromUtf8(GetParam().notAuthorized));
+    EXPECT_EQ(getErrorString(asLong(0x80070057), true), QString::fromUtf8(GetParam().refused));
+    EXPECT_EQ(getErrorString(asLong(unknownCode), false), QString::fromUtf8(GetParam().unexpected));
 }
 
 TEST_P(Translation, IsFoundByTheLocaleOfTheUser)
@@ -210,15 +206,15 @@ TEST_P(Translation, IsFoundByTheLocaleOfTheUser)
     const QLocale locale(QString::fromUtf8(GetParam().country));
     ASSERT_TRUE(m_translator.load(locale, QStringLiteral("quire"), QStringLiteral("_"), translations));
     const Installed installed(m_translator);
-    EXPECT_EQ(getErrorString(hresult(0x80040405), false), QString::fromUtf8(GetParam().notAuthorized));
+    EXPECT_EQ(getErrorString(asLong(0x80040405), false), QString::fromUtf8(GetParam().notAuthorized));
 }
 
 TEST_P(Translation, LeavesSystemMessagesToTheSystem)
 {
-    const QString before = getErrorString(hresult(0x80004005), false);
+    const QString before = getErrorString(asLong(0x80004005), false);
     load();
     const Installed installed(m_translator);
-    EXPECT_EQ(getErrorString(hresult(0x80004005), false), before);
+    EXPECT_EQ(getErrorString(asLong(0x80004005), false), before);
 }
 
-INSTANTIATE_TEST_SUITE_P(Languages, Translation, ::testing::ValuesIn(languages), ::testing::PrintToStringParamName());
+INSTANTIATE_TEST_SUITE_P(Languages, Translation, ::testing::ValuesIn(translated), ::testing::PrintToStringParamName());

@@ -41,11 +41,6 @@ bool mayHaveChildren(const XML::Tag &tag)
 
 } // namespace
 
-QString text(const char *utf8)
-{
-    return QString::fromUtf8(utf8);
-}
-
 TagPtr parsed(const QString &markup)
 {
     return TagPtr(XML::Parser().Parse(markup));

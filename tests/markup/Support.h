@@ -11,18 +11,12 @@
 
 #include <quire/XML.h>
 
-/// Lets a failed comparison show its strings.
-inline void PrintTo(const QString &text, std::ostream *out)
-{
-    *out << (text.isNull() ? "(null)" : '"' + text.toStdString() + '"');
-}
+#include "support/QtPrinting.h"
+#include "support/Text.h"
 
 namespace MarkupTest {
 
 using TagPtr = std::unique_ptr<XML::Tag>;
-
-/// A UTF-8 literal as a string; never null.
-QString text(const char *utf8);
 
 /// The tree of \a markup.
 TagPtr parsed(const QString &markup);

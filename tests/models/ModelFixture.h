@@ -15,20 +15,11 @@
 #include "models/SignalLog.h"
 #include "support/DebugCapture.h"
 #include "support/QtPrinting.h"
+#include "support/Text.h"
 #include "support/Waiting.h"
 
-inline QString text(const char *literal)
-{
-    return QString::fromUtf8(literal);
-}
-
-inline QStringList texts(std::initializer_list<const char *> literals)
-{
-    QStringList all;
-    for (const char *literal : literals)
-        all.append(text(literal));
-    return all;
-}
+/// As long as a server is seen to hang, in milliseconds.
+const int hangTime = 3000;
 
 /// Whether the model has nothing to wait for any more.
 inline bool settles(const Quire::ServerModel &model)

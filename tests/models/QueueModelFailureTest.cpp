@@ -7,8 +7,6 @@ using Newsroom::Fault;
 
 namespace {
 
-const int hangTime = 3000; // milliseconds, as long as a server is seen to hang
-
 class QueueModelFailureTest : public QueueModelTest
 {
 protected:

@@ -10,8 +10,6 @@ using Newsroom::Fault;
 
 namespace {
 
-const int hangTime = 3000; // milliseconds, as long as a server is seen to hang
-
 class SearchModelTest : public ModelTest
 {
 protected:

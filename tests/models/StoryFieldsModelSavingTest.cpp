@@ -8,13 +8,13 @@ using Newsroom::Refusal;
 
 namespace {
 
-const int titleRow = 0;
-const int noteRow = 1;
-
 /// Several changes in one save, and the text.
 class StoryFieldsModelSavingTest : public ModelTest
 {
 protected:
+    static constexpr int titleRow = 0;
+    static constexpr int noteRow = 1;
+
     void SetUp() override
     {
         start(text("form STORY\n"

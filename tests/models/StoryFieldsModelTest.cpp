@@ -8,16 +8,14 @@ using Newsroom::Refusal;
 
 namespace {
 
-const int hangTime = 3000; // milliseconds, as long as a server is seen to hang
-
-const int titleRow = 0;
-const int lengthRow = 1;
-const int noteRow = 2;
-const int createdRow = 3;
-
 class StoryFieldsModelTest : public ModelTest
 {
 protected:
+    static constexpr int titleRow = 0;
+    static constexpr int lengthRow = 1;
+    static constexpr int noteRow = 2;
+    static constexpr int createdRow = 3;
+
     void SetUp() override
     {
         start(text("form STORY\n"

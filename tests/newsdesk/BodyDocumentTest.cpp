@@ -6,15 +6,11 @@
 #include <gtest/gtest.h>
 
 #include "support/QtPrinting.h"
+#include "support/Text.h"
 
 using Desk::BodyDocument;
 
 namespace {
-
-QString text(const char *literal)
-{
-    return QString::fromUtf8(literal);
-}
 
 QString shown(const BodyDocument &document)
 {

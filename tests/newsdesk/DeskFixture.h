@@ -23,17 +23,13 @@
 #include "StoryTable.h"
 #include "TreePane.h"
 #include "support/QtPrinting.h"
+#include "support/Text.h"
 #include "support/Waiting.h"
 
 class QLineEdit;
 class QPushButton;
 class QTextEdit;
 class QTreeView;
-
-inline QString text(const char *literal)
-{
-    return QString::fromUtf8(literal);
-}
 
 /// The desk in a window on the sample newsroom, with "journalist" signed on and the tree's first rows there. "producer"
 /// works elsewhere.

@@ -1,10 +1,5 @@
 #include "newsdesk/VirtualDisplay.h"
-
-namespace {
-
-const int patience = 20000; // milliseconds
-
-} // namespace
+#include "support/Waiting.h"
 
 VirtualDisplay::VirtualDisplay()
 {

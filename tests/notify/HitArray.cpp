@@ -5,7 +5,7 @@
 
 namespace {
 
-BSTR text(const QString &value)
+BSTR ownText(const QString &value)
 {
     return value.isNull() ? nullptr : Platform::toBstr(value);
 }
@@ -18,7 +18,7 @@ SAFEARRAY *fieldArray(const QVector<QPair<QString, QString>> &fields)
     const Platform::SafeArrayAccess access(array);
     auto *record = access.as<Orvex::FieldValue>();
     for (const auto &field : fields)
-        *record++ = {text(field.first), text(field.second)};
+        *record++ = {ownText(field.first), ownText(field.second)};
     return array;
 }
 
@@ -55,7 +55,7 @@ HitArray::HitArray(const QVector<Hit> &hits)
     const Platform::SafeArrayAccess access(m_array);
     auto *record = access.as<Orvex::SearchHit>();
     for (const Hit &hit : hits)
-        *record++ = {text(hit.name), text(hit.queue), hit.id, fieldArray(hit.fields)};
+        *record++ = {ownText(hit.name), ownText(hit.queue), hit.id, fieldArray(hit.fields)};
 }
 
 HitArray::~HitArray()

@@ -12,6 +12,7 @@
 
 #include "notify/FakePoint.h"
 #include "support/SessionFixture.h"
+#include "support/Text.h"
 
 namespace Quire {
 
@@ -95,8 +96,3 @@ struct Told
 private:
     Q_DISABLE_COPY(Told)
 };
-
-inline QString text(const char *literal)
-{
-    return QString::fromUtf8(literal);
-}

@@ -16,7 +16,7 @@ QString messageKeptBy(const _com_error &error)
     return message;
 }
 
-QString messageOf(HRESULT result)
+QString errorMessage(HRESULT result)
 {
     return messageKeptBy(_com_error(result));
 }
@@ -25,19 +25,19 @@ QString messageOf(HRESULT result)
 
 TEST(ComErrorNative, MessageOfACodeThatTheSystemKnowsHasNoLineEnd)
 {
-    const QString message = messageOf(E_ACCESSDENIED);
+    const QString message = errorMessage(E_ACCESSDENIED);
     EXPECT_FALSE(message.isEmpty());
     EXPECT_EQ(message, message.trimmed());
 }
 
 TEST(ComErrorNative, MessageOfAnAutomationCodeTellsItsNumber)
 {
-    EXPECT_EQ(messageOf(_com_error::WCodeToHRESULT(7)), QStringLiteral("IDispatch error #7"));
+    EXPECT_EQ(errorMessage(_com_error::WCodeToHRESULT(7)), QStringLiteral("IDispatch error #7"));
 }
 
 TEST(ComErrorNative, MessageOfAnUnknownCodeTellsItInHexadecimal)
 {
-    EXPECT_EQ(messageOf(static_cast<HRESULT>(0x8ABCDEF0)), QStringLiteral("Unknown error 0x8ABCDEF0"));
+    EXPECT_EQ(errorMessage(static_cast<HRESULT>(0x8ABCDEF0)), QStringLiteral("Unknown error 0x8ABCDEF0"));
 }
 
 TEST(ComErrorNative, ShortCodesGoThereAndBack)

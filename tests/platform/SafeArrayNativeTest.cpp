@@ -1,5 +1,6 @@
 #include "CountedObject.h"
 #include "CountedRecordInfo.h"
+#include "Vectors.h"
 
 #include <gtest/gtest.h>
 
@@ -18,11 +19,6 @@ using Platform::SafeArray;
 namespace {
 
 constexpr USHORT ownMemory = FADF_STATIC;
-
-SafeArray vectorOf(VARTYPE type, ULONG count)
-{
-    return SafeArray(SafeArrayCreateVector(type, 0, count));
-}
 
 SafeArray descriptor(USHORT features = 0, ULONG elementSize = 0)
 {
@@ -71,13 +67,6 @@ public:
 private:
     SAFEARRAY *const m_array;
 };
-
-VARTYPE typeOf(const SafeArray &array)
-{
-    VARTYPE type = VT_ILLEGAL;
-    EXPECT_EQ(SafeArrayGetVartype(array.get(), &type), S_OK);
-    return type;
-}
 
 } // namespace
 

@@ -1,4 +1,5 @@
 #include "CountedDispatch.h"
+#include "Vectors.h"
 
 #include <gtest/gtest.h>
 
@@ -15,18 +16,6 @@ using Platform::SafeArrayAccess;
 using Platform::Variant;
 
 namespace {
-
-SafeArray vectorOf(VARTYPE type, ULONG count, LONG lower = 0)
-{
-    return SafeArray(SafeArrayCreateVector(type, lower, count));
-}
-
-VARTYPE typeOf(const SafeArray &array)
-{
-    VARTYPE type = VT_ILLEGAL;
-    SafeArrayGetVartype(array.get(), &type);
-    return type;
-}
 
 HRESULT put(const SafeArray &array, LONG index, void *data)
 {

@@ -15,7 +15,7 @@ namespace {
 constexpr DWORD allocating = FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM;
 
 /// The message of a code, as somebody gets it who has it allocated; empty when there is none.
-std::string messageOf(DWORD code)
+std::string systemMessage(DWORD code)
 {
     char *text = nullptr;
     const DWORD length = FormatMessageA(allocating, nullptr, code, 0, reinterpret_cast<LPSTR>(&text), 0, nullptr);
@@ -84,17 +84,17 @@ private:
 
 TEST(SystemNative, MessageOfAnErrorNumberEndsWithALineBreak)
 {
-    EXPECT_EQ(messageOf(5), "Access is denied.\r\n");
+    EXPECT_EQ(systemMessage(5), "Access is denied.\r\n");
 }
 
 TEST(SystemNative, MessageOfAResultIsTheSystems)
 {
-    EXPECT_EQ(messageOf(0x80040154), "Class not registered\r\n");
+    EXPECT_EQ(systemMessage(0x80040154), "Class not registered\r\n");
 }
 
 TEST(SystemNative, MessageOfAResultThatWrapsAnErrorNumberIsThatNumbers)
 {
-    EXPECT_EQ(messageOf(0x80070005), "Access is denied.\r\n");
+    EXPECT_EQ(systemMessage(0x80070005), "Access is denied.\r\n");
 }
 
 TEST(SystemNative, UnknownCodeHasNoMessageAndNoMemory)

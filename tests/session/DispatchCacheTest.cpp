@@ -52,7 +52,7 @@ public:
     std::function<void()> onCall;
 };
 
-const QString path = QStringLiteral("NEWS.SPORT");
+const QString sportPath = QStringLiteral("NEWS.SPORT");
 
 } // namespace
 
@@ -105,8 +105,8 @@ TEST(DispatchCache, KeepsOneReferenceForEachEntry)
     Counted object;
     {
         DispatchCache cache;
-        cache.AddDir(path, IDispatchPtr(&object));
-        cache.AddStory(path, 7, IDispatchPtr(&object));
+        cache.AddDir(sportPath, IDispatchPtr(&object));
+        cache.AddStory(sportPath, 7, IDispatchPtr(&object));
         EXPECT_EQ(object.references, 2u);
     }
     EXPECT_EQ(object.references, 0u);
@@ -116,9 +116,9 @@ TEST(DispatchCache, ALookUpAddsAReference)
 {
     Counted object;
     DispatchCache cache;
-    cache.AddDir(path, IDispatchPtr(&object));
+    cache.AddDir(sportPath, IDispatchPtr(&object));
     IDispatchPtr handle;
-    EXPECT_TRUE(cache.FindDir(path, handle));
+    EXPECT_TRUE(cache.FindDir(sportPath, handle));
     EXPECT_EQ(object.references, 2u);
 }
 
@@ -127,17 +127,17 @@ TEST(DispatchCache, AMissLeavesTheHandleAlone)
     Counted object;
     const DispatchCache cache;
     IDispatchPtr handle(&object);
-    EXPECT_FALSE(cache.FindDir(path, handle));
-    EXPECT_FALSE(cache.FindStory(path, 7, handle));
+    EXPECT_FALSE(cache.FindDir(sportPath, handle));
+    EXPECT_FALSE(cache.FindStory(sportPath, 7, handle));
     EXPECT_EQ(handle.GetInterfacePtr(), &object);
 }
 
 TEST(DispatchCache, FindsAnEmptyHandleThatWasAdded)
 {
     DispatchCache cache;
-    cache.AddDir(path, IDispatchPtr());
+    cache.AddDir(sportPath, IDispatchPtr());
     IDispatchPtr handle;
-    EXPECT_TRUE(cache.FindDir(path, handle));
+    EXPECT_TRUE(cache.FindDir(sportPath, handle));
     EXPECT_FALSE(handle);
 }
 
@@ -146,10 +146,10 @@ TEST(DispatchCache, ReplacingReleasesTheEarlierHandle)
     Counted first;
     Counted second;
     DispatchCache cache;
-    cache.AddDir(path, IDispatchPtr(&first));
-    cache.AddDir(path, IDispatchPtr(&second));
-    cache.AddStory(path, 7, IDispatchPtr(&first));
-    cache.AddStory(path, 7, IDispatchPtr(&second));
+    cache.AddDir(sportPath, IDispatchPtr(&first));
+    cache.AddDir(sportPath, IDispatchPtr(&second));
+    cache.AddStory(sportPath, 7, IDispatchPtr(&first));
+    cache.AddStory(sportPath, 7, IDispatchPtr(&second));
     EXPECT_EQ(first.references, 0u);
     EXPECT_EQ(second.references, 2u);
 }
@@ -170,13 +170,13 @@ TEST(DispatchCache, ClearDropsBothTables)
 {
     Counted object;
     DispatchCache cache;
-    cache.AddDir(path, IDispatchPtr(&object));
-    cache.AddStory(path, 7, IDispatchPtr(&object));
+    cache.AddDir(sportPath, IDispatchPtr(&object));
+    cache.AddStory(sportPath, 7, IDispatchPtr(&object));
     cache.Clear();
     EXPECT_EQ(object.references, 0u);
     IDispatchPtr handle;
-    EXPECT_FALSE(cache.FindDir(path, handle));
-    EXPECT_FALSE(cache.FindStory(path, 7, handle));
+    EXPECT_FALSE(cache.FindDir(sportPath, handle));
+    EXPECT_FALSE(cache.FindStory(sportPath, 7, handle));
 }
 
 // A server's object may itself use the session while a reference is added or released.
@@ -190,18 +190,18 @@ TEST(DispatchCache, CallsObjectsOutsideItsMutex)
         cache.FindDir(QStringLiteral("elsewhere"), handle);
         ++calls;
     };
-    cache.AddDir(path, IDispatchPtr(&object));
-    cache.AddDir(path, IDispatchPtr(&object));
-    cache.AddStory(path, 7, IDispatchPtr(&object));
-    cache.AddStory(path, 7, IDispatchPtr(&object));
+    cache.AddDir(sportPath, IDispatchPtr(&object));
+    cache.AddDir(sportPath, IDispatchPtr(&object));
+    cache.AddStory(sportPath, 7, IDispatchPtr(&object));
+    cache.AddStory(sportPath, 7, IDispatchPtr(&object));
     IDispatchPtr handle;
-    cache.FindDir(path, handle);
-    cache.FindStory(path, 7, handle);
-    cache.RemoveStory(path, 7);
-    cache.AddStory(path, 8, IDispatchPtr(&object));
-    cache.Remove(path);
-    cache.AddDir(path, IDispatchPtr(&object));
-    cache.AddStory(path, 7, IDispatchPtr(&object));
+    cache.FindDir(sportPath, handle);
+    cache.FindStory(sportPath, 7, handle);
+    cache.RemoveStory(sportPath, 7);
+    cache.AddStory(sportPath, 8, IDispatchPtr(&object));
+    cache.Remove(sportPath);
+    cache.AddDir(sportPath, IDispatchPtr(&object));
+    cache.AddStory(sportPath, 7, IDispatchPtr(&object));
     cache.Clear();
     handle = nullptr;
     EXPECT_EQ(object.references, 0u);

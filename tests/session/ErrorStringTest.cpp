@@ -8,19 +8,13 @@
 #include <algorithm>
 #include <iterator>
 
-#include <quire/platform/Automation.h>
-
 #include "support/QtPrinting.h"
+#include "support/Results.h"
+#include "support/Text.h"
 
 using Quire::getErrorString;
 
 namespace {
-
-/// A code as a host gets it: a `long` with the sign of the 32-bit number, however wide it is.
-constexpr long hresult(quint32 code)
-{
-    return static_cast<qint32>(code);
-}
 
 struct Expected
 {
@@ -30,60 +24,60 @@ struct Expected
 
 // clang-format off
 const Expected commandErrors[] = {
-    {hresult(0x80040401), "Input command has insufficient arguments."},
-    {hresult(0x80040402), "Input argument not recognized."},
-    {hresult(0x80040404), "Subdirectory limit reached."},
-    {hresult(0x80040405), "Command is not authorized."},
-    {hresult(0x80040406), "Improper command syntax."},
-    {hresult(0x80040408), "Queue only allowed at lowest level."},
-    {hresult(0x80040409), "System error."},
-    {hresult(0x8004040A), "Entry already exists."},
-    {hresult(0x8004040B), "Entry no longer exists."},
-    {hresult(0x8004040C), "Destination invalid."},
-    {hresult(0x8004040E), "Story currently being edited."},
-    {hresult(0x8004040F), "Story/directory/queue locked."},
-    {hresult(0x80040410), "Queue is purge locked (purge/remove)."},
-    {hresult(0x80040411), "Queue is not empty."},
-    {hresult(0x80040412), "Invalid from current special mode."},
-    {hresult(0x80040413), "Can't find a keyword."},
-    {hresult(0x80040414), "Queue doesn't allow batch operation."},
-    {hresult(0x80040415), "No such user."},
-    {hresult(0x80040416), "User not logged in."},
-    {hresult(0x80040418), "User logged in (no message to send)."},
-    {hresult(0x8004041A), "Read-only, no typing allowed."},
-    {hresult(0x8004041B), "Could not open map story."},
-    {hresult(0x8004041C), "No entry in map story."},
-    {hresult(0x80040420), "User identification not accepted."},
-    {hresult(0x80040422), "Directory or queue is empty."},
-    {hresult(0x8004042E), "Move converted to duplicate."},
-    {hresult(0x80040438), "System offline message."},
-    {hresult(0x80040442), "Refresh mode on."},
-    {hresult(0x80040443), "Print the message in the packet."},
-    {hresult(0x80040449), "Unable to send mail."},
-    {hresult(0x8004044E), "Password requested was too short."},
-    {hresult(0x80040450), "Batch MOVE, DUP, KILL partial failure."},
-    {hresult(0x80040451), "Command in progress."},
-    {hresult(0x80040452), "Database element name too long."},
-    {hresult(0x80040453), "Queue is being ordered."},
-    {hresult(0x80040454), "This name is being used for a group."},
-    {hresult(0x80040455), "Read-only wire story."},
-    {hresult(0x80040456), "Queue is up to date."},
-    {hresult(0x80040457), "No form for new story."},
-    {hresult(0x80040458), "ZEKO syntax error on story save."},
-    {hresult(0x80040459), "Open of old version for copying failed."},
-    {hresult(0x8004045A), "No devices to monitor."},
-    {hresult(0x8004045B), "Queue doesn't allow batch print."},
-    {hresult(0x8004045C), "Queue is production locked."},
+    {asLong(0x80040401), "Input command has insufficient arguments."},
+    {asLong(0x80040402), "Input argument not recognized."},
+    {asLong(0x80040404), "Subdirectory limit reached."},
+    {asLong(0x80040405), "Command is not authorized."},
+    {asLong(0x80040406), "Improper command syntax."},
+    {asLong(0x80040408), "Queue only allowed at lowest level."},
+    {asLong(0x80040409), "System error."},
+    {asLong(0x8004040A), "Entry already exists."},
+    {asLong(0x8004040B), "Entry no longer exists."},
+    {asLong(0x8004040C), "Destination invalid."},
+    {asLong(0x8004040E), "Story currently being edited."},
+    {asLong(0x8004040F), "Story/directory/queue locked."},
+    {asLong(0x80040410), "Queue is purge locked (purge/remove)."},
+    {asLong(0x80040411), "Queue is not empty."},
+    {asLong(0x80040412), "Invalid from current special mode."},
+    {asLong(0x80040413), "Can't find a keyword."},
+    {asLong(0x80040414), "Queue doesn't allow batch operation."},
+    {asLong(0x80040415), "No such user."},
+    {asLong(0x80040416), "User not logged in."},
+    {asLong(0x80040418), "User logged in (no message to send)."},
+    {asLong(0x8004041A), "Read-only, no typing allowed."},
+    {asLong(0x8004041B), "Could not open map story."},
+    {asLong(0x8004041C), "No entry in map story."},
+    {asLong(0x80040420), "User identification not accepted."},
+    {asLong(0x80040422), "Directory or queue is empty."},
+    {asLong(0x8004042E), "Move converted to duplicate."},
+    {asLong(0x80040438), "System offline message."},
+    {asLong(0x80040442), "Refresh mode on."},
+    {asLong(0x80040443), "Print the message in the packet."},
+    {asLong(0x80040449), "Unable to send mail."},
+    {asLong(0x8004044E), "Password requested was too short."},
+    {asLong(0x80040450), "Batch MOVE, DUP, KILL partial failure."},
+    {asLong(0x80040451), "Command in progress."},
+    {asLong(0x80040452), "Database element name too long."},
+    {asLong(0x80040453), "Queue is being ordered."},
+    {asLong(0x80040454), "This name is being used for a group."},
+    {asLong(0x80040455), "Read-only wire story."},
+    {asLong(0x80040456), "Queue is up to date."},
+    {asLong(0x80040457), "No form for new story."},
+    {asLong(0x80040458), "ZEKO syntax error on story save."},
+    {asLong(0x80040459), "Open of old version for copying failed."},
+    {asLong(0x8004045A), "No devices to monitor."},
+    {asLong(0x8004045B), "Queue doesn't allow batch print."},
+    {asLong(0x8004045C), "Queue is production locked."},
 };
 
 const Expected loginErrors[] = {
-    {hresult(0x80040802), "The news system is offline."},
-    {hresult(0x80040803), "Your client system is not part of the news system configuration."},
-    {hresult(0x80040805), "Resource is not available. Please attempt to connect to a different server."},
-    {hresult(0x80040806), "The news system has run out of resources for new sessions."},
-    {hresult(0x80040807), "Your client system is not listed as authorized for connection to the news system."},
-    {hresult(0x80040809), "Your client application version is incompatible with your selected News Server.  Please select another server."},
-    {hresult(0x8004080E), "Your client application version is incompatible with your selected News Server.  Please select another server."},
+    {asLong(0x80040802), "The news system is offline."},
+    {asLong(0x80040803), "Your client system is not part of the news system configuration."},
+    {asLong(0x80040805), "Resource is not available. Please attempt to connect to a different server."},
+    {asLong(0x80040806), "The news system has run out of resources for new sessions."},
+    {asLong(0x80040807), "Your client system is not listed as authorized for connection to the news system."},
+    {asLong(0x80040809), "Your client application version is incompatible with your selected News Server.  Please select another server."},
+    {asLong(0x8004080E), "Your client application version is incompatible with your selected News Server.  Please select another server."},
 };
 // clang-format on
 
@@ -91,11 +85,6 @@ template<std::size_t Size>
 bool listed(const Expected (&table)[Size], long code)
 {
     return std::any_of(std::begin(table), std::end(table), [code](const Expected &row) { return row.code == code; });
-}
-
-QString text(const char *literal)
-{
-    return QString::fromLatin1(literal);
 }
 
 /// Renders every text as "context|text|comment".
@@ -132,17 +121,17 @@ TEST(ErrorString, HasAllLoginErrors)
 
 TEST(ErrorString, SaysThatACommandHasTooFewArguments)
 {
-    EXPECT_EQ(getErrorString(hresult(0x80040401), false), QStringLiteral("Input command has insufficient arguments."));
+    EXPECT_EQ(getErrorString(asLong(0x80040401), false), QStringLiteral("Input command has insufficient arguments."));
 }
 
 TEST(ErrorString, IsEmptyForANumberWithoutARow)
 {
-    EXPECT_EQ(getErrorString(hresult(0x80040403), false), QString());
+    EXPECT_EQ(getErrorString(asLong(0x80040403), false), QString());
 }
 
 TEST(ErrorString, IsEmptyForEveryOtherCommandError)
 {
-    for (long code = hresult(0x80040400); code < hresult(0x80040800); ++code) {
+    for (long code = asLong(0x80040400); code < asLong(0x80040800); ++code) {
         if (!listed(commandErrors, code)) {
             EXPECT_TRUE(getErrorString(code, false).isEmpty()) << std::hex << code;
             EXPECT_TRUE(getErrorString(code, true).isEmpty()) << std::hex << code;
@@ -152,7 +141,7 @@ TEST(ErrorString, IsEmptyForEveryOtherCommandError)
 
 TEST(ErrorString, IsEmptyForEveryOtherLoginError)
 {
-    for (long code = hresult(0x80040800); code < hresult(0x80040C00); ++code) {
+    for (long code = asLong(0x80040800); code < asLong(0x80040C00); ++code) {
         if (!listed(loginErrors, code)) {
             EXPECT_TRUE(getErrorString(code, false).isEmpty()) << std::hex << code;
             EXPECT_TRUE(getErrorString(code, true).isEmpty()) << std::hex << code;
@@ -162,27 +151,27 @@ TEST(ErrorString, IsEmptyForEveryOtherLoginError)
 
 TEST(ErrorString, DoesNotLookAtTheSeverityOfTheServersCodes)
 {
-    EXPECT_EQ(getErrorString(hresult(0x00040401), false), getErrorString(hresult(0x80040401), false));
-    EXPECT_EQ(getErrorString(hresult(0xE0040401), false), getErrorString(hresult(0x80040401), false));
+    EXPECT_EQ(getErrorString(asLong(0x00040401), false), getErrorString(asLong(0x80040401), false));
+    EXPECT_EQ(getErrorString(asLong(0xE0040401), false), getErrorString(asLong(0x80040401), false));
 }
 
 TEST(ErrorString, DoesNotLookAtLoginForTheServersCodes)
 {
-    EXPECT_EQ(getErrorString(hresult(0x80040457), true), QStringLiteral("No form for new story."));
-    EXPECT_EQ(getErrorString(hresult(0x80040802), true), QStringLiteral("The news system is offline."));
+    EXPECT_EQ(getErrorString(asLong(0x80040457), true), QStringLiteral("No form for new story."));
+    EXPECT_EQ(getErrorString(asLong(0x80040802), true), QStringLiteral("The news system is offline."));
 }
 
 TEST(ErrorString, SaysThatTheSystemIsOffline)
 {
-    EXPECT_EQ(getErrorString(hresult(0x80040802), false), QStringLiteral("The news system is offline."));
+    EXPECT_EQ(getErrorString(asLong(0x80040802), false), QStringLiteral("The news system is offline."));
 }
 
 TEST(ErrorString, HasOneTextForBothVersionErrors)
 {
     const QString version = QStringLiteral("Your client application version is incompatible with your selected News "
                                            "Server.  Please select another server.");
-    EXPECT_EQ(getErrorString(hresult(0x80040809), false), version);
-    EXPECT_EQ(getErrorString(hresult(0x8004080E), false), version);
+    EXPECT_EQ(getErrorString(asLong(0x80040809), false), version);
+    EXPECT_EQ(getErrorString(asLong(0x8004080E), false), version);
 }
 
 TEST(ErrorString, TakesOnlyTheLow32BitsOfALong)
@@ -195,52 +184,52 @@ TEST(ErrorString, TakesOnlyTheLow32BitsOfALong)
 
 TEST(ErrorString, AsksTheSystemForTheInterfaceFacilitysOtherGroups)
 {
-    EXPECT_TRUE(getErrorString(hresult(0x80040001), false).contains(QStringLiteral("x80040001")));
-    EXPECT_TRUE(getErrorString(hresult(0x80040C01), false).contains(QStringLiteral("x80040c01")));
+    EXPECT_TRUE(getErrorString(asLong(0x80040001), false).contains(QStringLiteral("x80040001")));
+    EXPECT_TRUE(getErrorString(asLong(0x80040C01), false).contains(QStringLiteral("x80040c01")));
 }
 
 TEST(ErrorString, AsksTheSystemForOtherFacilities)
 {
-    EXPECT_TRUE(getErrorString(hresult(0x80050401), false).contains(QStringLiteral("x80050401")));
-    EXPECT_TRUE(getErrorString(hresult(0x90040401), false).contains(QStringLiteral("x90040401")));
+    EXPECT_TRUE(getErrorString(asLong(0x80050401), false).contains(QStringLiteral("x80050401")));
+    EXPECT_TRUE(getErrorString(asLong(0x90040401), false).contains(QStringLiteral("x90040401")));
 }
 
 // ---- signing on -----------------------------------------------------------------------------------------------------
 
 TEST(ErrorString, SaysInvalidUserForAnInvalidParameterOnlyWhenSigningOn)
 {
-    EXPECT_EQ(getErrorString(hresult(0x80070057), true), QStringLiteral("Invalid user name or password."));
-    EXPECT_NE(getErrorString(hresult(0x80070057), false), QStringLiteral("Invalid user name or password."));
-    EXPECT_TRUE(getErrorString(hresult(0x80070057), false).endsWith(QStringLiteral(" (x80070057)")));
+    EXPECT_EQ(getErrorString(asLong(0x80070057), true), QStringLiteral("Invalid user name or password."));
+    EXPECT_NE(getErrorString(asLong(0x80070057), false), QStringLiteral("Invalid user name or password."));
+    EXPECT_TRUE(getErrorString(asLong(0x80070057), false).endsWith(QStringLiteral(" (x80070057)")));
 }
 
 TEST(ErrorString, SaysInvalidUserForARefusedConnection)
 {
-    EXPECT_EQ(getErrorString(hresult(0x8007274D), true), QStringLiteral("Invalid user name or password."));
+    EXPECT_EQ(getErrorString(asLong(0x8007274D), true), QStringLiteral("Invalid user name or password."));
     EXPECT_EQ(getErrorString(10061, true), QStringLiteral("Invalid user name or password."));
 }
 
 TEST(ErrorString, SaysServerNotFoundForAnUnavailableAddress)
 {
-    EXPECT_EQ(getErrorString(hresult(0x80072741), true), QStringLiteral("News server not found."));
-    EXPECT_NE(getErrorString(hresult(0x80072741), false), QStringLiteral("News server not found."));
+    EXPECT_EQ(getErrorString(asLong(0x80072741), true), QStringLiteral("News server not found."));
+    EXPECT_NE(getErrorString(asLong(0x80072741), false), QStringLiteral("News server not found."));
 }
 
 TEST(ErrorString, LooksAtTheLow16BitsOnlyWhenSigningOn)
 {
-    EXPECT_EQ(getErrorString(hresult(0x12340057), true), QStringLiteral("Invalid user name or password."));
+    EXPECT_EQ(getErrorString(asLong(0x12340057), true), QStringLiteral("Invalid user name or password."));
 }
 
 TEST(ErrorString, AsksTheSystemForOtherCodesWhenSigningOn)
 {
-    EXPECT_EQ(getErrorString(hresult(0x80004005), true), getErrorString(hresult(0x80004005), false));
+    EXPECT_EQ(getErrorString(asLong(0x80004005), true), getErrorString(asLong(0x80004005), false));
 }
 
 // ---- the system's texts ---------------------------------------------------------------------------------------------
 
 TEST(ErrorString, EndsASystemMessageWithTheCodeInLowerCaseHexadecimal)
 {
-    const QString message = getErrorString(hresult(0x80004005), false);
+    const QString message = getErrorString(asLong(0x80004005), false);
     EXPECT_TRUE(message.endsWith(QStringLiteral(" (x80004005)"))) << message.toStdString();
     EXPECT_GT(message.size(), 12);
 }
@@ -253,7 +242,7 @@ TEST(ErrorString, WritesTheCodeWithoutPadding)
 
 TEST(ErrorString, KeepsASystemMessageOnOneLine)
 {
-    for (const long code : {hresult(0x80004005), hresult(0x80070057), hresult(0x80070005), 5L, 2L}) {
+    for (const long code : {asLong(0x80004005), asLong(0x80070057), asLong(0x80070005), 5L, 2L}) {
         const QString message = getErrorString(code, false);
         EXPECT_FALSE(message.contains(QLatin1Char('\n'))) << message.toStdString();
         EXPECT_FALSE(message.contains(QLatin1Char('\r'))) << message.toStdString();
@@ -262,8 +251,8 @@ TEST(ErrorString, KeepsASystemMessageOnOneLine)
 
 TEST(ErrorString, NamesTheCodeThatTheSystemHasNoTextFor)
 {
-    EXPECT_EQ(getErrorString(hresult(0x8ABCDEF1), false), QStringLiteral("Unexpected error, code = x8abcdef1."));
-    EXPECT_EQ(getErrorString(hresult(0x8ABCDEF1), true), QStringLiteral("Unexpected error, code = x8abcdef1."));
+    EXPECT_EQ(getErrorString(asLong(0x8ABCDEF1), false), QStringLiteral("Unexpected error, code = x8abcdef1."));
+    EXPECT_EQ(getErrorString(asLong(0x8ABCDEF1), true), QStringLiteral("Unexpected error, code = x8abcdef1."));
 }
 
 // ---- translation ----------------------------------------------------------------------------------------------------
@@ -271,14 +260,14 @@ TEST(ErrorString, NamesTheCodeThatTheSystemHasNoTextFor)
 TEST(ErrorString, TranslatesCommandErrorsUnderTheirComment)
 {
     const Echo echo;
-    EXPECT_EQ(getErrorString(hresult(0x80040458), false),
+    EXPECT_EQ(getErrorString(asLong(0x80040458), false),
               QStringLiteral("QObject|ZEKO syntax error on story save.|orvex error"));
 }
 
 TEST(ErrorString, TranslatesLoginErrorsUnderTheirComment)
 {
     const Echo echo;
-    EXPECT_EQ(getErrorString(hresult(0x80040802), false),
+    EXPECT_EQ(getErrorString(asLong(0x80040802), false),
               QStringLiteral("QObject|The news system is offline.|nrcs login error"));
 }
 
@@ -292,12 +281,12 @@ TEST(ErrorString, TranslatesNetworkFailuresUnderTheCommentOfLoginErrors)
 TEST(ErrorString, TranslatesTheUnexpectedErrorBeforeItsNumberIsFilledIn)
 {
     const Echo echo;
-    EXPECT_EQ(getErrorString(hresult(0x8ABCDEF1), false),
+    EXPECT_EQ(getErrorString(asLong(0x8ABCDEF1), false),
               QStringLiteral("QObject|Unexpected error, code = x8abcdef1.|error message"));
 }
 
 TEST(ErrorString, DoesNotTranslateNumbersWithoutARow)
 {
     const Echo echo;
-    EXPECT_EQ(getErrorString(hresult(0x80040403), false), QString());
+    EXPECT_EQ(getErrorString(asLong(0x80040403), false), QString());
 }

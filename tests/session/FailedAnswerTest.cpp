@@ -5,17 +5,13 @@
 
 #include "support/QtPrinting.h"
 #include "support/SessionFixture.h"
+#include "support/Text.h"
 
 // A server that fails and hands something out all the same: the answer is not used, and it is freed.
 
 using namespace Quire;
 
 namespace {
-
-QString text(const char *literal)
-{
-    return QString::fromLatin1(literal);
-}
 
 class FailedAnswer : public SessionTest
 {

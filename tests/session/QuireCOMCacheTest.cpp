@@ -9,24 +9,12 @@
 
 #include "support/QtPrinting.h"
 #include "support/SessionFixture.h"
+#include "support/Text.h"
 
 using FakeServer::Kind;
 using namespace Quire;
 
 namespace {
-
-QString text(const char *literal)
-{
-    return QString::fromLatin1(literal);
-}
-
-QStringList texts(std::initializer_list<const char *> literals)
-{
-    QStringList list;
-    for (const char *literal : literals)
-        list.append(text(literal));
-    return list;
-}
 
 /// A session whose tables a test fills with handles of its own.
 class HandleTables : public SessionTest

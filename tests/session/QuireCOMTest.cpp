@@ -7,31 +7,17 @@
 
 #include <quire/Quire.h>
 
+#include "session/ConnectInfo.h"
 #include "support/QtPrinting.h"
 #include "support/SessionFixture.h"
+#include "support/Text.h"
 
 using FakeServer::Kind;
 using namespace Quire;
 
 namespace {
 
-QString text(const char *literal)
-{
-    return QString::fromLatin1(literal);
-}
-
 /// The connection's three texts on one line.
-QString connectInfo(QuireCOM &session)
-{
-    QString server = text("before");
-    QString user = text("before");
-    QString password = text("before");
-    session.GetConnectInfo(server, user, password);
-    return QStringLiteral("[%1] [%2] [%3]").arg(server, user, password);
-}
-
-const char *const nobody = "[] [] []";
-
 /// A copy of a session that a test can destroy.
 class Copy final : public QuireCOM
 {

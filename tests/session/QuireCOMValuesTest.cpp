@@ -9,23 +9,11 @@
 
 #include "support/QtPrinting.h"
 #include "support/SessionFixture.h"
+#include "support/Text.h"
 
 using namespace Quire;
 
 namespace {
-
-QString text(const char *literal)
-{
-    return QString::fromLatin1(literal);
-}
-
-QStringList texts(std::initializer_list<const char *> literals)
-{
-    QStringList list;
-    for (const char *literal : literals)
-        list.append(text(literal));
-    return list;
-}
 
 /// A session that is signed on.
 class SignedOn : public SessionTest

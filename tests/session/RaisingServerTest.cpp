@@ -5,8 +5,10 @@
 #include <quire/platform/System.h>
 #include <quire/session/QuireCOM.h>
 
+#include "session/ConnectInfo.h"
 #include "support/QtPrinting.h"
 #include "support/SessionFixture.h"
+#include "support/Text.h"
 
 // A server that raises out of its operations: the lock is free afterwards, nothing is left over, the session works on.
 
@@ -14,7 +16,7 @@ using namespace Quire;
 
 namespace {
 
-const StoryID id{1, 2, 3};
+const StoryID anyStory{1, 2, 3};
 
 /// A call of the session, and the server's operation that raises in it.
 struct Raising
@@ -28,9 +30,9 @@ const Raising raising[] = {
     {"get_Connected", [](QuireCOM &session) { session.Disconnect(); }},
     {"Disconnect", [](QuireCOM &session) { session.Disconnect(); }},
     {"GetDirectory", [](QuireCOM &session) { session.GetCachedDir(QStringLiteral("NOWHERE")); }},
-    {"GetStory", [](QuireCOM &session) { session.GetStoryDirect(QStringLiteral("MAIL"), &id); }},
-    {"GetStory", [](QuireCOM &session) { session.GetCachedStory(QStringLiteral("MAIL"), &id, false); }},
-    {"DeleteStory", [](QuireCOM &session) { session.DeleteStoryDirect(QStringLiteral("MAIL"), &id); }},
+    {"GetStory", [](QuireCOM &session) { session.GetStoryDirect(QStringLiteral("MAIL"), &anyStory); }},
+    {"GetStory", [](QuireCOM &session) { session.GetCachedStory(QStringLiteral("MAIL"), &anyStory, false); }},
+    {"DeleteStory", [](QuireCOM &session) { session.DeleteStoryDirect(QStringLiteral("MAIL"), &anyStory); }},
     {"get_SysReadRate", [](QuireCOM &session) { session.GetSysReadRate(); }},
     {"get_SysWordLength", [](QuireCOM &session) { session.GetSysWordLength(); }},
     {"GetSystemForm",
@@ -52,23 +54,9 @@ const Raising raising[] = {
     {"StopSearch", [](QuireCOM &session) { session.StopSearch(1); }},
 };
 
-QString text(const char *literal)
-{
-    return QString::fromLatin1(literal);
-}
-
 long connectAgain(QuireCOM &session)
 {
     return session.Connect(text("OTHER"), text("bob"), text("word"), 0);
-}
-
-QString connectInfo(QuireCOM &session)
-{
-    QString server;
-    QString user;
-    QString password;
-    session.GetConnectInfo(server, user, password);
-    return server + QLatin1Char(' ') + user + QLatin1Char(' ') + password;
 }
 
 bool lockIsFree()
@@ -123,7 +111,7 @@ TEST_F(RaisingServer, ConnectKeepsNothingOfARaisedSignOn)
     server.raise(text("Connect"), E_ABORT);
     expectRaised([this] { connectAgain(*session); });
     EXPECT_TRUE(lockIsFree());
-    EXPECT_EQ(connectInfo(*session), text("  "));
+    EXPECT_EQ(connectInfo(*session), text(nobody));
     EXPECT_FALSE(session->GetCachedDir(text(".")));
 }
 
@@ -132,7 +120,7 @@ TEST_F(RaisingServer, ConnectKeepsNothingWhenAskingForTheNameRaises)
     server.raise(text("get_ServerName"), E_ABORT);
     expectRaised([this] { connectAgain(*session); });
     EXPECT_TRUE(lockIsFree());
-    EXPECT_EQ(connectInfo(*session), text("  "));
+    EXPECT_EQ(connectInfo(*session), text(nobody));
 }
 
 TEST_F(RaisingServer, ConnectHasKeptWhoIsSignedOnWhenReadingTheRootRaises)
@@ -140,7 +128,7 @@ TEST_F(RaisingServer, ConnectHasKeptWhoIsSignedOnWhenReadingTheRootRaises)
     server.raise(text("GetDirectory"), E_ABORT);
     expectRaised([this] { connectAgain(*session); });
     EXPECT_TRUE(lockIsFree());
-    EXPECT_EQ(connectInfo(*session), text("OTHER bob word"));
+    EXPECT_EQ(connectInfo(*session), text("[OTHER] [bob] [word]"));
     EXPECT_TRUE(session->IsConnected());
 }
 
@@ -149,7 +137,7 @@ TEST_F(RaisingServer, DisconnectKeepsWhatItHadWhenTheServerRaises)
     connect();
     server.raise(text("Disconnect"), E_ABORT);
     expectRaised([this] { session->Disconnect(); });
-    EXPECT_EQ(connectInfo(*session), text("HUB ann secret"));
+    EXPECT_EQ(connectInfo(*session), text("[HUB] [ann] [secret]"));
     EXPECT_TRUE(session->GetCachedDir(text(".")));
     EXPECT_EQ(server.count(text("GetDirectory(.)")), 0);
 }

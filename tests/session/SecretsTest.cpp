@@ -17,11 +17,11 @@ using Newsroom::Fault;
 
 namespace {
 
-const QString password = QStringLiteral("Un1que-Opens3same");
+const QString secretPassword = QStringLiteral("Un1que-Opens3same");
 const QString wrongPassword = QStringLiteral("Un1que-Nearlys3same");
 const QString mark = QStringLiteral("Un1que"); // in both
 
-const char *const newsroomText = "server HUB\n"
+const char *const openNewsroom = "server HUB\n"
                                  "user ann password=Un1que-Opens3same\n"
                                  "directory NEWS\n"
                                  "  queue WORLD\n"
@@ -33,7 +33,7 @@ class SecretsTest : public ::testing::Test
 {
 protected:
     SecretsTest()
-        : m_server(Newsroom::Model::fromText(QString::fromUtf8(newsroomText)))
+        : m_server(Newsroom::Model::fromText(QString::fromUtf8(openNewsroom)))
         , m_registration(m_server.registerClass())
     {
         ListMutexLocker::sDebugListLocks = true;
@@ -54,7 +54,7 @@ protected:
             EXPECT_FALSE(line.contains(mark)) << qPrintable(line);
     }
 
-    long signOn(const QString &with = password)
+    long signOn(const QString &with = secretPassword)
     {
         const long result = m_session->Connect(QStringLiteral("HUB"), QStringLiteral("ann"), with, 0);
         note(static_cast<HRESULT>(result));
@@ -108,7 +108,7 @@ TEST_F(SecretsTest, ASignOnThatSucceedsTellsNobody)
     QString user;
     QString kept;
     m_session->GetConnectInfo(server, user, kept);
-    EXPECT_EQ(kept, password);
+    EXPECT_EQ(kept, secretPassword);
     m_written << server << user;
 }
 
@@ -162,8 +162,8 @@ TEST_F(SecretsTest, ATextThatTheHostKeepsStaysTheHosts)
     QString kept;
     m_session->GetConnectInfo(server, user, kept);
     m_session->Disconnect();
-    EXPECT_EQ(kept, password);
-    EXPECT_EQ(password, QStringLiteral("Un1que-Opens3same"));
+    EXPECT_EQ(kept, secretPassword);
+    EXPECT_EQ(secretPassword, QStringLiteral("Un1que-Opens3same"));
 }
 
 TEST_F(SecretsTest, TheSessionHasOneCopyOfItsOwn)
@@ -174,6 +174,6 @@ TEST_F(SecretsTest, TheSessionHasOneCopyOfItsOwn)
     QString kept;
     m_session->GetConnectInfo(server, user, kept);
     const QChar *const characters = kept.constData();
-    EXPECT_NE(characters, password.constData()); // not the host's
-    EXPECT_FALSE(kept.isDetached());             // one copy, the session's
+    EXPECT_NE(characters, secretPassword.constData()); // not the host's
+    EXPECT_FALSE(kept.isDetached());                   // one copy, the session's
 }

@@ -17,6 +17,7 @@
 
 #include "support/QtPrinting.h"
 #include "support/Stress.h"
+#include "support/Text.h"
 #include "support/Watchdog.h"
 
 #if defined(__GLIBC__) && !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
@@ -28,11 +29,6 @@ using namespace Quire;
 using Newsroom::ObjectKind;
 
 namespace {
-
-QString text(const char *literal)
-{
-    return QString::fromUtf8(literal);
-}
 
 const char *const newsroomText = R"(
 server HUB-A alias=HUB-B read-rate=200 word-length=6

@@ -21,6 +21,7 @@
 
 #include "support/QtPrinting.h"
 #include "support/SessionFixture.h"
+#include "support/Text.h"
 
 namespace Quire {
 
@@ -35,11 +36,6 @@ struct LocalStoryProbe
 using namespace Quire;
 
 namespace {
-
-QString text(const char *literal)
-{
-    return QString::fromUtf8(literal);
-}
 
 const char *const wholeStory = R"(<story>
 <formname>RUNDOWN</formname>

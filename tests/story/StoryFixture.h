@@ -7,9 +7,10 @@
 
 #include <quire/story/Story.h>
 
+#include "story/StoryProbe.h"
 #include "support/QtPrinting.h"
 #include "support/SessionFixture.h"
-#include "story/StoryProbe.h"
+#include "support/Text.h"
 
 /// A connected session on a fake server, with the handle of the queue MAIL at hand and nothing in it. After each test
 /// no text or array is left either.
@@ -39,15 +40,13 @@ private:
     __int64 m_arrays = 0;
 };
 
+/// The story that most of these tests put there.
+const Quire::StoryID fifth{5, 1, 2};
+
 /// The queue of all these tests.
 inline QString mail()
 {
     return QStringLiteral("MAIL");
-}
-
-inline QString text(const char *literal)
-{
-    return QString::fromUtf8(literal);
 }
 
 /// Which story it is, null for none. Asks the server.

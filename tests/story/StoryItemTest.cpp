@@ -82,8 +82,8 @@ QStringList list(std::initializer_list<const char *> literals)
     return all;
 }
 
-const char *const wholeStory = "<zeko:story><head><storyid>0005</storyid><meta rate=150></head>"
-                               "<fields><f id=title>Floods</f></fields><body>x</body></zeko:story>";
+const char *const wholeText = "<zeko:story><head><storyid>0005</storyid><meta rate=150></head>"
+                              "<fields><f id=title>Floods</f></fields><body>x</body></zeko:story>";
 
 class StoryItem : public StoryFixture
 {
@@ -93,7 +93,7 @@ protected:
         StoryFixture::SetUp();
         data = add("5:1:2");
         data->name = text("Floods");
-        data->markup[127] = text(wholeStory);
+        data->markup[127] = text(wholeText);
     }
 
     FakeServer::StoryDataPtr data;

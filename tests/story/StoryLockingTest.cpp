@@ -6,8 +6,6 @@ using namespace Quire;
 
 namespace {
 
-const StoryID fifth{5, 1, 2};
-
 class StoryLocking : public StoryFixture
 {
 protected:

@@ -72,14 +72,6 @@ private:
     QStringList m_calls;
 };
 
-QStringList texts(std::initializer_list<const char *> literals)
-{
-    QStringList all;
-    for (const char *literal : literals)
-        all.append(text(literal));
-    return all;
-}
-
 } // namespace
 
 // ---- the walk -------------------------------------------------------------------------------------------------------

@@ -20,17 +20,13 @@
 #include "story/StoryProbe.h"
 #include "support/QtPrinting.h"
 #include "support/Stress.h"
+#include "support/Text.h"
 
 using namespace Quire;
 using Newsroom::Fault;
 using Newsroom::ObjectKind;
 
 namespace {
-
-QString text(const char *literal)
-{
-    return QString::fromUtf8(literal);
-}
 
 const char *const tenStories = R"(
 directory SOAK

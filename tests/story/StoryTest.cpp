@@ -12,7 +12,6 @@ using namespace Quire;
 namespace {
 
 const StoryID noStory{0, 0, 0};
-const StoryID fifth{5, 1, 2};
 
 QString identifier(Story &story)
 {

@@ -6,6 +6,7 @@
 #include <quire/story/Story.h>
 
 #include "support/QtPrinting.h"
+#include "support/Text.h"
 
 using Quire::LocalStory;
 using Quire::Story;
@@ -52,11 +53,6 @@ QString replaced(const char *text, const char *tag, const char *section)
     QString changed = QString::fromUtf8(text);
     LocalStory::SetTextSection(changed, QLatin1String(tag), QString::fromUtf8(section));
     return changed;
-}
-
-QString text(const char *literal)
-{
-    return QString::fromUtf8(literal);
 }
 
 } // namespace

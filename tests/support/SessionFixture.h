@@ -6,6 +6,7 @@
 
 #include "support/DebugCapture.h"
 #include "support/FakeServer.h"
+#include "support/Results.h"
 
 /// A session on a fake server with the tree
 ///     NEWS            directory
@@ -28,15 +29,3 @@ protected:
     FakeServer::Server server;
     Quire::QuireCOM *session = nullptr;
 };
-
-/// The HRESULT as hosts see it in a long.
-inline long asLong(quint32 result)
-{
-    return static_cast<qint32>(result);
-}
-
-/// The HRESULT that the server answers.
-inline HRESULT hresult(quint32 result)
-{
-    return static_cast<HRESULT>(result);
-}

@@ -4,6 +4,8 @@
 
 #include <quire/testkit/Failure.h>
 
+#include "support/Text.h"
+
 /// Catches the failures that checks report while it lives, so that a test can fail checks on purpose. One at a time.
 class FailureCapture
 {
@@ -38,8 +40,3 @@ private:
 
     Quire::TestKit::FailureHandler m_before;
 };
-
-inline QString text(const char *literal)
-{
-    return QString::fromUtf8(literal);
-}

@@ -19,7 +19,7 @@ using ::testing::IsEmpty;
 
 namespace {
 
-const HRESULT gone = static_cast<HRESULT>(0x8004040B);
+const HRESULT objectGone = static_cast<HRESULT>(0x8004040B);
 
 const LONG inverted1 = 1 << 0;
 const LONG locked1 = 1 << 1;
@@ -570,7 +570,7 @@ TEST_F(DirectoryTest, OpensNothingWhenAQueueHasTakenItsPlace)
 TEST_F(DirectoryTest, OpeningPastTheEndRaises)
 {
     const std::unique_ptr<Directory> news = open("NEWS");
-    EXPECT_EQ(raised([&] { news->GetSubDir(2); }), gone);
+    EXPECT_EQ(raised([&] { news->GetSubDir(2); }), objectGone);
 }
 
 TEST_F(DirectoryTest, OpensNothingWhenTheServerHasNoSuchInterface)
@@ -771,7 +771,7 @@ TEST_F(DirectoryTest, WhatTheServerRefusesIsRaisedAndLeavesNothing)
     const IDispatchPtr news = object("NEWS");
     const int live = server.liveObjects();
     for (const char *call : calls) {
-        for (const HRESULT result : {E_FAIL, E_ACCESSDENIED, gone}) {
+        for (const HRESULT result : {E_FAIL, E_ACCESSDENIED, objectGone}) {
             server.fail(text(call), result);
             EXPECT_EQ(raised([&] { delete Directory::NewDirectory(news); }), result) << call;
             server.mend();

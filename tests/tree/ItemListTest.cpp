@@ -7,16 +7,12 @@
 #include <quire/tree/ItemList.h>
 
 #include "support/QtPrinting.h"
+#include "support/Text.h"
 #include "tree/Waiting.h"
 
 using namespace Quire;
 
 namespace {
-
-QString text(const char *literal)
-{
-    return QString::fromUtf8(literal);
-}
 
 Item named(const char *name)
 {

@@ -7,15 +7,11 @@
 #include <quire/tree/Item.h>
 
 #include "support/QtPrinting.h"
+#include "support/Text.h"
 
 using namespace Quire;
 
 namespace {
-
-QString text(const char *literal)
-{
-    return QString::fromUtf8(literal);
-}
 
 Item withAttributes()
 {

@@ -15,17 +15,13 @@
 
 #include "support/DebugCapture.h"
 #include "support/QtPrinting.h"
+#include "support/Text.h"
 #include "tree/Waiting.h"
 
 using namespace Quire;
 using ::testing::ElementsAre;
 
 namespace {
-
-QString text(const char *literal)
-{
-    return QString::fromUtf8(literal);
-}
 
 QString line(const char *format, quint32 thread)
 {

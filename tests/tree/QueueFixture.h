@@ -12,6 +12,7 @@
 
 #include "support/DebugCapture.h"
 #include "support/QtPrinting.h"
+#include "support/Text.h"
 #include "tree/Waiting.h"
 
 namespace Quire {
@@ -39,11 +40,6 @@ struct QueueUpdateMgrProbe
 
 using Quire::QueueProbe;
 using Quire::QueueUpdateMgrProbe;
-
-inline QString text(const char *literal)
-{
-    return QString::fromUtf8(literal);
-}
 
 /// A signed-on session on a newsroom with the queues
 ///     Q.NONE  number 10  no stories

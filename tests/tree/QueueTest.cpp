@@ -53,13 +53,13 @@ protected:
 };
 
 /// Names the protected functions, and counts what the worker calls.
-class OpenedQueue : public Queue
+class CountingQueue : public Queue
 {
 public:
     using Queue::LoadListChunk;
     using Queue::Populate;
     using Queue::Queue;
-    ~OpenedQueue() override { cancelQueueLoad(true); }
+    ~CountingQueue() override { cancelQueueLoad(true); }
 
     void Completed() override
     {
@@ -323,7 +323,7 @@ TEST_F(QueueTest, ArrivingStoriesChangeTheList)
 TEST_F(QueueTest, AnEmptyChunkDoesNotChangeTheList)
 {
     Queue::useThreading = false;
-    OpenedQueue queue(object("Q.NONE"));
+    CountingQueue queue(object("Q.NONE"));
     queue.HasChanged(true);
     queue.Populate();
     EXPECT_FALSE(queue.HasChanged(false));
@@ -332,7 +332,7 @@ TEST_F(QueueTest, AnEmptyChunkDoesNotChangeTheList)
 TEST_F(QueueTest, OneChunkCanBeRead)
 {
     Queue::useThreading = false;
-    OpenedQueue queue(object("Q.NONE"));
+    CountingQueue queue(object("Q.NONE"));
     int position = 3;
     EXPECT_TRUE(queue.LoadListChunk(Orvex::IQueuePtr(), position));
     EXPECT_EQ(position, 3);
@@ -500,7 +500,7 @@ TEST_F(QueueTest, IsNeitherWhileTheGateIsShut)
 TEST_F(QueueTest, CompletedIsCalledOnceALoadHasEnded)
 {
     server.faults().failNext(text("GetList"), Fault::hang(30)); // until the object is whole
-    OpenedQueue queue(object("Q.SHORT"));
+    CountingQueue queue(object("Q.SHORT"));
     ASSERT_TRUE(comesTrue([&] { return queue.IsFinished(); }));
     EXPECT_EQ(queue.completed, 1);
     EXPECT_TRUE(queue.IsComplete());
@@ -509,7 +509,7 @@ TEST_F(QueueTest, CompletedIsCalledOnceALoadHasEnded)
 TEST_F(QueueTest, CompletedIsNotCalledForACancelledLoad)
 {
     server.faults().failNext(text("GetList"), Fault::hang(30));
-    OpenedQueue queue(object("Q.SHORT"));
+    CountingQueue queue(object("Q.SHORT"));
     queue.cancelQueueLoad(false);
     ASSERT_TRUE(comesTrue([&] { return queue.IsFinished(); }));
     EXPECT_EQ(queue.completed, 0);
@@ -605,7 +605,7 @@ TEST_F(QueueTest, PopulatingDuringALoadGoesOnBehindWhatIsThere)
 {
     Queue::useThreading = true;
     server.faults().failNext(text("GetList"), Fault::hang(50), 2);
-    OpenedQueue queue(object("Q.SHORT"));
+    CountingQueue queue(object("Q.SHORT"));
     ASSERT_TRUE(server.faults().waitForHang(patience));
     queue.Populate(object("Q.SHORT"));
     ASSERT_TRUE(comesTrue([&] { return queue.IsComplete(); }));

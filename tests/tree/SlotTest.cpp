@@ -30,22 +30,25 @@ int slotOf(Function function)
 }
 
 /// Names the protected functions.
-class OpenedDirectory : public Directory
+class ProtectedDirectory : public Directory
 {
 public:
     static int populateObject()
     {
-        return slotOf(static_cast<void (Directory::*)(IDispatchPtr)>(&OpenedDirectory::Populate));
+        return slotOf(static_cast<void (Directory::*)(IDispatchPtr)>(&ProtectedDirectory::Populate));
     }
-    static int populate() { return slotOf(static_cast<void (Directory::*)()>(&OpenedDirectory::Populate)); }
+    static int populate() { return slotOf(static_cast<void (Directory::*)()>(&ProtectedDirectory::Populate)); }
 };
 
-class OpenedQueue : public Queue
+class ProtectedQueue : public Queue
 {
 public:
-    static int getFormA() { return slotOf(&OpenedQueue::GetFormA); }
-    static int populateObject() { return slotOf(static_cast<void (Queue::*)(IDispatchPtr)>(&OpenedQueue::Populate)); }
-    static int populate() { return slotOf(static_cast<void (Queue::*)()>(&OpenedQueue::Populate)); }
+    static int getFormA() { return slotOf(&ProtectedQueue::GetFormA); }
+    static int populateObject()
+    {
+        return slotOf(static_cast<void (Queue::*)(IDispatchPtr)>(&ProtectedQueue::Populate));
+    }
+    static int populate() { return slotOf(static_cast<void (Queue::*)()>(&ProtectedQueue::Populate)); }
 };
 
 } // namespace
@@ -77,8 +80,8 @@ TEST(DirectorySlots, FollowThoseOfTheList)
     EXPECT_EQ(slotOf(static_cast<Directory *(Directory::*)(const QString &)>(&Directory::GetSubDir)), 19);
     EXPECT_EQ(slotOf(static_cast<Directory *(Directory::*)(int)>(&Directory::GetSubDir)), 20);
     EXPECT_EQ(slotOf(&Directory::StartSearch), 21);
-    EXPECT_EQ(OpenedDirectory::populateObject(), 22);
-    EXPECT_EQ(OpenedDirectory::populate(), 23);
+    EXPECT_EQ(ProtectedDirectory::populateObject(), 22);
+    EXPECT_EQ(ProtectedDirectory::populate(), 23);
 }
 
 TEST(QueueSlots, FollowThoseOfTheDirectory)
@@ -97,7 +100,7 @@ TEST(QueueSlots, FollowThoseOfTheDirectory)
     EXPECT_EQ(slotOf(&Queue::GetLiveRefresh), 35);
     EXPECT_EQ(slotOf(&Queue::MoreStoriesAvailable), 36);
     EXPECT_EQ(slotOf(&Queue::LoadMore), 37);
-    EXPECT_EQ(OpenedQueue::getFormA(), 38);
+    EXPECT_EQ(ProtectedQueue::getFormA(), 38);
 }
 
 TEST(QueueSlots, OverrideThoseOfTheDirectory)
@@ -106,8 +109,8 @@ TEST(QueueSlots, OverrideThoseOfTheDirectory)
     EXPECT_EQ(slotOf(&Queue::IsQueue), 17);
     EXPECT_EQ(slotOf(&Queue::Refresh), 18);
     EXPECT_EQ(slotOf(&Queue::StartSearch), 21);
-    EXPECT_EQ(OpenedQueue::populateObject(), 22);
-    EXPECT_EQ(OpenedQueue::populate(), 23);
+    EXPECT_EQ(ProtectedQueue::populateObject(), 22);
+    EXPECT_EQ(ProtectedQueue::populate(), 23);
 }
 
 #endif

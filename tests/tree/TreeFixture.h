@@ -9,12 +9,8 @@
 
 #include "support/QtPrinting.h"
 #include "support/SessionFixture.h"
+#include "support/Text.h"
 #include "tree/SearcherEnd.h"
-
-inline QString text(const char *literal)
-{
-    return QString::fromUtf8(literal);
-}
 
 /// A signed-on session on a fake server, where queues load at once on the calling thread and locks are debugged, so
 /// that each call tells its label. After each test no text or array is left either, and there is no searcher.

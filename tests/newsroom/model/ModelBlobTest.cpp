@@ -6,53 +6,53 @@ using ModelBlobTest = EditingFixture;
 
 namespace {
 
-const QString name = QStringLiteral("desk/layout");
+const QString blobName = QStringLiteral("desk/layout");
 
 } // namespace
 
 TEST_F(ModelBlobTest, ABlobIsKeptWithItsSize)
 {
     const QByteArray data("a\0b", 3);
-    EXPECT_EQ(model->saveBlob(nora, name, data).value, 3);
-    const Answer<Blob> blob = model->blob(omar, name);
+    EXPECT_EQ(model->saveBlob(nora, blobName, data).value, 3);
+    const Answer<Blob> blob = model->blob(omar, blobName);
     ASSERT_TRUE(blob.ok());
     EXPECT_EQ(blob.value.data, data);
     EXPECT_EQ(blob.value.value, 3);
-    EXPECT_EQ(model->blobNames(), QStringList{name});
+    EXPECT_EQ(model->blobNames(), QStringList{blobName});
 }
 
 TEST_F(ModelBlobTest, AnEmptyBlobIsABlob)
 {
-    EXPECT_TRUE(model->saveBlob(nora, name, QByteArray()).ok());
-    EXPECT_TRUE(model->blob(nora, name).ok());
-    EXPECT_EQ(model->blob(nora, name).value.value, 0);
+    EXPECT_TRUE(model->saveBlob(nora, blobName, QByteArray()).ok());
+    EXPECT_TRUE(model->blob(nora, blobName).ok());
+    EXPECT_EQ(model->blob(nora, blobName).value.value, 0);
 }
 
 TEST_F(ModelBlobTest, SavingAgainReplaces)
 {
-    model->saveBlob(nora, name, "old");
-    model->saveBlob(omar, name, "newer");
-    EXPECT_EQ(model->blob(nora, name).value.data, QByteArray("newer"));
+    model->saveBlob(nora, blobName, "old");
+    model->saveBlob(omar, blobName, "newer");
+    EXPECT_EQ(model->blob(nora, blobName).value.data, QByteArray("newer"));
 }
 
 TEST_F(ModelBlobTest, NamesAreExact)
 {
-    model->saveBlob(nora, name, "x");
-    EXPECT_EQ(model->blob(nora, name.toUpper()).refusal, Refusal::EntryGone);
+    model->saveBlob(nora, blobName, "x");
+    EXPECT_EQ(model->blob(nora, blobName.toUpper()).refusal, Refusal::EntryGone);
 }
 
 TEST_F(ModelBlobTest, AMissingBlobIsGone)
 {
-    EXPECT_EQ(model->blob(nora, name).refusal, Refusal::EntryGone);
-    EXPECT_EQ(model->deleteBlob(nora, name), Refusal::EntryGone);
+    EXPECT_EQ(model->blob(nora, blobName).refusal, Refusal::EntryGone);
+    EXPECT_EQ(model->deleteBlob(nora, blobName), Refusal::EntryGone);
     EXPECT_EQ(model->userBlob(nora).refusal, Refusal::EntryGone);
 }
 
 TEST_F(ModelBlobTest, DeleteRemoves)
 {
-    model->saveBlob(nora, name, "x");
-    EXPECT_EQ(model->deleteBlob(omar, name), Refusal::None);
-    EXPECT_EQ(model->blob(nora, name).refusal, Refusal::EntryGone);
+    model->saveBlob(nora, blobName, "x");
+    EXPECT_EQ(model->deleteBlob(omar, blobName), Refusal::None);
+    EXPECT_EQ(model->blob(nora, blobName).refusal, Refusal::EntryGone);
     EXPECT_TRUE(model->blobNames().isEmpty());
 }
 
@@ -63,10 +63,10 @@ TEST_F(ModelBlobTest, AnEmptyNameIsNoName)
 
 TEST_F(ModelBlobTest, NamedBlobsNeedTheRightToWrite)
 {
-    EXPECT_EQ(model->saveBlob(intern, name, "x").refusal, Refusal::NotAuthorized);
-    model->saveBlob(nora, name, "x");
-    EXPECT_EQ(model->deleteBlob(intern, name), Refusal::NotAuthorized);
-    EXPECT_TRUE(model->blob(intern, name).ok());
+    EXPECT_EQ(model->saveBlob(intern, blobName, "x").refusal, Refusal::NotAuthorized);
+    model->saveBlob(nora, blobName, "x");
+    EXPECT_EQ(model->deleteBlob(intern, blobName), Refusal::NotAuthorized);
+    EXPECT_TRUE(model->blob(intern, blobName).ok());
 }
 
 TEST_F(ModelBlobTest, EachUserHasOneBlob)
@@ -81,12 +81,12 @@ TEST_F(ModelBlobTest, EachUserHasOneBlob)
 
 TEST_F(ModelBlobTest, AnEndedSessionHasNoBlobs)
 {
-    model->saveBlob(nora, name, "x");
+    model->saveBlob(nora, blobName, "x");
     model->signOff(nora);
-    EXPECT_EQ(model->blob(nora, name).refusal, Refusal::NotSignedOn);
-    EXPECT_EQ(model->saveBlob(nora, name, "y").refusal, Refusal::NotSignedOn);
-    EXPECT_EQ(model->deleteBlob(nora, name), Refusal::NotSignedOn);
+    EXPECT_EQ(model->blob(nora, blobName).refusal, Refusal::NotSignedOn);
+    EXPECT_EQ(model->saveBlob(nora, blobName, "y").refusal, Refusal::NotSignedOn);
+    EXPECT_EQ(model->deleteBlob(nora, blobName), Refusal::NotSignedOn);
     EXPECT_EQ(model->userBlob(nora).refusal, Refusal::NotSignedOn);
     EXPECT_EQ(model->saveUserBlob(nora, "y").refusal, Refusal::NotSignedOn);
-    EXPECT_EQ(model->blobOf(name).value.data, QByteArray("x"));
+    EXPECT_EQ(model->blobOf(blobName).value.data, QByteArray("x"));
 }

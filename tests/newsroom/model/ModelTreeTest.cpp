@@ -2,19 +2,12 @@
 
 #include <quire/newsroom/model/Model.h>
 
+#include "Newsroom.h"
 #include "Printers.h"
 
 using namespace Newsroom;
 
 namespace {
-
-std::shared_ptr<Model> newsroom(const char *text)
-{
-    QString error;
-    auto model = Model::fromText(QString::fromUtf8(text), &error);
-    EXPECT_NE(model, nullptr) << error.toStdString();
-    return model;
-}
 
 const char *const small = R"(
 form STORY

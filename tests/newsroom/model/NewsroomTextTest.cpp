@@ -3,6 +3,7 @@
 #include <quire/newsroom/model/Model.h>
 #include <quire/newsroom/model/NewsroomText.h>
 
+#include "Newsroom.h"
 #include "Printers.h"
 
 using namespace Newsroom;
@@ -15,14 +16,6 @@ QString errorOf(const char *text)
     QString error;
     EXPECT_EQ(Model::fromText(QString::fromUtf8(text), &error), nullptr) << text;
     return error;
-}
-
-std::shared_ptr<Model> newsroom(const char *text)
-{
-    QString error;
-    auto model = Model::fromText(QString::fromUtf8(text), &error);
-    EXPECT_NE(model, nullptr) << error.toStdString();
-    return model;
 }
 
 } // namespace

@@ -3,26 +3,16 @@
 // How GoogleTest shows what the newsroom's tests compare.
 
 #include <QByteArray>
-#include <QString>
-#include <QStringList>
 #include <ostream>
 
 #include <quire/newsroom/model/Refusal.h>
 #include <quire/newsroom/model/Zeko.h>
 
-inline void PrintTo(const QString &text, std::ostream *out)
-{
-    *out << (text.isNull() ? "(null)" : '"' + text.toStdString() + '"');
-}
+#include "support/QtPrinting.h"
 
 inline void PrintTo(const QByteArray &bytes, std::ostream *out)
 {
     *out << '"' << bytes.toPercentEncoding(" <>=\"/:\n").toStdString() << '"';
-}
-
-inline void PrintTo(const QStringList &texts, std::ostream *out)
-{
-    *out << '[' << texts.join(QLatin1String(" | ")).toStdString() << ']';
 }
 
 namespace Newsroom {

@@ -15,11 +15,7 @@
 #include <quire/platform/SafeArray.h>
 #include <quire/platform/Variant.h>
 
-/// gtest prints texts as they read.
-inline void PrintTo(const QString &text, std::ostream *out)
-{
-    *out << '"' << text.toStdString() << '"';
-}
+#include "support/QtPrinting.h"
 
 namespace Newsroom {
 
