@@ -32,6 +32,10 @@ endif()
 function(quire_target target)
     target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror
                                              $<$<CXX_COMPILER_ID:Clang>:-Wthread-safety>)
+    if(CMAKE_UNITY_BUILD AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+        # To gcc every source in a unity file is a header, where a type must not have members of unnamed namespaces.
+        target_compile_options(${target} PRIVATE -Wno-subobject-linkage)
+    endif()
     if(WIN32)
         # The 64-bit COM headers of MinGW-w64 are not clean under -Wpedantic.
         target_compile_definitions(${target} PRIVATE UNICODE _UNICODE NOMINMAX WIN32_LEAN_AND_MEAN)
