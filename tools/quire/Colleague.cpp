@@ -8,7 +8,7 @@ namespace Tool {
 namespace {
 
 constexpr std::chrono::milliseconds pause(400);
-constexpr std::chrono::milliseconds step(10);
+constexpr std::chrono::milliseconds waitStep(10);
 
 } // namespace
 
@@ -31,8 +31,8 @@ void Colleague::work()
     if (!session)
         return;
     for (int turn = 0; !m_leaving; ++turn) {
-        for (auto waited = step; waited < pause && !m_leaving; waited += step)
-            std::this_thread::sleep_for(step);
+        for (auto waited = waitStep; waited < pause && !m_leaving; waited += waitStep)
+            std::this_thread::sleep_for(waitStep);
         switch (turn % 3) {
         case 0:
             makeStory(session.value, turn);

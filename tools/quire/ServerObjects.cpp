@@ -13,13 +13,13 @@ namespace Tool {
 namespace {
 
 // The bits of the flag words that have a meaning for people.
-constexpr qint32 inverted = 1 << 0;    // word 1
-constexpr qint32 locked = 1 << 1;      // word 1
-constexpr qint32 confirmEdit = 1 << 6; // word 1
-constexpr qint32 sorted = 1 << 7;      // word 2
-constexpr qint32 live = 1 << 0;        // word 3
-constexpr qint32 lockedE = 1 << 2;     // word 3
-constexpr qint32 indexed = 1 << 6;     // word 3
+constexpr qint32 invertedFlag = 1 << 0;    // word 1
+constexpr qint32 lockedFlag = 1 << 1;      // word 1
+constexpr qint32 confirmEditFlag = 1 << 6; // word 1
+constexpr qint32 sortedFlag = 1 << 7;      // word 2
+constexpr qint32 liveFlag = 1 << 0;        // word 3
+constexpr qint32 lockedEFlag = 1 << 2;     // word 3
+constexpr qint32 indexedFlag = 1 << 6;     // word 3
 
 void require(HRESULT result, const QString &what)
 {
@@ -63,17 +63,17 @@ void readQueue(TreeEntry &entry)
 QStringList flagWords(const EntryFlags &flags, bool isQueue)
 {
     QStringList words;
-    if (flags.word3 & indexed)
+    if (flags.word3 & indexedFlag)
         words += QStringLiteral("indexed");
-    if (flags.word1 & locked)
-        words += (flags.word3 & lockedE) ? QStringLiteral("locked E") : QStringLiteral("locked");
-    if (flags.word1 & confirmEdit)
+    if (flags.word1 & lockedFlag)
+        words += (flags.word3 & lockedEFlag) ? QStringLiteral("locked E") : QStringLiteral("locked");
+    if (flags.word1 & confirmEditFlag)
         words += QStringLiteral("confirm edit");
-    if (flags.word1 & inverted)
+    if (flags.word1 & invertedFlag)
         words += QStringLiteral("inverted");
-    if (flags.word2 & sorted)
+    if (flags.word2 & sortedFlag)
         words += QStringLiteral("sorted");
-    if (isQueue && (flags.word3 & live))
+    if (isQueue && (flags.word3 & liveFlag))
         words += QStringLiteral("live");
     return words;
 }

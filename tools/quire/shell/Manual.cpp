@@ -8,7 +8,7 @@ namespace Tool {
 
 namespace {
 
-const QLatin1String source("quire " QUIRE_VERSION);
+const QLatin1String manualSource("quire " QUIRE_VERSION);
 
 QString sentence(const QString &text)
 {
@@ -122,7 +122,7 @@ QString manualName(const VerbText &program, const VerbText &verb)
 
 QString manualPage(const VerbText &program)
 {
-    Roff roff(program.name, source);
+    Roff roff(program.name, manualSource);
     writeName(roff, program.name, program.description.section(QLatin1String(": "), 1));
     roff.section("SYNOPSIS");
     roff.synopsis(commandLine(program.name, QLatin1Char(' ') + Roff::italic(QStringLiteral("VERB")) +
@@ -143,7 +143,7 @@ QString manualPage(const VerbText &program)
 QString manualPage(const VerbText &program, const VerbText &verb)
 {
     const QString name = manualName(program, verb);
-    Roff roff(name, source);
+    Roff roff(name, manualSource);
     writeName(roff, name, verb.description);
     writeSynopsis(roff, program, verb);
     roff.section("DESCRIPTION");
