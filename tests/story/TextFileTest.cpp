@@ -173,8 +173,8 @@ TEST_F(TextFileTest, NoByteIsLostOfWhatIsInNoKnownEncoding)
 {
     const SystemEncoding utf8("UTF-8");
     QByteArray every;
-    for (int byte = 0; byte < 256; ++byte)
-        every += static_cast<char>(byte);
+    for (int value = 0; value < 256; ++value)
+        every += static_cast<char>(value);
     EXPECT_EQ(read(every), QString::fromLatin1(every.constData(), every.size()));
 }
 
