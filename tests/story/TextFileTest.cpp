@@ -8,8 +8,8 @@
 
 #include <gtest/gtest.h>
 
-#include "support/QtPrinting.h"
 #include "src/story/TextFile.h"
+#include "support/QtPrinting.h"
 
 #ifndef _WIN32
 #include <csignal>
