@@ -1,16 +1,20 @@
 #include "Interrupt.h"
 
+#include <atomic>
 #include <csignal>
 
 namespace Tool {
 
 namespace {
 
-volatile std::sig_atomic_t requested = 0;
+// Windows calls the handler on a thread of its own, and elsewhere any thread may be the one that is interrupted. Of the
+// atomic types those without a lock may be used there.
+std::atomic<bool> requested{false};
+static_assert(std::atomic<bool>::is_always_lock_free);
 
 extern "C" void noteInterrupt(int number)
 {
-    requested = 1;
+    requested = true;
     std::signal(number, SIG_DFL);
 }
 
@@ -18,7 +22,7 @@ extern "C" void noteInterrupt(int number)
 
 Interrupt::Interrupt()
 {
-    requested = 0;
+    requested = false;
     m_former = std::signal(SIGINT, noteInterrupt);
 }
 
@@ -29,7 +33,7 @@ Interrupt::~Interrupt()
 
 bool Interrupt::isRequested() const
 {
-    return requested != 0;
+    return requested;
 }
 
 } // namespace Tool
