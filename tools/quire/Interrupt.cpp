@@ -23,6 +23,7 @@ extern "C" void noteInterrupt(int number)
 Interrupt::Interrupt()
 {
     requested = false;
+    // NOLINTNEXTLINE(cppcoreguidelines-prefer-member-initializer): not before the last request is forgotten
     m_former = std::signal(SIGINT, noteInterrupt);
 }
 

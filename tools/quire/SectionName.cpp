@@ -8,7 +8,7 @@ namespace {
 
 struct NamedSection
 {
-    int number;
+    int number = 0;
     QLatin1String name;
 };
 

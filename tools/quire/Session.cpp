@@ -66,7 +66,7 @@ TreeEntry Session::open(const QString &path)
     if (!handle)
         failNotFound(
             QStringLiteral("there is no \"%1\" on the server; quire tree shows what there is").arg(pathShown(path)));
-    const TreeEntry entry = readEntry(handle);
+    TreeEntry entry = readEntry(handle);
     if (!entry.isDirectory() && !entry.isQueue())
         failNotFound(QStringLiteral("\"%1\" is neither a directory nor a queue").arg(pathShown(path)));
     return entry;
@@ -74,7 +74,7 @@ TreeEntry Session::open(const QString &path)
 
 TreeEntry Session::openQueue(const QString &path)
 {
-    const TreeEntry entry = open(path);
+    TreeEntry entry = open(path);
     if (!entry.isQueue())
         failNotFound(QStringLiteral("\"%1\" is a directory; name one of its queues, quire tree %1 shows them")
                          .arg(pathShown(path)));

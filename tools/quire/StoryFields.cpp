@@ -43,6 +43,7 @@ const StoryField *StoryFields::find(const QString &name) const
 
 StoryField *StoryFields::findField(const QString &name)
 {
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-const-cast): the fields are ours
     return const_cast<StoryField *>(find(name));
 }
 

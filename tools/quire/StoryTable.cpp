@@ -48,8 +48,8 @@ QString csvLine(const QStringList &texts)
 } // namespace
 
 StoryTable::StoryTable(Quire::Queue &queue, const QStringList &columns, int limit)
+    : m_chosen(!columns.isEmpty())
 {
-    m_chosen = !columns.isEmpty();
     choose(queue, columns);
     read(queue, limit);
 }
