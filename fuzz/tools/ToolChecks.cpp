@@ -122,7 +122,7 @@ QString checkWidth(const QString &text)
             !padTextLeft(text, columns).endsWith(text) || textWidth(padTextLeft(text, columns)) != qMax(width, columns))
             return QStringLiteral("padded to another width");
     }
-    const QString wrong = checkWrapping(text);
+    QString wrong = checkWrapping(text);
     if (!wrong.isEmpty())
         return wrong;
     const QString shown = visible(text);

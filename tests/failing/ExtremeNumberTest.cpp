@@ -100,7 +100,7 @@ QString deleteStory(World &world, int index)
 QString item(World &world, int index)
 {
     world.queue->Lock();
-    const QString both = text("%1 %2").arg(given(world.queue->Nth(index)), given(world.queue->u_Nth(index)));
+    QString both = text("%1 %2").arg(given(world.queue->Nth(index)), given(world.queue->u_Nth(index)));
     world.queue->Unlock();
     return both;
 }
@@ -169,7 +169,7 @@ QString given(const Extreme &extreme, int number)
 {
     World world(Cached, extreme.prepare);
     const QStringList before = world.possessions();
-    const QString result = attempt(world, [&] { return extreme.run(world, number); });
+    QString result = attempt(world, [&] { return extreme.run(world, number); });
     EXPECT_EQ(world.heldLocks(), QStringList());
     EXPECT_EQ(world.possessions().mid(0, before.size()), before);
     EXPECT_TRUE(world.session().IsConnected());

@@ -26,7 +26,7 @@ struct Scene
     DispatchCache cache;
     IDispatchPtr handle;
     QString text;
-    StoryID id;
+    StoryID id{};
 
     QuireCOM &session() { return world.session(); }
     Directory &directory() { return *world.directory; }

@@ -86,7 +86,7 @@ QString blobBy(const Load &load)
     long size = -7;
     long extra = -8;
     char *const bytes = load(&size, &extra);
-    const QString described = text("%1: %2, %3").arg(given(bytes)).arg(size).arg(extra);
+    QString described = text("%1: %2, %3").arg(given(bytes)).arg(size).arg(extra);
     FreeBlob(bytes);
     return described;
 }

@@ -87,7 +87,7 @@ protected:
         const Platform::Bstr name(text(path));
         ASSERT_EQ(other->GetDirectory(name.get(), &handle), S_OK);
         const Orvex::IQueue2Ptr queue = handle;
-        VARIANT story;
+        VARIANT story{};
         VariantInit(&story);
         ASSERT_EQ(queue->CreateStory(0, &story), S_OK);
         VariantClear(&story);

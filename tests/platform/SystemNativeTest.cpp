@@ -19,7 +19,7 @@ std::string systemMessage(DWORD code)
 {
     char *text = nullptr;
     const DWORD length = FormatMessageA(allocating, nullptr, code, 0, reinterpret_cast<LPSTR>(&text), 0, nullptr);
-    const std::string message(text ? text : "", length);
+    std::string message(text ? text : "", length);
     LocalFree(text);
     return message;
 }

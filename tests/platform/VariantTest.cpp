@@ -70,7 +70,7 @@ Variant ofByteArray()
 
 TEST(Variant, IsEmptyAfterInit)
 {
-    VARIANT variant;
+    VARIANT variant{};
     V_VT(&variant) = VT_I4;
     VariantInit(&variant);
     EXPECT_EQ(V_VT(&variant), VT_EMPTY);

@@ -50,7 +50,7 @@ QString nameOf(const IDispatchPtr &handle)
         directory->get_Name(&name);
     else if (const Orvex::IQueue2Ptr queue = Dispatch2Queue(handle))
         queue->get_Name(&name);
-    const QString result = name ? QString(reinterpret_cast<const QChar *>(name)) : text("no directory and no queue");
+    QString result = name ? QString(reinterpret_cast<const QChar *>(name)) : text("no directory and no queue");
     SysFreeString(name);
     return result;
 }

@@ -36,7 +36,7 @@ QByteArray loaded(char *blob, long size)
 {
     if (!blob)
         return QByteArray();
-    const QByteArray bytes(blob, static_cast<int>(size));
+    QByteArray bytes(blob, static_cast<int>(size));
     FreeBlob(blob);
     return bytes;
 }

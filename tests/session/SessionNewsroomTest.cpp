@@ -362,7 +362,7 @@ bool isPattern(const QByteArray &bytes)
 
 QByteArray takeBlob(char *blob, long size)
 {
-    const QByteArray bytes = blob ? QByteArray(blob, static_cast<int>(size)) : QByteArray();
+    QByteArray bytes = blob ? QByteArray(blob, static_cast<int>(size)) : QByteArray();
     FreeBlob(blob);
     return bytes;
 }

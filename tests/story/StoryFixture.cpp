@@ -28,7 +28,7 @@ void StoryFixture::TearDown()
 
 FakeServer::StoryDataPtr StoryFixture::add(const char *identifier, const char *head)
 {
-    const auto story = std::make_shared<FakeServer::StoryData>(text(identifier));
+    auto story = std::make_shared<FakeServer::StoryData>(text(identifier));
     if (head)
         story->markup[1] = text("<head>") + text(head) + text("</head>");
     server.queues[mail()].append({story});

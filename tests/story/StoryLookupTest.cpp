@@ -29,7 +29,7 @@ protected:
         server.forgetCalls();
         const Orvex::IStory2Ptr found = StoryProbe::getStory(story, path, &copy);
         m_calls = server.calls();
-        const QString identifier = identifierOf(found);
+        QString identifier = identifierOf(found);
         EXPECT_EQ(QuireCOM::m_LockThreadID, 0u);
         EXPECT_EQ(story.GetError(), 0);
         return identifier;

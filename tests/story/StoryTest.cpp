@@ -488,7 +488,7 @@ TEST_F(StoryTest, WhatIsKnownTakesNoCall)
 {
     add("5:1:2", "");
     Story story = open(fifth);
-    StoryID id;
+    StoryID id{};
     QString value;
     story.GetID(&id);
     story.GetIDStr(value, true);
@@ -636,7 +636,7 @@ TEST_F(StoryTest, StaticOperationsReleaseTheHandle)
         const Orvex::IStory2Ptr story = fetch(0);
         QString value;
         int rate = 0;
-        StoryID id;
+        StoryID id{};
         Story::GetField(story, text("title"), value);
         Story::GetHeaderInfo(story, &value, &rate, &value);
         Story::GetHeaderMetaValue(story, text("rate"), value);

@@ -14,7 +14,7 @@ protected:
     /// A newsroom folder of the test's own, with the sample in it.
     QString newsroom()
     {
-        const QString folder = path("nr");
+        QString folder = path("nr");
         const QStringList arguments{QStringLiteral("--built-in"), QStringLiteral("newsroom"), QStringLiteral("export"),
                                     folder};
         EXPECT_EQ(quire(arguments).code, 0);

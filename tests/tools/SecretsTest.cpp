@@ -42,7 +42,7 @@ protected:
         const QStringList all =
             QStringList{QStringLiteral("--newsroom"), path("nr"), QStringLiteral("--user"), QStringLiteral("ann")} +
             arguments;
-        const Outcome run = quire(all);
+        Outcome run = quire(all);
         EXPECT_FALSE(run.output.contains(mark)) << qPrintable(run.output);
         EXPECT_FALSE(run.errors.contains(mark)) << qPrintable(run.errors);
         return run;

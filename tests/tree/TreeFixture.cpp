@@ -53,7 +53,7 @@ std::unique_ptr<Queue> TreeTest::openQueue(const char *path)
 
 FakeServer::StoryDataPtr TreeTest::addStory(const char *queue, const char *identifier, const char *name)
 {
-    const auto story = std::make_shared<FakeServer::StoryData>(text(identifier));
+    auto story = std::make_shared<FakeServer::StoryData>(text(identifier));
     story->name = text(name);
     story->markup[127] = text("<story><head><x/></head></story>");
     server.queues[text(queue)].append({story});

@@ -64,7 +64,7 @@ HRESULT call(const IDispatchPtr &object, const wchar_t *member, WORD how, std::v
 /// A text that the caller keeps.
 VARIANT argument(const Bstr &text)
 {
-    VARIANT value;
+    VARIANT value{};
     VariantInit(&value);
     value.vt = VT_BSTR;
     value.bstrVal = text.get();
@@ -73,7 +73,7 @@ VARIANT argument(const Bstr &text)
 
 VARIANT argument(LONG number)
 {
-    VARIANT value;
+    VARIANT value{};
     VariantInit(&value);
     value.vt = VT_I4;
     value.lVal = number;

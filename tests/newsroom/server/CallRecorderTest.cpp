@@ -41,7 +41,7 @@ TEST_F(CallRecorderTest, EveryArgumentKindAsText)
     LONG number = 0;
     const Platform::SafeArray data(Platform::SafeArray::ofBytes("abc", 3));
     Platform::Variant value;
-    VARIANT empty;
+    VARIANT empty{};
     VariantInit(&empty);
     server->calls().start();
     today->put_Update(VARIANT_TRUE);

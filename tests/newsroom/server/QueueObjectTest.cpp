@@ -152,7 +152,7 @@ TEST_F(QueueObjectTest, DeleteIsRefused)
 {
     EXPECT_EQ(Gone, today->Delete(index(3)));
     EXPECT_EQ(E_INVALIDARG, today->Delete(index(-1)));
-    VARIANT empty;
+    VARIANT empty{};
     VariantInit(&empty);
     EXPECT_EQ(DISP_E_TYPEMISMATCH, today->Delete(empty));
     EXPECT_EQ(PurgeLocked, queue(signon, "NEWS.SPORT.ARCHIVE")->Delete(index(0)));

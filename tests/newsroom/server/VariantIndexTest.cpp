@@ -10,7 +10,7 @@ namespace {
 
 VARIANT ofType(VARTYPE type)
 {
-    VARIANT value;
+    VARIANT value{};
     VariantInit(&value);
     value.vt = type;
     return value;

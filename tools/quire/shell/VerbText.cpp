@@ -14,7 +14,7 @@ QString takeValueName(QString &description)
     const int gap = description.indexOf(QLatin1String("  "));
     if (gap < 0)
         return QString();
-    const QString name = description.left(gap);
+    QString name = description.left(gap);
     description = description.mid(gap + 2);
     return name;
 }
