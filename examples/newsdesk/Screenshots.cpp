@@ -89,13 +89,27 @@ Screenshots::Screenshots(MainWindow &window, Session &session, const QString &fo
     QFont font = QApplication::font();
     font.setStyleStrategy(QFont::NoSubpixelAntialias); // coloured edges would double the pictures' size
     QApplication::setFont(font);
-    addReading();
-    addEditing();
-    addDark();
     m_pause.setSingleShot(true);
     m_pause.setInterval(step);
     connect(&m_pause, &QTimer::timeout, this, &Screenshots::look);
-    connect(&session, &Session::signedOn, this, &Screenshots::next);
+    connect(&session, &Session::signedOn, this, &Screenshots::begin);
+}
+
+/// What the built-in server is told to do cannot be had of a registered one.
+void Screenshots::begin()
+{
+    addTree();
+    if (m_session.server())
+        addLoading();
+    addReading();
+    if (m_session.server())
+        addRefusedLock();
+    addSearch();
+    addEditing();
+    if (m_session.server())
+        addUpdate();
+    addDark();
+    next();
 }
 
 bool Screenshots::isStoryThere() const
@@ -108,12 +122,14 @@ bool Screenshots::isQueueThere() const
     return !m_window.queue().model().isLoading() && m_window.queue().model().rowCount() > 0;
 }
 
-void Screenshots::addReading()
+void Screenshots::choose(qint32 story)
 {
-    const auto choose = [this](qint32 story) {
-        const QModelIndex index = m_window.queue().model().indexOf(number(story));
-        m_window.queue().table().setCurrentIndex(index.siblingAtColumn(1));
-    };
+    const QModelIndex index = m_window.queue().model().indexOf(number(story));
+    m_window.queue().table().setCurrentIndex(index.siblingAtColumn(1));
+}
+
+void Screenshots::addTree()
+{
     m_scenes.push_back({QString(), [] {}, [this] { return m_window.tree().model().rowCount() > 0; }});
     for (const char *path : {"SHOWS", "SHOWS.EVENING", "WIRES", "SPORT"}) {
         m_scenes.push_back({QString(),
@@ -123,7 +139,11 @@ void Screenshots::addReading()
                             },
                             [this] { return !m_window.tree().model().isLoading(); }});
     }
-    // Its second chunk takes its time.
+}
+
+/// A queue whose second chunk takes its time.
+void Screenshots::addLoading()
+{
     m_scenes.push_back({QStringLiteral("loading"),
                         [this] {
                             m_session.server()->faults().failNext(QStringLiteral("IQueue2::GetList"),
@@ -134,11 +154,19 @@ void Screenshots::addReading()
                             const Quire::QueueModel &queue = m_window.queue().model();
                             return queue.isLoading() && queue.rowCount() == chunk;
                         }});
+}
+
+void Screenshots::addReading()
+{
     m_scenes.push_back(
         {QStringLiteral("tree"), [this] { m_window.openQueue(rundown); }, [this] { return isQueueThere(); }});
-    m_scenes.push_back({QStringLiteral("story"), [choose] { choose(tunnelStory); }, [this] { return isStoryThere(); }});
+    m_scenes.push_back({QStringLiteral("story"), [this] { choose(tunnelStory); }, [this] { return isStoryThere(); }});
+}
+
+void Screenshots::addRefusedLock()
+{
     m_scenes.push_back({QStringLiteral("locked"),
-                        [this, choose] {
+                        [this] {
                             m_session.server()->model()->lockElsewhere(portalStory, QStringLiteral("sports"), 1);
                             choose(portalStory);
                         },
@@ -149,6 +177,10 @@ void Screenshots::addReading()
                                 m_window.story().editing().begin();
                             return !m_window.story().banner().isHidden();
                         }});
+}
+
+void Screenshots::addSearch()
+{
     m_scenes.push_back({QStringLiteral("search"),
                         [this] {
                             m_window.searchLine().setText(QStringLiteral("tunnel"));
@@ -169,8 +201,7 @@ void Screenshots::addEditing()
     m_scenes.push_back({QString(),
                         [this] {
                             Q_EMIT m_window.hits().closed();
-                            const QModelIndex index = m_window.queue().model().indexOf(number(ferryStory));
-                            m_window.queue().table().setCurrentIndex(index.siblingAtColumn(1));
+                            choose(ferryStory);
                         },
                         [this] { return isStoryThere(); }});
     m_scenes.push_back({QString(), [this] { m_window.story().editing().begin(); },
@@ -181,6 +212,11 @@ void Screenshots::addEditing()
                             m_window.story().text().textCursor().insertText(QStringLiteral("Good evening. "));
                         },
                         [this] { return m_window.story().model().isModified(); }});
+}
+
+/// A story that a colleague changes.
+void Screenshots::addUpdate()
+{
     m_scenes.push_back({QStringLiteral("live"),
                         [this] {
                             const auto newsroom = m_session.server()->model();

@@ -17,7 +17,8 @@ class MainWindow;
 class Session;
 
 /// Takes pictures of the window at work on the sample newsroom: the tree, a queue that loads, a story, a search, a
-/// refused lock, an edit, an update, and dark colours. Somebody else who works there at the same time is played.
+/// refused lock, an edit, an update, and dark colours. Somebody else who works there at the same time is played. Where
+/// the newsroom is behind a registered server there is no loading, no refused lock and no update to be had.
 class Screenshots : public QObject
 {
     Q_OBJECT
@@ -39,11 +40,18 @@ private:
         std::function<bool()> isReady;
     };
 
+    void begin();
+    void addTree();
+    void addLoading();
     void addReading();
+    void addRefusedLock();
+    void addSearch();
     void addEditing();
+    void addUpdate();
     void addDark();
     void next();
     void look();
+    void choose(qint32 story);
     bool takePicture(const QString &name);
     bool isStoryThere() const;
     bool isQueueThere() const;
