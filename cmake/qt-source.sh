@@ -1,11 +1,11 @@
 # shellcheck shell=bash
-# Shared by qt-windows.sh and qt-tsan.sh: how a variant of Qt Core is built once from the distribution's own source
-# package and kept in a cache folder outside the checkout.
+# Shared by qt-windows.sh and qt-tsan.sh: how a variant of Qt is built once from the distribution's own source package
+# and kept in a cache folder outside the checkout.
 #
 # A script that sources this file sets
 #   QT_VARIANT    a word that names the variant, part of the folder name
 #   QT_COMPILER   the C++ compiler, a command; its version is part of the folder name's hash
-#   QT_FLAGS      an array, the variant's own arguments of Qt's configure
+#   QT_FLAGS      an array, the variant's own arguments of Qt's configure; they may take back what is left out here
 # defines a function
 #   qt_make       builds and installs; run in an empty build folder with the variables below set
 # and calls qt_build_once, which prints the install prefix as the only line on standard output.
