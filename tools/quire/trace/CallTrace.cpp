@@ -13,8 +13,8 @@ namespace Tool {
 
 namespace {
 
-/// What the library calls that which the calling thread does on the server.
-QString currentLabel()
+/// What the library calls that which the calling thread does on the server. Whether it holds the lock is looked up.
+QString currentLabel() QUIRE_NO_THREAD_SAFETY_ANALYSIS
 {
     using Quire::QuireCOM;
     return QuireCOM::m_LockThreadID.loadRelaxed() == GetCurrentThreadId() ? QuireCOM::m_LockStr : QString();
