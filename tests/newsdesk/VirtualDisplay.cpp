@@ -3,6 +3,15 @@
 
 VirtualDisplay::VirtualDisplay()
 {
+#ifdef Q_OS_WIN
+    qputenv("QT_QPA_PLATFORM", "windows"); // where Windows shows them; under Wine that is whose DISPLAY it was given
+#else
+    startServer();
+#endif
+}
+
+void VirtualDisplay::startServer()
+{
     m_server.setStandardErrorFile(QProcess::nullDevice());
     m_server.start(QStringLiteral("Xvfb"),
                    {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-terminate"),

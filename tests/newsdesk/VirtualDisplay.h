@@ -3,7 +3,8 @@
 #include <QProcess>
 
 /// A screen that nobody sees, of this program's own: an X server on a display number that is free. Programs started and
-/// windows opened while it lives use it. It ends with this object, and by itself when its last window has gone.
+/// windows opened while it lives use it. It ends with this object, and by itself when its last window has gone. On
+/// Windows, where none can be made, it stands for the screen that is there.
 class VirtualDisplay
 {
 public:
@@ -16,6 +17,8 @@ public:
     QString error() const { return m_error; }
 
 private:
+    void startServer();
+
     QProcess m_server;
     QString m_error;
 };
