@@ -86,6 +86,7 @@ FrameworkLog::FrameworkLog()
     : m_outer(theLog)
 {
     theLog = this;
+    // NOLINTNEXTLINE(cppcoreguidelines-prefer-member-initializer): from then on lines come, and want theLog
     m_before = qInstallMessageHandler(logMessage);
 }
 
