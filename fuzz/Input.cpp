@@ -14,6 +14,18 @@ QString textOf(const QByteArray &bytes)
     return text;
 }
 
+QString matchable(QString text)
+{
+    for (int i = 0; i < text.size(); ++i) {
+        const bool isPair = text.at(i).isHighSurrogate() && i + 1 < text.size() && text.at(i + 1).isLowSurrogate();
+        if (isPair)
+            ++i;
+        else if (text.at(i).isSurrogate())
+            text[i] = QChar(QChar::ReplacementCharacter);
+    }
+    return text;
+}
+
 QStringList linesOf(const QString &text, int count)
 {
     QStringList lines;

@@ -13,6 +13,10 @@ namespace Fuzz {
 /// The bytes of an input as text: UTF-8, or behind a byte FF UTF-16 as it stands, lone surrogates included.
 QString textOf(const QByteArray &bytes);
 
+/// \a text with a replacement character for each lone surrogate, thus of the same length: what a pattern can be matched
+/// against, which finds nothing at all in a text that is not valid.
+QString matchable(QString text);
+
 /// The first \a count lines of an input, empty ones for those that it does not have, and then the rest as it stands.
 QStringList linesOf(const QString &text, int count);
 

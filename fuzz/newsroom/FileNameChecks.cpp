@@ -4,6 +4,7 @@
 #include <quire/newsroom/store/FileNames.h>
 
 #include "NewsroomChecks.h"
+#include "fuzz/Input.h"
 
 namespace NewsroomFuzz {
 
@@ -29,7 +30,7 @@ bool fitsFiles(const QString &fileName)
 /// Whether all that looks encoded is.
 bool isEncoded(const QString &fileName)
 {
-    QString rest = fileName;
+    QString rest = Fuzz::matchable(fileName);
     rest.remove(QRegularExpression(QStringLiteral("%(u[0-9A-Fa-f]{4}|[0-9A-Fa-f]{2})")));
     return !rest.contains(QLatin1Char('%'));
 }

@@ -43,7 +43,7 @@ QString unescapedSlowly(const QString &text)
     static const QRegularExpression pattern(QStringLiteral("&([a-zA-Z]+|#[0-9]+|#[xX][0-9a-fA-F]+);"));
     QString out;
     int done = 0;
-    auto matches = pattern.globalMatch(text);
+    auto matches = pattern.globalMatch(Fuzz::matchable(text));
     while (matches.hasNext()) {
         const QRegularExpressionMatch match = matches.next();
         out += text.midRef(done, match.capturedStart() - done);

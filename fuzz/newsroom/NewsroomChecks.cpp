@@ -3,6 +3,7 @@
 #include <QRegularExpression>
 
 #include "Contents.h"
+#include "fuzz/Input.h"
 
 namespace NewsroomFuzz {
 
@@ -14,9 +15,9 @@ QString checkNewsroom(const QString &text)
     const std::shared_ptr<Model> model = Model::fromText(text, &error);
     if (!model) {
         static const QRegularExpression lineEnd(QStringLiteral("\r\n?|\n"));
-        const QLatin1String start("line "); // not by a pattern: halves of characters match none
-        const int line = error.startsWith(start) ? error.section(QLatin1Char(':'), 0, 0).mid(start.size()).toInt() : 0;
-        const bool isLine = line > 0 && line <= text.count(lineEnd) + 1;
+        static const QRegularExpression lineAtStart(QStringLiteral("^line ([0-9]+):"));
+        const int line = lineAtStart.match(Fuzz::matchable(error)).captured(1).toInt();
+        const bool isLine = line > 0 && line <= Fuzz::matchable(text).count(lineEnd) + 1;
         return isLine ? QString() : QStringLiteral("no line is named: ") + error;
     }
     const QString wrong = unsoundness(*model);

@@ -35,12 +35,12 @@ inline bool isEndingProcess()
 #endif
 }
 
-/// Has \a Action done when the process ends by exit() or by the return of main(), while its other threads still run. Not
-/// when it ends otherwise. To be called once, by what stays loaded. Any thread.
+/// Has \a Action done when the process ends by exit() or by the return of main(), while its other threads still run.
+/// Not when it ends otherwise. To be called once, by what stays loaded. Any thread.
 ///
 /// What a library on Windows gives its own runtime's atexit() is done when it is unloaded, and at the end of a process
-/// the system has ended all other threads by then: hence the runtimes' tables of the program itself. A host that has its
-/// runtime linked in has no such table to find.
+/// the system has ended all other threads by then: hence the runtimes' tables of the program itself. A host that has
+/// its runtime linked in has no such table to find.
 template<void (*Action)()>
 void beforeProcessEnds()
 {

@@ -245,7 +245,8 @@ TEST_F(ModelEditingTest, AnEditInProgressOutlivesTheQueue)
     model->signOff(nora);
 }
 
-// ---- a queue as somebody else has left it -----------------------------------------------------------------------------
+// ---- a queue as somebody else has left it
+// -----------------------------------------------------------------------------
 
 namespace {
 
