@@ -31,3 +31,14 @@ std::vector<QString> texts(const QByteArray &trace)
         result.push_back(text(line));
     return result;
 }
+
+void expectFourThingsOfEachCall(const QByteArray &trace)
+{
+    const std::vector<QJsonObject> lines = linesOf(trace);
+    EXPECT_GT(lines.size(), 3U);
+    for (const QJsonObject &line : lines) {
+        EXPECT_EQ(line.keys(), (QStringList{QStringLiteral("hresult"), QStringLiteral("label"),
+                                            QStringLiteral("microseconds"), QStringLiteral("operation")}));
+        EXPECT_GE(line.value(QStringLiteral("microseconds")).toInt(-1), 0);
+    }
+}

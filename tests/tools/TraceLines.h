@@ -17,3 +17,6 @@ QString text(const QJsonObject &line);
 
 /// The same of all lines.
 std::vector<QString> texts(const QByteArray &trace);
+
+/// Expects a trace of some calls, each with the four things that are said of one.
+void expectFourThingsOfEachCall(const QByteArray &trace);

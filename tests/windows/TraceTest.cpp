@@ -65,13 +65,7 @@ TEST_F(RegisteredServerTrace, SaysFourThingsOfACall)
     const Outcome run = traced("info");
     ASSERT_EQ(run.code, 0) << qPrintable(run.errors);
     EXPECT_TRUE(run.output.contains(QLatin1String("registered server"))) << qPrintable(run.output);
-    const std::vector<QJsonObject> lines = linesOf(trace());
-    EXPECT_GT(lines.size(), 3U);
-    for (const QJsonObject &line : lines) {
-        EXPECT_EQ(line.keys(), (QStringList{QStringLiteral("hresult"), QStringLiteral("label"),
-                                            QStringLiteral("microseconds"), QStringLiteral("operation")}));
-        EXPECT_GE(line.value(QStringLiteral("microseconds")).toInt(-1), 0);
-    }
+    expectFourThingsOfEachCall(trace());
 }
 
 TEST_F(RegisteredServerTrace, ChangesNothingOfWhatIsPrinted)
