@@ -82,14 +82,16 @@ bool isSame(const VARIANT &a, const VARIANT &b)
 QString checkCopies(const Value &value)
 {
     Platform::Variant copy;
-    auto *const original = const_cast<VARIANT *>(&value.value); // not written to, whatever some headers say
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-const-cast): not written to, whatever some headers say
+    auto *const original = const_cast<VARIANT *>(&value.value);
     if (FAILED(VariantCopy(copy.out(), original)) ||
         (value.isReference ? copy.get().vt != value.value.vt || copy.get().byref != value.value.byref
                            : !isSame(copy.get(), value.value)))
         return QStringLiteral("a copy is another value");
     if (FAILED(VariantCopyInd(copy.out(), original)) || !isSame(copy.get(), value.target))
         return QStringLiteral("a copy of what is referred to is another value");
-    auto *const itself = const_cast<VARIANT *>(&copy.get()); // out() would clear it
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-const-cast): out() would clear it
+    auto *const itself = const_cast<VARIANT *>(&copy.get());
     if (FAILED(VariantCopy(itself, itself)))
         return QStringLiteral("a value cannot be copied to itself");
     return QString();

@@ -89,8 +89,8 @@ World::World(State state, Prepare prepare)
     , m_server(std::make_unique<Newsroom::Server>(Newsroom::Model::fromText(newsroom())))
     , m_census(m_server->census())
     , m_registration(m_server->registerClass())
+    , m_liveAtFirst(m_census->live())
 {
-    m_liveAtFirst = m_census->live();
     renew();
     enter();
 }

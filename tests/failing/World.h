@@ -100,7 +100,7 @@ private:
     std::unique_ptr<Newsroom::Server> m_server;
     std::shared_ptr<const Newsroom::Census> m_census;
     Newsroom::Registration m_registration;
-    int m_liveAtFirst = 0;
+    const int m_liveAtFirst;
     HRESULT m_code = S_OK;
     QString m_met;
 };
