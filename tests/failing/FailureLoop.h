@@ -48,6 +48,14 @@ struct Documented
     std::string outcome;
 };
 
+/// What the server is to hold after an operation that changes it: the change when the operation says that it was made,
+/// and what was there before when it fails or the server only claims to have made it. Never a part of it.
+struct Stored
+{
+    const char *call = nullptr;         ///< the server's operation that makes the change
+    QString (*held)(World &) = nullptr; ///< what the server holds, in words
+};
+
 /// An operation, by one line in a table.
 struct Operation
 {
@@ -58,8 +66,10 @@ struct Operation
     const char *done;        ///< what it gives when nothing goes wrong
     const char *without;     ///< what it gives without a connection
     std::vector<Documented> failed;
+    Stored stored = {};
     bool mayLose = false;     ///< it is meant to let go of what was there before it asks the server
-    bool byTheSystem = false; ///< the system makes the call, which trusts a server not to throw nor to give nothing
+    bool byTheSystem = false; ///< smart pointers and the system make the call: they let nothing be thrown, and Windows
+                              ///< trusts a server not to give nothing
 };
 
 /// Lines of its own, and behind them those for finding a directory or queue by its path: another way is found when

@@ -1,8 +1,11 @@
 #include "failing/PublicOperations.h"
 
 #include <QFile>
+#include <QHash>
 #include <QRegularExpression>
 #include <QVector>
+
+#include <algorithm>
 
 namespace Failing {
 
@@ -31,6 +34,35 @@ QString bare(QString code)
     return code;
 }
 
+/// The names of parameters, from behind the bracket that opens their list, as "(first, second)": "&&name" of one that
+/// is moved, "const name[]" of an array, its type's last word of one without a name. A "const" behind the list counts
+/// as the last one.
+QString parametersIn(const QString &declaration)
+{
+    QStringList parameters{QString()};
+    int depth = 0; // of brackets in the list, as of templates and default values
+    int end = 0;
+    for (; end < declaration.size() && (depth > 0 || declaration.at(end) != QLatin1Char(')')); ++end) {
+        const QChar letter = declaration.at(end);
+        depth += QStringLiteral("(<{").contains(letter) ? 1 : 0;
+        depth -= QStringLiteral(")>}").contains(letter) ? 1 : 0;
+        if (letter == QLatin1Char(',') && depth == 0)
+            parameters.append(QString());
+        else
+            parameters.last() += letter;
+    }
+    static const QRegularExpression array(pattern(R"(^\s*(const\s|).*\(&(\w+)\)\[\w+\]\s*$)"));
+    static const QRegularExpression name(pattern(R"(((?:&&)?\w+)\W*(?:=.*)?$)"),
+                                         QRegularExpression::DotMatchesEverythingOption);
+    for (QString &parameter : parameters)
+        parameter = parameter.contains(array) ? parameter.replace(array, pattern("\\1\\2[]"))
+                                              : name.match(parameter).captured(1);
+    if (declaration.mid(end).contains(QRegularExpression(pattern(R"(^\)\s*const\b)"))))
+        parameters.append(QStringLiteral("const"));
+    parameters.removeAll(QString());
+    return QLatin1Char('(') + parameters.join(QLatin1String(", ")) + QLatin1Char(')');
+}
+
 /// Goes through declarations, with the scopes that are open.
 class Reader
 {
@@ -52,9 +84,7 @@ public:
                 m_statement += letter;
             }
         }
-        m_found.sort();
-        m_found.removeDuplicates();
-        return m_found;
+        return names();
     }
 
 private:
@@ -115,20 +145,43 @@ private:
     void note()
     {
         static const QRegularExpression function(pattern(R"((operator\s*[^\s\w(]+|~?\w+)\s*\()"));
-        static const QRegularExpression none(pattern(R"(^\s*(?:friend|using|typedef|static_assert)\b)"));
+        static const QRegularExpression none(pattern(R"(^\s*(?:friend|using|typedef|static_assert)\b|=\s*delete\s*$)"));
         const QRegularExpressionMatch match = function.match(m_statement);
         if (!isSeen() || !match.hasMatch() || m_statement.contains(none))
             return;
         const bool inClass = !m_scopes.isEmpty() && m_scopes.last().kind == Scope::Class;
+        const QString parameters = parametersIn(m_statement.mid(match.capturedEnd()));
         if (!inClass && m_statement.contains(QLatin1String("QUIRE_EXPORT")))
-            m_found.append(match.captured(1));
+            m_found.append({match.captured(1), parameters});
         else if (inClass && !m_scopes.last().className.isEmpty())
-            m_found.append(m_scopes.last().className + QLatin1String("::") + match.captured(1));
+            m_found.append({m_scopes.last().className + QLatin1String("::") + match.captured(1), parameters});
     }
+
+    /// The names of what was found; those of overloads with their parameters.
+    QStringList names() const
+    {
+        QStringList all;
+        QHash<QString, int> times;
+        for (const Declared &one : m_found) {
+            const auto shares = [&one](const Declared &other) { return other.name == one.name; };
+            const bool isOverloaded = std::count_if(m_found.begin(), m_found.end(), shares) > 1;
+            const QString name = isOverloaded ? one.name + one.parameters : one.name;
+            const int same = ++times[name]; // the types differ then
+            all.append(same == 1 ? name : name + QStringLiteral(" %1").arg(same));
+        }
+        all.sort();
+        return all;
+    }
+
+    struct Declared
+    {
+        QString name;
+        QString parameters; ///< "(first, second)"
+    };
 
     QString m_statement;
     QVector<Scope> m_scopes;
-    QStringList m_found;
+    QVector<Declared> m_found;
 };
 
 } // namespace

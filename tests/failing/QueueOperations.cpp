@@ -75,7 +75,19 @@ QString switchOn(World &world)
     return text("done");
 }
 
+QString switchOff(World &world)
+{
+    world.queue->SetUpdate(false);
+    return text("done");
+}
+
 QString isOn(World &world)
+{
+    return yes(world.queue->GetUpdate());
+}
+
+/// Whether the server reports changes of the queue to this session.
+QString heldUpdate(World &world)
 {
     return yes(world.queue->GetUpdate());
 }
@@ -156,32 +168,76 @@ std::vector<Documented> call(std::vector<Documented> own, const std::string &thr
 const std::vector<Operation> operations{
     {"Queue::GetStory(index)", anyState, openFullQueue, storyByIndex, "a story", "none", story({})},
     {"Queue::GetStory(id)", anyState, openFullQueue, storyByIdentifier, "a story", "none", story({})},
-    {"Queue::CreateStory", anyState, openFullQueue, createStory, "a story", "none",
-     story({{"CreateStory", Fails, "raised H"}, {"CreateStory", Empty, "-"}})},
-    {"Queue::Delete", anyState, openFullQueue, deleteStory, "true", "false",
+    {"Queue::CreateStory",
+     anyState,
+     openFullQueue,
+     createStory,
+     "a story",
+     "none",
+     story({{"CreateStory", Fails, "raised H"}, {"CreateStory", Empty, "-"}}),
+     {"CreateStory", heldStories}},
+    {"Queue::Delete",
+     anyState,
+     openFullQueue,
+     deleteStory,
+     "true",
+     "false",
      call({{"IQueue2::get_Item", NoInterface | Empty, "="},
            {"IQueue2::get_Item", Fails, "raised H"},
            {"get_StoryUnique", Fails | Empty, "="},
            {"Delete", Fails, "-"},
            {"Delete", Empty, "="},
-           {"IStory2::QueryInterface", NoInterface, "="}})},
-    {"Queue::DeleteAll", anyState, openFullQueue, deleteAll, "true", "false",
-     call({{"DeleteAll", Fails, "-"}, {"DeleteAll", Empty, "="}})},
+           {"IStory2::QueryInterface", NoInterface, "="}}),
+     {"Delete", heldStories}},
+    {"Queue::DeleteAll",
+     anyState,
+     openFullQueue,
+     deleteAll,
+     "true",
+     "false",
+     call({{"DeleteAll", Fails, "-"}, {"DeleteAll", Empty, "="}}),
+     {"DeleteAll", heldStories}},
     {"Queue::RetrieveFields", anyState, openFullQueue, retrieveFields, "done: 1", "done: 0",
      call({{"get_FormName", Fails, "raised H: 0"}, {"get_FormName GetSystemForm", Fails | Empty, "-"}}, ": 0")},
     {"Queue::FindField", anyState, openFullQueue, findField, "some", "none",
      call({{"get_FormName", Fails, "raised H"}, {"get_FormName GetSystemForm", Fails | Empty, "-"}})},
 
-    {"Queue::SetUpdate", anyState, openFullQueue, switchOn, "done", "done",
-     call({{"put_Update", Fails, "raised H"}, {"put_Update", Empty, "="}})},
+    {"Queue::SetUpdate(true)",
+     anyState,
+     openFullQueue,
+     switchOn,
+     "done",
+     "done",
+     call({{"put_Update", Fails, "raised H"}, {"put_Update", Empty, "="}}),
+     {"put_Update", heldUpdate}},
+    {"Queue::SetUpdate(false)",
+     anyState & ~Connected,
+     openLiveQueue,
+     switchOff,
+     "done",
+     "done",
+     call({{"put_Update", Fails, "raised H"}, {"put_Update", Empty, "="}}),
+     {"put_Update", heldUpdate}},
     {"Queue::GetUpdate", anyState & ~Connected, // where the server has ended the reports
      openLiveQueue, isOn, "true", "false", call({{"get_Update", Fails, "raised H"}, {"get_Update", Empty, "-"}})},
-    {"QueueUpdateMgr::BeginQueueUpdates", anyState, openFullQueue, beginUpdates, "done, watched", "done, watched",
-     call({{"put_Update", Fails, "raised H, not watched"}, {"put_Update", Empty, "="}}, ", not watched")},
+    {"QueueUpdateMgr::BeginQueueUpdates",
+     anyState,
+     openFullQueue,
+     beginUpdates,
+     "done, watched",
+     "done, watched",
+     call({{"put_Update", Fails, "raised H, not watched"}, {"put_Update", Empty, "="}}, ", not watched"),
+     {"put_Update", heldUpdate}},
     {"Queue::Completed", anyState, openLiveQueue, complete, "done, watched", "done, watched",
      call({{"put_Update", Fails, "raised H, watched"}, {"put_Update", Empty, "="}}, ", watched")},
-    {"QueueUpdateMgr::EndQueueUpdates", anyState, openLiveQueue, endUpdates, "done, not watched", "done, not watched",
-     call({{"put_Update", Fails, "raised H, not watched"}, {"put_Update", Empty, "="}}, ", not watched")},
+    {"QueueUpdateMgr::EndQueueUpdates",
+     anyState,
+     openLiveQueue,
+     endUpdates,
+     "done, not watched",
+     "done, not watched",
+     call({{"put_Update", Fails, "raised H, not watched"}, {"put_Update", Empty, "="}}, ", not watched"),
+     {"put_Update", heldUpdate}},
 };
 
 } // namespace

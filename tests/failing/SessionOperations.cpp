@@ -111,6 +111,25 @@ QString deleteBlob(World &world)
     return yes(world.session().DeleteBlob(text("LAYOUT")));
 }
 
+QString blobText(const Newsroom::Answer<Newsroom::Blob> &blob)
+{
+    return blob.ok() ? QString::fromLatin1(blob.value.data) : text("none");
+}
+
+/// All that the server keeps by names.
+QString heldBlobs(World &world)
+{
+    QStringList all;
+    for (const QString &name : world.server().model()->blobNames())
+        all.append(name + QLatin1Char('=') + blobText(world.server().model()->blobOf(name)));
+    return all.join(QLatin1Char(' '));
+}
+
+QString heldUserBlob(World &world)
+{
+    return blobText(world.server().model()->userBlobOf(text("ann")));
+}
+
 // ---- searches -------------------------------------------------------------------------------------------------------
 
 const char *const query = "{MaxFound=500 [HUB]NEWS.*}((Rain))";
@@ -200,8 +219,10 @@ const std::vector<Operation> operations{
      "error 0",
      "error 0",
      {{"CreateInstance", Fails, "error H"},
-      {"QueryInterface", Fails, "error H | ="}, // one of several; the last ones are of no account
-      {"get_Connected Disconnect", Fails, "="}},
+      {"CreateInstance", Empty, "error 0x80070057"}, // there is nothing to run
+      {"QueryInterface", Fails, "error H | ="},      // one of several; the last ones are of no account
+      {"get_Connected Disconnect", Fails | Empty, "="}},
+     {},
      false,
      true},
     {"QuireCOM::UnloadCOM", anyState, nullptr, unload, "none", "none", {{"*", AnyFault, "none"}}},
@@ -220,6 +241,7 @@ const std::vector<Operation> operations{
       {"Connect get_ServerName", OutOfMemory, "out of memory, //"},
       {"*", Raised, "raised H, // | raised H, HUB/ann/secret"}, // before or behind the server's Connect
       {"*", OutOfMemory, "out of memory, // | out of memory, HUB/ann/secret"}},
+     {},
      true},
     {"QuireCOM::Disconnect, not connected",
      Unloaded | Disconnected,
@@ -296,14 +318,16 @@ const std::vector<Operation> operations{
      saveBlob,
      "true",
      "false",
-     {{"SaveBlob", Fails, "-"}, {"SaveBlob", Empty, "="}}},
+     {{"SaveBlob", Fails, "-"}, {"SaveBlob", Empty, "="}},
+     {"SaveBlob", heldBlobs}},
     {"QuireCOM::DeleteBlob",
      anySession,
      keepBlobs,
      deleteBlob,
      "true",
      "false",
-     {{"DeleteBlob", Fails, "-"}, {"DeleteBlob", Empty, "="}}},
+     {{"DeleteBlob", Fails, "-"}, {"DeleteBlob", Empty, "="}},
+     {"DeleteBlob", heldBlobs}},
     {"QuireCOM::LoadUserBlob",
      anySession,
      keepBlobs,
@@ -317,7 +341,8 @@ const std::vector<Operation> operations{
      [](World &w) { return yes(w.session().SaveUserBlob("XYZ", 3)); },
      "true",
      "false",
-     {{"SaveUserBlob", Fails, "-"}, {"SaveUserBlob", Empty, "="}}},
+     {{"SaveUserBlob", Fails, "-"}, {"SaveUserBlob", Empty, "="}},
+     {"SaveUserBlob", heldUserBlob}},
 
     {"QuireCOM::Search, not loaded", Unloaded, nullptr, startSearch, "number", "raised 0x80004003", {}},
     {"QuireCOM::Search", withServer, nullptr, startSearch, "number", "0", {{"Search", Fails | Empty, "0"}}},
@@ -372,7 +397,8 @@ const std::vector<Operation> operations{
      deleteStory,
      "true",
      "false",
-     {{"DeleteStory", Fails, "-"}, {"DeleteStory", Empty, "="}}},
+     {{"DeleteStory", Fails, "-"}, {"DeleteStory", Empty, "="}},
+     {"DeleteStory", heldStories}},
 
     {"Dispatch2Dir",
      anyState,

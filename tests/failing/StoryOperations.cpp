@@ -116,6 +116,34 @@ void saveElsewhere(World &world)
     ASSERT_TRUE(other.Save(true));
 }
 
+/// Keeps the lock in the session that is to give it back.
+void lockHere(World &world)
+{
+    openStory(world);
+    QString holder;
+    if (world.state() == Cached)
+        world.story->Lock(1, holder);
+}
+
+QString lockHolder(World &world)
+{
+    return world.server().model()->lockHolder(211).value;
+}
+
+/// What was last saved.
+QString heldText(World &world)
+{
+    const Newsroom::Answer<Newsroom::StoryPointer> story = world.server().model()->story(211);
+    return story.ok() ? story.value->markup(127) : text("none");
+}
+
+/// What is saved of the changes that the server's story has taken.
+QString heldChanges(World &world)
+{
+    world.story->Save(true);
+    return heldText(world);
+}
+
 // ---- the story's form -----------------------------------------------------------------------------------------------
 
 QString allFieldNames(World &world)
@@ -217,14 +245,14 @@ const std::vector<Operation> operations{
      "not there, rate 20, free, form ",
      "not there, rate 18, free, form ",
      {{"get_SysReadRate", Fails, "raised H"}, {"get_SysReadRate", Empty, "-"}}},
-    {"LocalStory::LocalStory",
+    {"LocalStory::LocalStory(path)",
      anyState,
      signOff,
      makeLocal,
      "rate 20",
      "rate 18",
      {{"get_SysReadRate", Fails, "raised H"}, {"get_SysReadRate", Empty, "-"}}},
-    {"Story::Story",
+    {"Story::Story(queuePath, id)",
      anyState,
      nullptr,
      make,
@@ -249,28 +277,64 @@ const std::vector<Operation> operations{
      finding({{"get_SectionXml", Fails, ", H"},
               {"get_SectionXml", Empty, ", 0"},
               {"get_SectionXml", Raised, ", 0xffffffff"}})},
-    {"Story::PutSection", anyState, openStory, putSection<false>, "true, 0", "false, 0",
-     finding({{"put_Section", Fails, "false, H"}, {"put_Section", Empty, "true, 0"}})},
-    {"Story::PutSection, markup", anyState, openStory, putSection<true>, "true, 0", "false, 0",
-     finding({{"put_SectionXml", Fails, "false, H"}, {"put_SectionXml", Empty, "true, 0"}})},
-    {"Story::GetField", anyState, openStory, getField, "read, 0", ", 0",
+    {"Story::PutSection",
+     anyState,
+     openStory,
+     putSection<false>,
+     "true, 0",
+     "false, 0",
+     finding({{"put_Section", Fails, "false, H"}, {"put_Section", Empty, "true, 0"}}),
+     {"put_Section", heldChanges}},
+    {"Story::PutSection, markup",
+     anyState,
+     openStory,
+     putSection<true>,
+     "true, 0",
+     "false, 0",
+     finding({{"put_SectionXml", Fails, "false, H"}, {"put_SectionXml", Empty, "true, 0"}}),
+     {"put_SectionXml", heldChanges}},
+    {"Story::GetField(name, value)", anyState, openStory, getField, "read, 0", ", 0",
      finding({{"get_Field", Fails, ", H"}, {"get_Field", Empty, ", 0"}})},
-    {"Story::SetField", anyState, openStory, setField, "0", "0",
-     finding({{"put_Field", Fails, "H"}, {"put_Field", Empty, "0"}})},
-    {"Story::Save", anyState, openStory, save, "true, 0", "false, 0",
-     finding({{"Save", Fails, "false, H"}, {"Save", Empty, "true, 0"}})},
-    {"Story::Lock", anyState, openStory, lock, "true , 0", "false , 0",
+    {"Story::SetField",
+     anyState,
+     openStory,
+     setField,
+     "0",
+     "0",
+     finding({{"put_Field", Fails, "H"}, {"put_Field", Empty, "0"}}),
+     {"put_Field", heldChanges}},
+    {"Story::Save",
+     anyState,
+     openStory,
+     save,
+     "true, 0",
+     "false, 0",
+     finding({{"Save", Fails, "false, H"}, {"Save", Empty, "true, 0"}}),
+     {"Save", heldText}},
+    {"Story::Lock",
+     anyState,
+     openStory,
+     lock,
+     "true , 0",
+     "false , 0",
      finding({{"Lock", BeingEdited, "false unknown, H"},
               {"Lock", Plain | NoInterface, "true , H"},
               {"Lock", Refused, "false , H"},
-              {"Lock", Empty, "true , 0"}})},
+              {"Lock", Empty, "true , 0"}}),
+     {"Lock", lockHolder}},
     {"Story::Lock, held by somebody else", signedOn, lockElsewhere, lock, "false bob, 0x8004040e", "false , 0",
      finding({{"Lock", BeingEdited, "false unknown, H"},
               {"Lock", Plain | NoInterface, "true , H"},
               {"Lock", Refused, "false , H"},
               {"Lock", Empty, "true , 0"}})},
-    {"Story::Unlock", anyState, openStory, unlock, "true, 0", "false, 0",
-     finding({{"Unlock", Fails, "false, H"}, {"Unlock", Empty, "true, 0"}})},
+    {"Story::Unlock",
+     anyState,
+     lockHere,
+     unlock,
+     "true, 0",
+     "false, 0",
+     finding({{"Unlock", Fails, "false, H"}, {"Unlock", Empty, "true, 0"}}),
+     {"Unlock", lockHolder}},
     {"Story::IsLocked", anyState, lockElsewhere, isLocked, "true, 0", "false, 0",
      finding({{"IsLocked", Fails, "false, H"}, {"IsLocked", Empty, "false, 0"}})},
     // A header that cannot be read counts as another.
@@ -282,7 +346,7 @@ const std::vector<Operation> operations{
      "false",
      {{"get_SectionXml", Fails | Empty, "true"}, {"QueryInterface", Fails, "false"}}},
 
-    {"Story::GetField, signed off",
+    {"Story::GetField(name, value), signed off",
      NoSession | Unloaded | Disconnected,
      openFoundStory,
      getField,
@@ -343,7 +407,7 @@ const std::vector<Operation> operations{
      "211:1:1",
      "7:8:9",
      {{"get_StoryUnique", Fails, "-"}, {"get_StoryUnique", Empty, "0:0:0"}}},
-    {"Story::GetField(story)",
+    {"Story::GetField(story, name, value)",
      anyState & ~Connected,
      fetchStory,
      fieldOf,

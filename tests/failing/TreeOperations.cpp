@@ -38,6 +38,22 @@ QString newQueue(World &)
     return described(std::unique_ptr<Directory>(Directory::NewDirectory(worldPath())));
 }
 
+void fetchQueue(World &world)
+{
+    world.handle = world.session().GetCachedDir(worldPath());
+}
+
+void fetchQueueAtOnce(World &world)
+{
+    Queue::useThreading = false;
+    fetchQueue(world);
+}
+
+QString newByObject(World &world)
+{
+    return described(std::unique_ptr<Directory>(Directory::NewDirectory(world.handle)));
+}
+
 QString directoryOfObject(World &world)
 {
     return described(std::make_unique<Directory>(world.handle));
@@ -57,11 +73,6 @@ QString refreshDirectory(World &world)
 {
     world.directory->Refresh();
     return text("done: ") + itemsOf(*world.directory);
-}
-
-void fetchQueue(World &world)
-{
-    world.handle = world.session().GetCachedDir(worldPath());
 }
 
 QString flagOfObject(World &world)
@@ -92,12 +103,18 @@ QString endOfLoad(World &world, Queue &queue)
     return stateOf(world, queue) + text(queue.IsComplete() ? ", complete" : ", not complete");
 }
 
+/// The server's object; none without a session.
+IDispatchPtr objectOf(const QString &path)
+{
+    return QuireCOM::TheQuireCOM ? QuireCOM::TheQuireCOM->GetCachedDir(path) : IDispatchPtr();
+}
+
 /// Makes a queue that loads on its own thread, and waits for the end of that.
 QString loadThreaded(World &world)
 {
     Queue::useThreading = true;
     const auto reset = qScopeGuard([] { Queue::useThreading = false; });
-    Queue queue(world.session().GetCachedDir(worldPath()));
+    Queue queue(objectOf(worldPath()));
     return endOfLoad(world, queue);
 }
 
@@ -105,7 +122,7 @@ QString loadThreaded(World &world)
 QString loadLive(World &world)
 {
     Queue::useThreading = true;
-    Queue queue(world.session().GetCachedDir(text("NEWS.LIVE")));
+    Queue queue(objectOf(text("NEWS.LIVE")));
     return endOfLoad(world, queue);
 }
 
@@ -192,6 +209,16 @@ std::vector<Documented> directory(const std::string &name, const std::string &co
     });
 }
 
+/// The same made of the server's object, which may turn out to be neither.
+std::vector<Documented> ofObject(std::vector<Documented> own)
+{
+    for (Documented &line : own) {
+        if (line.faults == NoInterface)
+            line.outcome += " | none";
+    }
+    return own;
+}
+
 /// An entry of a directory or queue is opened. That is not the short cut that finding a path is.
 std::vector<Documented> entry(std::vector<Documented> own)
 {
@@ -263,8 +290,8 @@ std::vector<Documented> onThread(const std::string &before, int there, const std
     return byPath(
         stories(before, ", complete",
                 {
-                    {"get_Connected", Raised, "- | raised H: " + unchanged},
-                    {"get_Connected", OutOfMemory, "- | out of memory: " + unchanged},
+                    {"get_Connected", Raised, "- | raised H" + unchanged},
+                    {"get_Connected", OutOfMemory, "- | out of memory" + unchanged},
                     {"GetList", Fails | Throws, before + "more, error H, complete"},
                     {"IStory2::*", Throws, before + "more, error H, complete"},
                     {"IStory2::QueryInterface", Plain | Refused | BeingEdited, before + "more, error H, complete"},
@@ -273,7 +300,7 @@ std::vector<Documented> onThread(const std::string &before, int there, const std
                     {"IQueue2::get_Name get_QueueID IQueue2::get_Flags", Empty, "="},
                     {"get_QueueID IQueue2::get_Flags", Fails, "raised H"},
                     {"IQueue2::QueryInterface", NoInterface, "= | -"},
-                    {"IQueue2::QueryInterface", Fails, "= | raised H | raised H: " + unchanged},
+                    {"IQueue2::QueryInterface", Fails, "= | raised H | raised H" + unchanged},
                 },
                 there));
 }
@@ -305,43 +332,66 @@ std::vector<Documented> liveAtOnce()
 }
 
 const std::vector<Operation> operations{
-    {"Directory::NewDirectory", anyState, loadAtOnce, newDirectory, "NEWS: 3 items", "none", directory("NEWS", "3")},
-    {"Directory::NewDirectory, a queue", anyState, loadAtOnce, newQueue, "NEWS.WORLD: 3 items", "none",
-     queue("NEWS.WORLD")},
-    {"Directory::Directory", Cached, fetchDirectory, directoryOfObject, "NEWS: 3 items", "none",
+    {"Directory::NewDirectory(path)", anyState, loadAtOnce, newDirectory, "NEWS: 3 items", "none",
      directory("NEWS", "3")},
-    {"Directory::FlagCheck",
-     Cached,
+    {"Directory::NewDirectory(path), a queue", anyState, loadAtOnce, newQueue, "NEWS.WORLD: 3 items", "none",
+     queue("NEWS.WORLD")},
+    {"Directory::NewDirectory(object)", anyState & ~Connected, fetchDirectory, newByObject, "NEWS: 3 items",
+     "raised 0x80040416", ofObject(directory("NEWS", "3"))},
+    {"Directory::NewDirectory(object), a queue", anyState & ~Connected, fetchQueueAtOnce, newByObject,
+     "NEWS.WORLD: 3 items", "raised 0x80040416", ofObject(queue("NEWS.WORLD"))},
+    {"Directory::Directory(object)", anyState & ~Connected, fetchDirectory, directoryOfObject, "NEWS: 3 items",
+     "raised 0x80040416", directory("NEWS", "3")},
+    {"Directory::FlagCheck(object, key)",
+     anyState & ~Connected,
      fetchDirectory,
      flagOfObject,
      "true",
      "false",
      {{"IQueue2::QueryInterface IDirectory2::QueryInterface", NoInterface, "= | -"},
       {"get_Flags QueryInterface", Fails | Raised | Empty, "-"}}},
-    {"Directory::FlagCheck, a queue",
-     Cached,
+    {"Directory::FlagCheck(object, key), a queue",
+     anyState & ~Connected,
      fetchQueue,
      flagOfObject,
      "false",
      "false",
      {{"get_Flags QueryInterface", Fails | Raised | Empty, "-"}}},
-    {"Directory::GetSubDir", anyState, openDirectory, subDirectory, "NEWS.SPORT: 1 items", "none",
+    {"Directory::GetSubDir(name)", anyState, openDirectory, subDirectory, "NEWS.SPORT: 1 items", "none",
      entry(directory("NEWS.SPORT", "1"))},
-    {"Directory::GetSubDir, a queue", anyState, openDirectory, subQueue, "NEWS.WORLD: 3 items", "none",
+    {"Directory::GetSubDir(index), a queue", anyState, openDirectory, subQueue, "NEWS.WORLD: 3 items", "none",
      entry(queue("NEWS.WORLD"))},
-    {"Directory::Refresh", anySession, openDirectory, refreshDirectory, "done: 3 items", "done: 0 items",
-     directory("done", "3"), true},
+    {"Directory::Refresh",
+     anySession,
+     openDirectory,
+     refreshDirectory,
+     "done: 3 items",
+     "done: 0 items",
+     directory("done", "3"),
+     {},
+     true},
+    {"Directory::Refresh, without a session", NoSession, openDirectory, refreshDirectory, "done: 3 items",
+     "done: 3 items", directory("done", "3")},
 
-    {"Queue::Queue", signedOn, loadAtOnce, loadThreaded, "3 items, complete", "0 items, not complete",
+    {"Queue::Queue", anyState, loadAtOnce, loadThreaded, "3 items, complete", "0 items, not complete",
      onThread("", 0, "")},
-    {"Queue::Queue, live", signedOn, loadAtOnce, loadLive, "3 items, complete", "0 items, not complete", live()},
-    {"Queue::Queue, live, at once", signedOn, loadAtOnce, loadLiveAtOnce, "NEWS.LIVE: 3 items", "none", liveAtOnce()},
+    {"Queue::Queue, live", anyState, loadAtOnce, loadLive, "3 items, complete", "0 items, not complete", live()},
+    {"Queue::Queue, live, at once", anyState, loadAtOnce, loadLiveAtOnce, "NEWS.LIVE: 3 items", "none", liveAtOnce()},
     {"Queue::~Queue, live", anyState, openLiveQueue, letGo, "done", "done", {{"*", AnyFault, "done"}}},
-    {"Queue::Refresh", anySession, openQueue, refreshQueue, "done: 3 items", "done: 0 items", again(), true},
-    {"Queue::Refresh, on a thread", anySession, openThreadedQueue, refreshThreaded, "done: 3 items, complete",
-     "done: 0 items, not complete", onThread("done: ", 0, "0 items, not complete"), true},
+    {"Queue::Refresh", anySession, openQueue, refreshQueue, "done: 3 items", "done: 0 items", again(), {}, true},
+    {"Queue::Refresh, without a session", NoSession, openQueue, refreshQueue, "done: 3 items", "done: 3 items",
+     again()},
+    {"Queue::Refresh, on a thread",
+     anySession,
+     openThreadedQueue,
+     refreshThreaded,
+     "done: 3 items, complete",
+     "done: 0 items, not complete",
+     onThread("done: ", 0, ": 0 items, not complete"),
+     {},
+     true},
     {"Queue::LoadMore", anyState, openLongQueue, loadMore, "done: 23 items, complete", "done: 20 items, complete",
-     onThread("done: ", 20, "more, error 0, complete")},
+     onThread("done: ", 20, ": more, error 0, complete")},
 };
 
 } // namespace

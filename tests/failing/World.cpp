@@ -422,4 +422,12 @@ QString itemsOf(ItemList &list)
     return all;
 }
 
+QString heldStories(World &world)
+{
+    QStringList numbers;
+    for (const Newsroom::StoryPointer &story : world.server().model()->stories(21).value)
+        numbers.append(QString::number(story->id().part1));
+    return numbers.join(QLatin1Char(' '));
+}
+
 } // namespace Failing

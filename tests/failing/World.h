@@ -143,6 +143,7 @@ QString yes(bool answer);
 QString given(const void *pointer); ///< "some" or "none"
 QString number(long value);
 QString itemsOf(Quire::ItemList &list); ///< how many, and how many of them lack something
+QString heldStories(World &world);      ///< the stories that the server has in NEWS.WORLD, by their numbers
 /// \}
 
 } // namespace Failing
