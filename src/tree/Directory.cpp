@@ -114,8 +114,7 @@ Directory *Directory::Make(const IDispatchPtr &object, bool registerQueue)
 
 Directory *Directory::NewDirectory(const QString &path)
 {
-    QuireCOM *const session = QuireCOM::TheQuireCOM;
-    return session ? NewDirectory(session->GetCachedDir(path)) : nullptr;
+    return QuireCOM::TheQuireCOM ? NewDirectory(LookUp(path)) : nullptr;
 }
 
 Directory::Directory() = default;
@@ -178,7 +177,7 @@ void Directory::Populate(IDispatchPtr object)
 void Directory::Populate()
 {
     if (QuireCOM::TheQuireCOM)
-        Populate(ServerObject());
+        Populate(LookUp(Name()));
 }
 
 void Directory::Refresh()
@@ -196,10 +195,12 @@ void Directory::Reread()
     Populate();
 }
 
-IDispatchPtr Directory::ServerObject()
+/// The server's object for \a path, under the server access lock: the walk to it asks the server for each step.
+IDispatchPtr Directory::LookUp(const QString &path)
 {
+    const QuireCOMMutex lock("Directory::LookUp");
     QuireCOM *const session = QuireCOM::TheQuireCOM;
-    return session ? session->GetCachedDir(Name()) : IDispatchPtr();
+    return session ? session->GetCachedDir(path) : IDispatchPtr();
 }
 
 // ---- entries --------------------------------------------------------------------------------------------------------

@@ -71,8 +71,8 @@ protected:
 
     /// Forgets what the session has by this list's name and appends what is found there now.
     void Reread();
-    /// What the session has by this list's name; empty without a session. Raises what looking it up raises.
-    IDispatchPtr ServerObject();
+    /// What the session has by the name \a path; empty without a session. Raises what looking it up raises.
+    static IDispatchPtr LookUp(const QString &path);
 
     // As read when the list was populated.
     std::atomic<qint32> m_flags1{0}; ///< The first flag word.

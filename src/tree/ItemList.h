@@ -26,8 +26,8 @@ namespace Quire {
 /// the operations can then still be called on that thread.
 ///
 /// Pointers to items stay valid until items are added, cleared or sorted. So hold the lock for as long as you use such
-/// a pointer, or u_Nth. While holding it, call nothing that calls the server: the lock of a list and the
-/// server access lock are never held together.
+/// a pointer, or u_Nth. While holding it, call nothing that calls the server: the server access lock is never
+/// taken under the lock of a list.
 class QUIRE_EXPORT ItemList
 {
 public:

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <limits>
 
+#include <quire/session/QuireCOMMutex.h>
+
 namespace Quire {
 
 namespace {
@@ -50,14 +52,12 @@ ObjectArray::ObjectArray(const Platform::Variant &value)
 
 ObjectArray::Element ObjectArray::at(int index) const
 {
-    switch (m_type) {
-    case VT_DISPATCH:
+    if (m_type == VT_DISPATCH)
         return Element(m_access.as<IDispatch *>()[index]);
-    case VT_UNKNOWN:
+    const QuireCOMMutex lock("ObjectArray::at"); // to ask is to call the server
+    if (m_type == VT_UNKNOWN)
         return Element(Platform::toDispatch(m_access.as<IUnknown *>()[index]));
-    default:
-        return Element(Platform::toDispatch(m_access.as<VARIANT>()[index]));
-    }
+    return Element(Platform::toDispatch(m_access.as<VARIANT>()[index]));
 }
 
 } // namespace Quire

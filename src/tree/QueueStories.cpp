@@ -151,13 +151,13 @@ FormData *Queue::GetFormA(IDispatchPtr object)
 
 Field *Queue::FindField(const QString &name)
 {
-    return findFormField(GetFormA(ServerObject()), name);
+    return findFormField(GetFormA(LookUp(Name())), name);
 }
 
 void Queue::RetrieveFields(std::vector<Attribute> &out)
 {
     out.clear(); // also when the server refuses
-    out = formAttributes(GetFormA(ServerObject()));
+    out = formAttributes(GetFormA(LookUp(Name())));
 }
 
 // ---- reports --------------------------------------------------------------------------------------------------------

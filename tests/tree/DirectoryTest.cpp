@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include <quire/session/QuireCOM.h>
 #include <quire/platform/SafeArray.h>
 #include <quire/platform/Variant.h>
 #include <quire/session/Dispatch2.h>
@@ -14,6 +15,7 @@
 
 using namespace Quire;
 using FakeServer::Kind;
+using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
@@ -382,6 +384,49 @@ TEST_F(DirectoryTest, ElementsOfEveryObjectTypeAreListed)
     }
 }
 
+namespace {
+
+/// An object as IUnknown that knows whether it was asked for another interface without the server access lock.
+class WatchfulObject : public IUnknown
+{
+public:
+    explicit WatchfulObject(IDispatchPtr object)
+        : m_object(std::move(object))
+    {}
+
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void **result) override
+    {
+        if (QuireCOM::m_LockThreadID != GetCurrentThreadId())
+            ++askedWithoutLock;
+        ++asked;
+        return m_object->QueryInterface(iid, result);
+    }
+    ULONG STDMETHODCALLTYPE AddRef() override { return 2; }
+    ULONG STDMETHODCALLTYPE Release() override { return 1; }
+
+    int asked = 0;
+    int askedWithoutLock = 0;
+
+private:
+    const IDispatchPtr m_object;
+};
+
+} // namespace
+
+TEST_F(DirectoryTest, ElementsAreAskedForTheirInterfacesUnderTheAccessLock)
+{
+    WatchfulObject mail(object("MAIL"));
+    server.getList = [&](LONG, LONG, VARIANT *list) {
+        list->vt = VT_ARRAY | VT_UNKNOWN;
+        list->parray = SafeArrayCreateVector(VT_UNKNOWN, 0, 1);
+        Platform::SafeArrayAccess(list->parray).as<IUnknown *>()[0] = &mail;
+        return S_OK;
+    };
+    EXPECT_EQ(open("NEWS")->Size(), 1);
+    EXPECT_GT(mail.asked, 0);
+    EXPECT_EQ(mail.askedWithoutLock, 0);
+}
+
 TEST_F(DirectoryTest, AListThatIsReferredToIsListed)
 {
     const IDispatchPtr mail = object("MAIL");
@@ -471,6 +516,15 @@ TEST_F(DirectoryTest, RefreshLooksTheDirectoryUpAnew)
     const std::unique_ptr<Directory> news = open("NEWS");
     news->Refresh();
     EXPECT_THAT(server.calls(), ::testing::Contains(text("..get_Item(0)")));
+}
+
+TEST_F(DirectoryTest, IsLookedUpUnderTheAccessLock)
+{
+    const std::unique_ptr<Directory> sport(Directory::NewDirectory(text("NEWS.SPORT")));
+    sport->Refresh();
+    const QStringList calls = callsWithLabels();
+    EXPECT_EQ(calls.filter(text(" without the lock")), QStringList());
+    EXPECT_THAT(calls, Contains(text("..get_Item(0) under Directory::LookUp")));
 }
 
 TEST_F(DirectoryTest, RefreshOfADirectoryThatIsGoneLeavesItEmpty)
