@@ -36,7 +36,7 @@ public:
     /// Appends \a length characters.
     void put(const QChar *text, int length)
     {
-        if (length == 0 || (length > m_Room && !grow(length)))
+        if (length <= 0 || (length > m_Room && !grow(length)))
             return;
         std::memcpy(m_End, text, std::size_t(length) * sizeof(QChar));
         m_End += length;

@@ -289,20 +289,21 @@ TEST_F(FormCacheTest, ClearsAnEmptyCache)
 TEST(FormCacheCopies, AreTheOnlyWayToAnotherCache)
 {
     static_assert(!std::is_default_constructible<FormCache>::value, "there is one cache");
-    static_assert(std::is_copy_constructible<FormCache>::value && std::is_copy_assignable<FormCache>::value, "copies");
+    static_assert(std::is_copy_constructible<FormCache>::value, "copies");
+    static_assert(std::is_copy_assignable<FormCache>::value, "copies");
     static_assert(std::is_nothrow_move_constructible<FormCache>::value, "moves");
     static_assert(std::is_nothrow_move_assignable<FormCache>::value, "moves");
 }
 
 TEST_F(ConnectedFormCache, OutlivesItsCopies)
 {
-    FormData *form = get("RUNDOWN");
+    EXPECT_NE(get("RUNDOWN"), nullptr);
     {
         const FormCache copy(FormCache::sFormCache);
         FormCache::Clear();
         EXPECT_EQ(fetches(), 1);
     }
-    form = get("RUNDOWN");
+    const FormData *const form = get("RUNDOWN");
     EXPECT_EQ(fetches(), 2);
     const FormCache copy(FormCache::sFormCache);
     EXPECT_EQ(get("RUNDOWN"), form);
@@ -374,6 +375,7 @@ TEST_F(ConnectedFormCache, GivesAllThreadsTheSameForms)
     constexpr int threads = 4;
     std::vector<std::vector<FormData *>> answers(threads, std::vector<FormData *>(names));
     std::vector<std::thread> running;
+    running.reserve(threads);
     std::atomic<int> waiting{threads};
     for (std::vector<FormData *> &answer : answers) {
         running.emplace_back([&answer, &waiting] {
