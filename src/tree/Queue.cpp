@@ -29,7 +29,7 @@ namespace {
 
 const qint32 threadedChunk = 20;
 const qint32 synchronousChunk = 100;
-const unsigned long longestWait = 100; // milliseconds
+const int longestWait = 100; // milliseconds
 
 Mutex<LockRank::LoadIncrement, QBasicMutex> incrementMutex; // guards Queue::sLoadIncrement; a leaf
 
@@ -93,8 +93,8 @@ bool Queue::Describe(const IDispatchPtr &object)
 
 Queue::~Queue()
 {
-    const QDeadlineTimer deadline(longestWait);
-    AbandonLoad(longestWait);
+    // Loads that were abandoned before have had their time.
+    const QDeadlineTimer deadline(AbandonLoad(longestWait));
     m_presence->close();
     if (m_liveRefresh)
         StopUpdates(deadline);
@@ -169,7 +169,6 @@ void Queue::Populate(IDispatchPtr object)
     }
     if (!queue)
         return;
-    m_loadError = S_OK;
     if (useThreading)
         StartThread(queue);
     else
@@ -196,7 +195,7 @@ void Queue::StartThread(const Orvex::IQueue2Ptr &queue)
         m_loadLimit = NextLimit();
         const auto load = std::make_shared<QueueLoad>(this, m_loadLimit);
         auto worker = std::make_unique<QueueListThread>(load, asList(queue), u_Size(), m_loadGate);
-        MarkStarted(load.get());
+        MarkStarted(load.get(), true);
         outdated = TakeWorker();
         AbandonOutdated();
         const MutexLocker guard(m_workerMutex);
@@ -220,27 +219,42 @@ void Queue::EndUnable(QueueLoad &load)
 
 void Queue::LoadNow(const Orvex::IQueue2Ptr &queue)
 {
-    AbandonLoad(0);
-    {
-        const ListMutexLocker lock("Queue::Populate()", listMutex().get());
-        m_loadLimit = NextLimit();
-    }
-    QueueLoad load(this, m_loadLimit);
-    const Orvex::IQueuePtr list = asList(queue);
-    int position = 0;
-    try {
-        while (!load.loadChunk(list, position)) {
-        }
-    } catch (...) {
-        load.fail(currentFailure());
-        throw;
-    }
+    ReadAll(*StartNow(), asList(queue));
     if (!m_liveRefresh)
         return;
     if (m_registerNow)
         QueueUpdateMgr::BeginQueueUpdates(this);
     else
         m_registrationDue = true;
+}
+
+/// A load without a worker, which other threads can abandon as they can any other.
+std::shared_ptr<QueueLoad> Queue::StartNow()
+{
+    AbandonLoad(0);
+    const ListMutexLocker lock("Queue::Populate()", listMutex().get());
+    AbandonOutdated();
+    m_loadLimit = NextLimit();
+    auto load = std::make_shared<QueueLoad>(this, m_loadLimit);
+    MarkStarted(load.get(), false);
+    const MutexLocker guard(m_workerMutex);
+    ForgetEnded();
+    m_outdatedLoads.push_back(load);
+    return load;
+}
+
+void Queue::ReadAll(QueueLoad &load, const Orvex::IQueuePtr &list)
+{
+    int position = 0;
+    try {
+        while (!load.loadChunk(list, position)) {
+        }
+    } catch (...) {
+        load.fail(currentFailure());
+        load.end();
+        throw;
+    }
+    load.end();
 }
 
 /// Does what was put off while the access lock was held around the making of this queue.
@@ -297,11 +311,14 @@ void Queue::Completed()
         MarkComplete(QueueLoad::completing());
 }
 
-void Queue::MarkStarted(const QueueLoad *load)
+/// Under the list's lock, so that no load before it has the last word.
+void Queue::MarkStarted(const QueueLoad *load, bool threaded)
 {
     const MutexLocker guard(m_stateMutex);
     m_lastLoad = load;
-    m_complete = false;
+    m_loadError = S_OK;
+    if (threaded)
+        m_complete = false;
 }
 
 /// A load that has been abandoned meanwhile tells nothing about the one that was started in its place. Null: somebody
@@ -313,38 +330,42 @@ void Queue::MarkComplete(const QueueLoad *load)
         m_complete = true;
 }
 
+void Queue::MarkFailed(const QueueLoad *load, HRESULT error)
+{
+    const MutexLocker guard(m_stateMutex);
+    if (load == m_lastLoad)
+        m_loadError = error;
+}
+
 bool Queue::IsComplete()
 {
+    std::unique_ptr<QueueListThread> worker;
     {
-        const MutexLocker guard(m_stateMutex);
+        const MutexLocker guard(m_workerMutex);
+        const MutexLocker state(m_stateMutex);
         if (!m_complete)
             return false;
+        if (m_loadThread && QThread::currentThread() != m_loadThread.get())
+            worker = TakeWorkerLocked();
     }
-    const std::unique_ptr<QueueListThread> worker = TakeEndedWorker(longestWait);
+    // It is as good as at its end, unless the host has much to do in its Completed.
+    LetGo(std::move(worker), QDeadlineTimer(longestWait));
     return true;
 }
 
 bool Queue::IsFinished()
 {
-    const std::unique_ptr<QueueListThread> worker = TakeEndedWorker(0);
+    std::unique_ptr<QueueListThread> ended;
     const MutexLocker guard(m_workerMutex);
+    if (m_loadThread && QThread::currentThread() != m_loadThread.get() && m_loadThread->isFinished())
+        ended = std::move(m_loadThread);
     return !m_loadThread;
 }
 
 long Queue::GetError()
 {
+    const MutexLocker guard(m_stateMutex);
     return m_loadError;
-}
-
-/// The worker when it has ended, after waiting at most \a wait ms for that; a worker that runs stays where it is.
-std::unique_ptr<QueueListThread> Queue::TakeEndedWorker(unsigned long wait)
-{
-    const MutexLocker guard(m_workerMutex);
-    if (!m_loadThread || QThread::currentThread() == m_loadThread.get())
-        return nullptr;
-    if (!m_loadThread->isFinished() && (wait == 0 || !m_loadThread->wait(wait)))
-        return nullptr;
-    return std::move(m_loadThread);
 }
 
 void Queue::cancelQueueLoad(bool wait)
@@ -362,12 +383,22 @@ void Queue::cancelQueueLoad(bool wait)
 std::unique_ptr<QueueListThread> Queue::TakeWorker()
 {
     const MutexLocker guard(m_workerMutex);
-    m_outdatedLoads.erase(std::remove_if(m_outdatedLoads.begin(), m_outdatedLoads.end(),
-                                         [](const auto &candidate) { return candidate->hasEnded(); }),
-                          m_outdatedLoads.end());
+    return TakeWorkerLocked();
+}
+
+std::unique_ptr<QueueListThread> Queue::TakeWorkerLocked()
+{
+    ForgetEnded();
     if (m_loadThread)
         m_outdatedLoads.push_back(m_loadThread->load());
     return std::move(m_loadThread);
+}
+
+void Queue::ForgetEnded()
+{
+    m_outdatedLoads.erase(std::remove_if(m_outdatedLoads.begin(), m_outdatedLoads.end(),
+                                         [](const auto &candidate) { return candidate->hasEnded(); }),
+                          m_outdatedLoads.end());
 }
 
 /// Nothing arrives any more of loads whose workers were taken, also of one that another thread is still waiting for.
@@ -379,15 +410,27 @@ void Queue::AbandonOutdated()
         load->abandon();
 }
 
-/// Cancels the load and lets go of it, at the latest after \a wait ms.
-void Queue::AbandonLoad(unsigned long wait)
+/// Cancels the load and lets go of it, at the latest after \a wait ms; also of the host's Completed for a load before
+/// it. Returns what is left of that time, which is none without a worker.
+QDeadlineTimer Queue::AbandonLoad(int wait)
 {
+    QDeadlineTimer deadline(wait);
     std::unique_ptr<QueueListThread> worker = TakeWorker();
+    const bool hasWorker = worker != nullptr;
+    if (hasWorker)
+        worker->load()->cancel();
+    LetGo(std::move(worker), deadline);
+    const bool hadOthers = m_presence->waitForOthers(deadline);
+    return hasWorker || hadOthers ? deadline : QDeadlineTimer();
+}
+
+/// Nothing arrives of its load any more, at the latest after \a deadline.
+void Queue::LetGo(std::unique_ptr<QueueListThread> worker, const QDeadlineTimer &deadline)
+{
     if (!worker)
         return;
-    worker->load()->cancel();
-    if (wait > 0 && QThread::currentThread() != worker.get())
-        worker->wait(wait);
+    if (!deadline.hasExpired() && QThread::currentThread() != worker.get())
+        worker->wait(deadline);
     worker->load()->abandon();
     QueueListThread::retire(std::move(worker));
 }

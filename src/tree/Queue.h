@@ -35,10 +35,13 @@ class WorkerPresence;
 ///
 /// The caller owns the queue. All operations but the destructor may be called on any thread at any time, also while a
 /// load runs. Neither destroying the queue nor cancelling waits for more than 100 ms for its load, whatever the server
-/// does: a load that hangs in a call is abandoned and cleans up after itself. Do neither from the queue's own
-/// Completed. Destroying a queue with live refresh also has the server end its reports. Where its own load hangs, that
-/// is left to the load; else it is a call like any other, which waits for the update manager and the server access
-/// lock, and so for as long as somebody else's call hangs: the reports are off when the destructor returns.
+/// does: a load that hangs in a call is abandoned and cleans up after itself. Destroying also waits for a Completed of
+/// the host's that is running, for as long as it does. Do neither from the queue's own Completed. Destroying a queue
+/// with live refresh also has the server end its reports. Where its own load hangs, that is left to the load; else it
+/// is a call like any other, which waits for the update manager and the server access lock, and so for as long as
+/// somebody else's call hangs: the reports are off when the destructor returns. For the same reason such a queue is
+/// neither destroyed nor, without threading, made, refreshed or loaded on while the calling thread holds the server
+/// access lock.
 ///
 /// What the server refuses raises `_com_error`, unless said otherwise. During a threaded load it raises nowhere: the
 /// load ends, what arrived stays, and GetError tells; so it does when the system has no thread for the load.
@@ -58,7 +61,8 @@ public:
     /// The queue that \a object is; begins to load it. An empty list without a name for any other object.
     explicit Queue(IDispatchPtr object);
     /// Ends the load and the server's reports; see above for how long that may take. A subclass that overrides
-    /// Completed calls cancelQueueLoad(true) in its own destructor.
+    /// Completed calls cancelQueueLoad(true) in its own destructor; that gives a running Completed the same 100 ms, and
+    /// one that takes longer touches no members of its own after the call of Queue::Completed.
     ~Queue() override;
 
     bool IsDirectory() override;
@@ -69,14 +73,18 @@ public:
     /// \name Loading
     /// \{
 
-    /// The last threaded load has ended, also when it failed. Collects the worker.
+    /// The last threaded load has ended, also when it failed. Collects the worker, for whose end it waits up to 100 ms:
+    /// it may still be in an override of Completed.
     virtual bool IsComplete();
     /// Called by the worker when a load has ended without being cancelled: registers a queue with live refresh for
-    /// updates and makes IsComplete true. Overrides call it first. Not called for a load that got no thread.
+    /// updates and makes IsComplete true. Overrides call it first. Not called for a load that got no thread. Where the
+    /// queue goes while the server has not answered yet, this leaves on the worker by an exception, which is no
+    /// std::exception, and so does SetUpdate: let it pass, there is nothing left to do.
     virtual void Completed();
     /// No worker is running. Collects the worker.
     virtual bool IsFinished();
-    /// The HRESULT with which the last load failed, 0 when it did not: E_OUTOFMEMORY when it got no thread.
+    /// The HRESULT with which the last load failed, 0 when it did not, whatever became of those before: E_OUTOFMEMORY
+    /// when it got no thread.
     long GetError();
     /// Tells the worker to stop after the chunk that it is reading. With \a wait also lets go of it: after at most 100
     /// ms nothing arrives any more.
@@ -162,14 +170,19 @@ private:
     void StartThread(const Orvex::IQueue2Ptr &queue);
     void EndUnable(QueueLoad &load);
     void LoadNow(const Orvex::IQueue2Ptr &queue);
+    std::shared_ptr<QueueLoad> StartNow();
+    static void ReadAll(QueueLoad &load, const Orvex::IQueuePtr &list);
     void RegisterIfLoaded();
-    std::unique_ptr<QueueListThread> TakeEndedWorker(unsigned long wait);
-    void AbandonLoad(unsigned long wait);
+    QDeadlineTimer AbandonLoad(int wait);
+    static void LetGo(std::unique_ptr<QueueListThread> worker, const QDeadlineTimer &deadline);
     std::unique_ptr<QueueListThread> TakeWorker();
+    std::unique_ptr<QueueListThread> TakeWorkerLocked() QUIRE_REQUIRES(m_workerMutex);
+    void ForgetEnded() QUIRE_REQUIRES(m_workerMutex);
     void AbandonOutdated();
     static int HangingWorkers();
-    void MarkStarted(const QueueLoad *load);
+    void MarkStarted(const QueueLoad *load, bool threaded);
     void MarkComplete(const QueueLoad *load);
+    void MarkFailed(const QueueLoad *load, HRESULT error);
     bool SwitchOffLater(const QDeadlineTimer &deadline);
     void StopUpdates(const QDeadlineTimer &deadline);
     bool IsOpenable(int index);
@@ -189,13 +202,13 @@ private:
     // Free: each value by itself.
     std::atomic<qint32> m_loadLimit{0};
     std::atomic<bool> m_moreAvailable{false};
-    std::atomic<qint32> m_loadError{0};
     Mutex<LockRank::QueueState> m_stateMutex;                             // a leaf
-    const QueueLoad *m_lastLoad QUIRE_GUARDED_BY(m_stateMutex) = nullptr; // the last threaded one, only ever compared
+    const QueueLoad *m_lastLoad QUIRE_GUARDED_BY(m_stateMutex) = nullptr; // only ever compared
+    HRESULT m_loadError QUIRE_GUARDED_BY(m_stateMutex) = S_OK;
     bool m_complete QUIRE_GUARDED_BY(m_stateMutex) = false;
     Mutex<LockRank::Workers> m_workerMutex; // comes after the list's lock
     std::unique_ptr<QueueListThread> m_loadThread QUIRE_GUARDED_BY(m_workerMutex);
-    // Of workers taken out; they may not have ended.
+    // Of workers taken out, and those without a worker; they may not have ended.
     std::vector<std::shared_ptr<QueueLoad>> m_outdatedLoads QUIRE_GUARDED_BY(m_workerMutex);
 };
 

@@ -62,7 +62,7 @@ bool QueueLoad::loadChunk(const Orvex::IQueuePtr &server, int &position)
     const bool last = count != m_chunkSize;
     const bool finished = last || (m_limit >= 1 && position >= m_limit);
     const bool current = publish([&](Queue &queue) {
-        queue.u_SetChanged();
+        tell(queue);
         if (finished)
             queue.m_moreAvailable = !last;
     });
@@ -75,21 +75,35 @@ bool QueueLoad::append(const IDispatchPtr &handle)
     if (!handle)
         return true;
     Item item = Queue::MakeItem(handle);
-    return publish([&](Queue &queue) { queue.u_Append(std::move(item)); });
+    return publish([&](Queue &queue) {
+        queue.u_Append(std::move(item));
+        m_hasNews = true;
+    });
+}
+
+/// The host is to look at what has arrived.
+void QueueLoad::tell(Queue &queue)
+{
+    queue.u_SetChanged();
+    m_hasNews = false;
 }
 
 void QueueLoad::abandon()
 {
     cancel();
     const ListMutexLocker lock("Queue::cancelQueueLoad()", m_listMutex.get());
+    if (m_queue && m_hasNews)
+        tell(*m_queue);
     m_queue = nullptr;
 }
 
 void QueueLoad::fail(HRESULT error)
 {
     publish([&](Queue &queue) {
-        queue.m_loadError = error;
+        queue.MarkFailed(this, error);
         queue.m_moreAvailable = true;
+        if (m_hasNews)
+            tell(queue);
     });
 }
 
@@ -111,7 +125,7 @@ void QueueLoad::complete()
     }
     completingLoad = nullptr;
     if (FAILED(error) && m_presence->isInside()) {
-        queue->m_loadError = error;
+        queue->MarkFailed(this, error);
         queue->MarkComplete(this); // whatever went wrong, the host waits for it
     }
     m_presence->leave();

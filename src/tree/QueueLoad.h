@@ -59,6 +59,7 @@ private:
     template<typename Change>
     bool publish(Change change);
     bool append(const IDispatchPtr &handle);
+    void tell(Queue &queue) QUIRE_REQUIRES(*m_listMutex);
 
     // Constant after construction.
     const std::shared_ptr<ListMutex> m_listMutex;
@@ -67,7 +68,8 @@ private:
     const qint32 m_limit;
 
     std::atomic<bool> m_cancelled{false};
-    Queue *m_queue QUIRE_GUARDED_BY(*m_listMutex); // null once abandoned
+    Queue *m_queue QUIRE_GUARDED_BY(*m_listMutex);         // null once abandoned
+    bool m_hasNews QUIRE_GUARDED_BY(*m_listMutex) = false; // stories of which the host has not been told
 
     mutable Mutex<LockRank::LoadEnd> m_endMutex; // a leaf
     mutable QWaitCondition m_end;

@@ -166,9 +166,10 @@ void Queue::SetUpdate(bool on)
 {
     const QString name = Name();
     const qint32 queueId = m_queueId;
-    // The server may take its time, and the queue may go meanwhile: nothing of it is touched from here on.
-    const WorkerPresence::Outside outside(m_presence);
+    // The server may take its time, and the queue may go meanwhile.
+    WorkerPresence::Outside outside(m_presence);
     SwitchUpdate(name, queueId, on);
+    outside.comeBack();
 }
 
 void Queue::SwitchUpdate(const QString &name, qint32 queueId, bool on)

@@ -127,7 +127,7 @@ void QueueUpdateMgr::pBeginQueueUpdates(Queue *queue)
     // Who has the mutex may be waiting for the server, and the queue may go meanwhile.
     std::optional<WorkerPresence::Outside> outside(std::in_place, presence);
     const MutexLocker lock(m_mutex);
-    outside.reset();
+    outside->comeBack();
     if (presence->isClosed())
         return;
     Beginning beginning(*this, queueId);

@@ -37,9 +37,22 @@ void WorkerPresence::close()
 {
     const MutexLocker lock(m_mutex);
     m_closed = true;
+    waitForOthersLocked(QDeadlineTimer(QDeadlineTimer::Forever));
+}
+
+bool WorkerPresence::waitForOthers(const QDeadlineTimer &deadline)
+{
+    const MutexLocker lock(m_mutex);
+    return waitForOthersLocked(deadline);
+}
+
+bool WorkerPresence::waitForOthersLocked(const QDeadlineTimer &deadline)
+{
     const int own = isInside() ? 1 : 0;
-    while (m_inside > own)
-        m_left.wait(&m_mutex.native());
+    const bool others = m_inside > own;
+    while (m_inside > own && m_left.wait(&m_mutex.native(), deadline)) {
+    }
+    return others;
 }
 
 bool WorkerPresence::isClosed() const
@@ -60,15 +73,22 @@ bool WorkerPresence::enterAgain()
 
 WorkerPresence::Outside::Outside(std::shared_ptr<WorkerPresence> presence)
     : m_presence(std::move(presence))
-    , m_wasInside(m_presence->isInside())
+    , m_isOutside(m_presence->isInside() && !m_presence->isClosed()) // it is this thread that ends a closed one
 {
-    m_presence->leave();
+    if (m_isOutside)
+        m_presence->leave();
 }
 
 WorkerPresence::Outside::~Outside()
 {
-    if (m_wasInside)
-        m_presence->enterAgain();
+    if (m_isOutside)
+        m_presence->enterAgain(); // an exception is on its way: it does what QueueGone would do
+}
+
+void WorkerPresence::Outside::comeBack()
+{
+    if (std::exchange(m_isOutside, false) && !m_presence->enterAgain())
+        throw QueueGone();
 }
 
 } // namespace Quire

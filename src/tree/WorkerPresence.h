@@ -3,6 +3,7 @@
 /// \file
 /// Whether a worker is inside a queue. Not part of the public surface.
 
+#include <QDeadlineTimer>
 #include <QWaitCondition>
 
 #include <memory>
@@ -30,22 +31,33 @@ public:
     void close();
     bool isClosed() const;
 
-    /// Leaves for one scope if this thread was inside, and tries to get inside again at its end.
+    /// Waits until all have left but for this thread, at most until \a deadline. Whether there was anybody.
+    bool waitForOthers(const QDeadlineTimer &deadline);
+
+    /// The queue went while this thread was outside: nothing of it may be touched any more, so that this goes through
+    /// the host's overrides up to whoever called the first of them.
+    class QueueGone
+    {};
+
+    /// Leaves for one scope if this thread was inside.
     class Outside
     {
     public:
         explicit Outside(std::shared_ptr<WorkerPresence> presence);
         ~Outside();
+        /// Gets inside again. Raises QueueGone when the queue went meanwhile.
+        void comeBack();
         Outside(const Outside &) = delete;
         Outside &operator=(const Outside &) = delete;
 
     private:
         std::shared_ptr<WorkerPresence> m_presence;
-        bool m_wasInside;
+        bool m_isOutside;
     };
 
 private:
     bool enterAgain();
+    bool waitForOthersLocked(const QDeadlineTimer &deadline) QUIRE_REQUIRES(m_mutex);
 
     mutable Mutex<LockRank::WorkersInside> m_mutex;
     QWaitCondition m_left;

@@ -304,6 +304,75 @@ TEST_F(QueueHangTest, AQueueMayGoAtTheEndOfItsOwnLoad)
     EXPECT_TRUE(nothingHangs());
 }
 
+namespace {
+
+/// Counts what runs of its overrides behind those of the queue.
+class CarelessQueue : public Queue
+{
+public:
+    CarelessQueue(const IDispatchPtr &object, std::atomic<int> &ranOn)
+        : Queue(object)
+        , m_ranOn(ranOn)
+    {}
+    ~CarelessQueue() override { cancelQueueLoad(true); }
+
+    void SetUpdate(bool on) override
+    {
+        std::atomic<int> &ranOn = m_ranOn;
+        Queue::SetUpdate(on);
+        ++ranOn;
+    }
+    void Completed() override
+    {
+        std::atomic<int> &ranOn = m_ranOn;
+        Queue::Completed();
+        ++ranOn;
+    }
+
+private:
+    std::atomic<int> &m_ranOn;
+};
+
+} // namespace
+
+TEST_F(QueueHangTest, NothingOfTheHostsClassRunsOnOnceTheQueueHasGone)
+{
+    std::atomic<int> ranOn{0};
+    server.faults().failNext(text("GetList"), Fault::hang(patience));
+    auto queue = std::make_unique<CarelessQueue>(object("Q.LIVE"), ranOn);
+    letLoad(*queue); // it is whole
+    ASSERT_TRUE(comesTrue([&] { return ranOn == 2; }));
+    server.faults().failNext(text("put_Update"), Fault::hang(hangTime));
+    queue->Refresh();
+    ASSERT_TRUE(server.faults().waitForHang(patience));
+    expectPrompt([&] { queue.reset(); });
+    server.faults().clear();
+    ASSERT_TRUE(nothingHangs());
+    EXPECT_EQ(ranOn, 2);
+}
+
+TEST_F(QueueHangTest, NothingOfTheHostsClassRunsOnOnceTheQueueHasGoneBeforeItsTurn)
+{
+    std::promise<void> inside;
+    std::promise<void> leave;
+    Queue::useThreading = false;
+    auto blocking = std::make_unique<BlockingQueue>(object("Q.LIVE"), inside, leave);
+    auto registering = std::async(std::launch::async, [&] { QueueUpdateMgr::BeginQueueUpdates(blocking.get()); });
+    inside.get_future().wait(); // with the manager's mutex
+    std::atomic<int> ranOn{0};
+    Queue::useThreading = true;
+    server.faults().failNext(text("GetList"), Fault::hang(patience));
+    auto queue = std::make_unique<CarelessQueue>(object("Q.LIVE2"), ranOn);
+    letLoad(*queue);
+    ASSERT_TRUE(comesTrue([&] { return queue->Size() == 250; }));
+    std::this_thread::sleep_for(std::chrono::milliseconds(20)); // until the worker waits for the manager
+    queue.reset();
+    leave.set_value();
+    registering.get();
+    EXPECT_TRUE(nothingHangs());
+    EXPECT_EQ(ranOn, 0);
+}
+
 // The worker looks for the session when it is let go at last, and meets the session's end.
 TEST_F(QueueHangTest, TheSessionGoesWhileTheWorkerOfAQueueThatIsGoneLooksForIt)
 {

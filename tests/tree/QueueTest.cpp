@@ -626,19 +626,31 @@ public:
         Queue::SetUpdate(on);
         if (!on || lingered.exchange(true))
             return;
-        arrived.set_value();
-        leave.get_future().wait();
+        linger();
+        if (failsAfterwards)
+            throw _com_error(E_ACCESSDENIED);
     }
     void Completed() override
     {
         Queue::Completed();
+        if (lingersWhenCompleted)
+            linger();
         ++completed;
     }
 
+    std::atomic<bool> lingersWhenCompleted{false};
+    std::atomic<bool> failsAfterwards{false};
     std::atomic<bool> lingered{false};
     std::atomic<int> completed{0};
     std::promise<void> arrived;
     std::promise<void> leave;
+
+private:
+    void linger()
+    {
+        arrived.set_value();
+        leave.get_future().wait();
+    }
 };
 
 } // namespace
@@ -658,6 +670,37 @@ TEST_F(QueueTest, AnAbandonedLoadDoesNotCompleteTheNext)
     ASSERT_TRUE(comesTrue([&] { return queue.IsComplete(); }));
     expectFirst(queue, 45);
     ASSERT_TRUE(comesTrue([&] { return queue.IsFinished(); }));
+}
+
+TEST_F(QueueTest, AnAbandonedLoadDoesNotFailTheNext)
+{
+    server.faults().failNext(text("GetList"), Fault::hang(30)); // until the object is whole
+    LingeringQueue queue(object("Q.LIVE"));
+    queue.arrived.get_future().wait();
+    queue.failsAfterwards = true;
+    QueueProbe::gate(queue).lock();
+    queue.Refresh();
+    queue.leave.set_value();
+    QueueProbe::gate(queue).unlock();
+    ASSERT_TRUE(comesTrue([&] { return queue.completed == 1; })); // of the second load
+    ASSERT_TRUE(comesTrue([&] { return queue.IsComplete(); }));
+    EXPECT_EQ(queue.GetError(), S_OK);
+    expectFirst(queue, 45);
+    ASSERT_TRUE(comesTrue([&] { return queue.IsFinished() && nothingHangs(); }));
+}
+
+TEST_F(QueueTest, AWorkerIsCollectedWhileTheHostDealsWithTheEndOfItsLoad)
+{
+    server.faults().failNext(text("GetList"), Fault::hang(30)); // until the object is whole
+    LingeringQueue queue(object("Q.SHORT"));
+    queue.lingersWhenCompleted = true;
+    queue.arrived.get_future().wait();
+    EXPECT_TRUE(queue.IsComplete());
+    EXPECT_FALSE(QueueProbe::hasWorker(queue));
+    EXPECT_TRUE(queue.IsFinished());
+    queue.leave.set_value();
+    EXPECT_TRUE(comesTrue([&] { return queue.completed == 1; }));
+    expectFirst(queue, 45);
 }
 
 namespace {
@@ -684,7 +727,53 @@ TEST_F(QueueTest, WhatTheHostThrowsWhenALoadHasEndedIsAnErrorOfTheLoad)
     expectFirst(queue, 45);
 }
 
+// ---- what hosts are told of half a chunk ----------------------------------------------------------------------------
+
+TEST_F(QueueTest, HasChangedTellsOfTheStoriesBeforeAFailure)
+{
+    server.faults().failNext(text("get_SectionXml"), Fault::hang(patience), 6);
+    const std::unique_ptr<Queue> queue = open("Q.SHORT");
+    ASSERT_TRUE(server.faults().waitForHang(patience));
+    queue->HasChanged(true);
+    queue->Lock(); // keeps the worker from the seventh story
+    server.faults().clear();
+    server.faults().failNext(text("get_SectionXml"), Fault::raise(E_FAIL));
+    queue->Unlock();
+    ASSERT_TRUE(comesTrue([&] { return queue->IsComplete(); }));
+    EXPECT_EQ(queue->GetError(), E_FAIL);
+    EXPECT_EQ(queue->Size(), 6);
+    EXPECT_TRUE(queue->HasChanged(true));
+}
+
+TEST_F(QueueTest, HasChangedTellsOfTheStoriesBeforeACancel)
+{
+    server.faults().failNext(text("get_SectionXml"), Fault::hang(patience), 6);
+    const std::unique_ptr<Queue> queue = open("Q.SHORT");
+    ASSERT_TRUE(server.faults().waitForHang(patience));
+    queue->HasChanged(true);
+    queue->cancelQueueLoad(true);
+    EXPECT_EQ(queue->Size(), 5);
+    EXPECT_TRUE(queue->HasChanged(true));
+    server.faults().clear();
+    ASSERT_TRUE(nothingHangs());
+    EXPECT_FALSE(queue->HasChanged(true));
+}
+
 // ---- loading at once ------------------------------------------------------------------------------------------------
+
+TEST_F(QueueAtOnceTest, RefreshBringsNoStoryTwiceWhileAnotherThreadRefreshes)
+{
+    const std::unique_ptr<Queue> queue = open("Q.SHORT");
+    server.faults().failNext(text("get_SectionXml"), Fault::hang(patience), 6);
+    auto refreshing = std::async(std::launch::async, [&] { queue->Refresh(); });
+    ASSERT_TRUE(server.faults().waitForHang(patience));
+    auto again = std::async(std::launch::async, [&] { queue->Refresh(); });
+    ASSERT_TRUE(comesTrue([&] { return queue->Size() == 0; }));
+    server.faults().clear();
+    refreshing.get();
+    again.get();
+    expectFirst(*queue, 45);
+}
 
 TEST_F(QueueAtOnceTest, ReadsChunksOfAHundred)
 {
