@@ -13,7 +13,8 @@ namespace Quire {
 /// stand below it. The leaves come last of all: a thread that holds one takes none.
 ///
 /// Calls of the server are made under ServerAccess, and a server may tell its news out of such a call, on the same
-/// thread: hence Searcher and List come after it. Nobody calls the server while holding the lock of a list.
+/// thread: hence Searcher and List come after it. Nobody calls the server while holding the lock of a list. The gate of
+/// a queue's loads has no place here: a worker takes and releases it with no other lock held.
 enum class LockRank {
     UpdateManager, ///< QueueUpdateMgr: the server is asked to report while it is held
     ServerAccess,  ///< QuireCOMMutex

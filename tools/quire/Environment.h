@@ -15,7 +15,7 @@ struct EnvironmentText
 constexpr EnvironmentText environmentTexts[] = {
     {"QUIRE_PASSWORD", "the password, unless --password is given"},
     {"COLUMNS", "how wide a drawing may be, at least 20; else the terminal's width, into a file or pipe no limit"},
-    {"NO_COLOR", "when set, nothing is in colour; otherwise colours are used on terminals only"},
+    {"NO_COLOR", "when it is not empty, nothing is in colour; otherwise colours are used on terminals only"},
     {"TERM", "with \"dumb\" nothing is in colour either"},
     {"VISUAL, EDITOR", "the editor that quire edit starts, with its arguments; the first that is set"},
     {"QUIRE_DEBUG", "when set, what the library notes for its developers goes to the standard error output"},
