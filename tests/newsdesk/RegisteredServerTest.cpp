@@ -34,6 +34,12 @@ protected:
         ASSERT_TRUE(comes([this] { return window->tree().model().rowCount() > 0; }));
     }
 
+    QString titleInQueue(int row)
+    {
+        const Quire::QueueModel &queue = window->queue().model();
+        return queue.index(row, queue.columnOf(text("title"))).data().toString();
+    }
+
 private:
     const ServerFolder m_folder;
 };
@@ -56,6 +62,18 @@ TEST_F(DeskOnRegisteredServerTest, ShowsAQueueAndAStory)
     EXPECT_EQ(window->queue().model().rowCount(), 28);
     openStory(2);
     EXPECT_EQ(label("title"), text("Harbour tunnel floods"));
+}
+
+TEST_F(DeskOnRegisteredServerTest, SavesAnEditAndHearsOfIt)
+{
+    signOnAndLook();
+    openQueue("SHOWS.EVENING.RUNDOWN"); // which the server reports on
+    openStory(0);
+    beginEditing();
+    type("title", "Headlines at six");
+    press("save");
+    EXPECT_TRUE(comes([this] { return titleInQueue(0) == text("Headlines at six"); }));
+    EXPECT_FALSE(window->story().model().isModified());
 }
 
 TEST_F(DeskOnRegisteredServerTest, FindsStories)
