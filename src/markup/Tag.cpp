@@ -81,12 +81,17 @@ void Tag::DeleteChildren()
     TagDestruction::destroyForest(std::exchange(m_Child, nullptr));
 }
 
-Tag *Tag::LastChild(int *steps)
+// Null when there is none.
+Tag *Tag::LastChild()
 {
+    if (!m_Child)
+        m_LateChild = nullptr; // What a copy gave up is no longer its own.
     Tag *last = m_LateChild ? m_LateChild : m_Child;
-    *steps = 0;
-    for (; last->m_Next; last = last->m_Next)
-        ++*steps;
+    int steps = 0;
+    for (; last && last->m_Next; last = last->m_Next)
+        ++steps;
+    if (steps >= LongWay)
+        m_LateChild = last;
     return last;
 }
 
@@ -95,17 +100,13 @@ void Tag::AddTag(Tag *tag, bool atFront)
     if (!tag)
         return;
     tag->m_Parent = this;
-    if (!m_Child)
-        m_LateChild = nullptr;
-    if (atFront || !m_Child) {
+    Tag *const last = atFront && m_Child ? nullptr : LastChild();
+    if (!last) {
         tag->m_Next = std::exchange(m_Child, tag);
         return;
     }
-    int steps = 0;
-    LastChild(&steps)->m_Next = tag;
     tag->m_Next = nullptr;
-    if (steps >= LongWay)
-        m_LateChild = tag;
+    last->m_Next = tag;
 }
 
 void Tag::AddSiblingTag(Tag *tag)

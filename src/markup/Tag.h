@@ -190,7 +190,9 @@ private:
     virtual bool TestFlag(TagFlag_t flag);
     virtual void SetFlag(TagFlag_t flag, bool on);
 
-    Tag *LastChild(int *steps);
+    friend class TreeBuilder; // appends many children at once
+
+    Tag *LastChild();
 
     // A late child of a long list, from where the way to its end is short; null for all other lists.
     Tag *m_LateChild = nullptr;

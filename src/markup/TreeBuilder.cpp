@@ -7,10 +7,9 @@ namespace XML {
 TreeBuilder::TreeBuilder(Tag *root)
 {
     open(root);
-    Tag *&last = m_Open.last().last;
-    last = root->m_Child;
-    while (last && last->m_Next)
-        last = last->m_Next;
+    Level &level = m_Open.last();
+    if (!level.foreign)
+        level.last = root->LastChild();
 }
 
 void TreeBuilder::open(Tag *node)

@@ -127,6 +127,28 @@ TEST(Width, OfManyChildrenIsBuiltByAppending)
     EXPECT_EQ(written(root), text("<b></b>").repeated(Wide));
 }
 
+TEST(Width, OfManyChildrenIsAdoptedOneAtATime)
+{
+    Tag to;
+    for (int i = 0; i < Wide; ++i) {
+        Tag from;
+        from.AddTag(new NamedTag(text("b")), false);
+        to.AdoptChildren(&from, true);
+    }
+    EXPECT_EQ(written(to), text("<b></b>").repeated(Wide));
+}
+
+TEST(Width, OfManyChildrenIsParsedOneAtATime)
+{
+    const QString markup = text("<b></b>");
+    Tag root;
+    for (int i = 0; i < Wide; ++i) {
+        int pos = 0;
+        XML::Parser().ParseTag(&root, markup, pos);
+    }
+    EXPECT_EQ(written(root), markup.repeated(Wide));
+}
+
 TEST(Width, OfManyChildrenIsAdopted)
 {
     const TagPtr from = parsed(text("<b></b>").repeated(Wide));

@@ -31,6 +31,12 @@ protected:
         return tag;
     }
 
+    void readOn(const QString &markup)
+    {
+        int position = 0;
+        XML::Parser().ParseTag(&list, markup, position);
+    }
+
     /// Goes through every child as the last one, as each may be the one that is remembered.
     template<typename Change>
     void takeAllFromTheEnd(const Change &change)
@@ -85,8 +91,72 @@ TEST_F(LongList, IsAppendedToAfterEachWasReplaced)
 
 TEST_F(LongList, IsReadOnAtItsEnd)
 {
-    int position = 0;
-    XML::Parser().ParseTag(&list, text("<x/><y/>"), position);
+    readOn(text("<x/><y/>"));
     EXPECT_TRUE(childNames(list).endsWith(text("c18 c19 x y")));
     EXPECT_TRUE(isSound(list));
+}
+
+TEST_F(LongList, IsReadOnAfterItsLastWereTakenOut)
+{
+    list.DeleteChildren();
+    for (int number = 0; number < 20; ++number)
+        readOn(text("<c%1/>").arg(number));
+    takeAllFromTheEnd([](Tag *last) {
+        Tag::ExtractTagFromParent(last);
+        delete last;
+    });
+}
+
+TEST_F(LongList, IsAppendedToAfterItsAdoptedLastWereReplacedByNothing)
+{
+    NamedTag all{text("all")};
+    all.AdoptChildren(&list, true);
+    list.AdoptChildren(&all, true);
+    takeAllFromTheEnd([this](Tag *last) { list.ReplaceChildTag(last, nullptr); });
+}
+
+TEST_F(LongList, IsReadOnAfterItWasSortedAndEmptied)
+{
+    readOn(text("<x/>"));
+    list.ChildSort([](Tag *a, Tag *b, void *) { return short(b->GetName().compare(a->GetName())); }, nullptr);
+    EXPECT_EQ(last()->GetName(), text("c0"));
+    readOn(text("<y/>"));
+    EXPECT_EQ(last()->GetName(), text("y"));
+    list.DeleteChildren();
+    readOn(text("<z/>"));
+    EXPECT_EQ(childNames(list), text("z"));
+}
+
+TEST_F(LongList, OfACopyThatGaveItUpIsNotAppendedToByReading)
+{
+    NamedTag copy(list);
+    copy.AddTag(new NamedTag(text("t")), false);
+    copy.m_Child = nullptr;
+    int position = 0;
+    XML::Parser().ParseTag(&copy, text("<x/>"), position);
+    copy.AddTag(new NamedTag(text("y")), false);
+    EXPECT_EQ(childNames(copy), text("x y"));
+    EXPECT_TRUE(childNames(list).endsWith(text("c18 c19 t")));
+}
+
+TEST_F(LongList, OfACopyThatGaveItUpIsNotAppendedToAfterAFirstChild)
+{
+    NamedTag copy(list);
+    copy.AddTag(new NamedTag(text("t")), false);
+    copy.m_Child = nullptr;
+    copy.AddTag(new NamedTag(text("x")), true);
+    copy.AddTag(new NamedTag(text("y")), false);
+    EXPECT_EQ(childNames(copy), text("x y"));
+}
+
+TEST_F(LongList, OfACopyThatGaveItUpIsNotAppendedToByAdopting)
+{
+    NamedTag copy(list);
+    copy.AddTag(new NamedTag(text("t")), false);
+    copy.m_Child = nullptr;
+    const TagPtr from = parsed("<x/>");
+    copy.AdoptChildren(from.get(), true);
+    copy.AddTag(new NamedTag(text("y")), false);
+    EXPECT_EQ(childNames(copy), text("x y"));
+    EXPECT_TRUE(childNames(list).endsWith(text("c18 c19 t")));
 }
