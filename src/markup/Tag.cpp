@@ -3,6 +3,7 @@
 #include <memory>
 #include <utility>
 
+#include "ForeignVisit.h"
 #include "NodeArena.h"
 #include "TagCopy.h"
 #include "TagDestruction.h"
@@ -21,6 +22,34 @@ constexpr int LongWay = 8; // Steps to the end of a list from which on a place n
 bool isForeign(const Tag &tag)
 {
     return kindOf(tag) == TagKind::Foreign;
+}
+
+/// Has \a visitor visit \a tag, its descendants, its following siblings and theirs, those of a host's class through
+/// \a visitForeign, the operation that this is the walk of.
+template<class VisitForeign>
+void visitAll(Tag &tag, ForeignVisit::Visitor visitor, long data, VisitForeign visitForeign)
+{
+    const bool siblingsAwaited = ForeignVisit::reaches(tag, visitor, data);
+    const auto visit = [=](Tag *node) {
+        if (isForeign(*node)) {
+            ForeignVisit call(*node, visitor, data);
+            visitForeign(*node);
+            return call.isReached() ? Walk::Pass : Walk::LeaveLevel;
+        }
+        if (visitor)
+            visitor(node, data);
+        return Walk::Enter;
+    };
+    if (visitor)
+        visitor(&tag, data);
+    walkForest(tag.m_Child, visit);
+    if (!siblingsAwaited)
+        walkForest(tag.m_Next, visit);
+}
+
+void clearSkip(Tag *tag, long)
+{
+    tag->SetSkip(false);
 }
 
 } // namespace
@@ -264,17 +293,7 @@ void Tag::SetSkip(bool skip)
 
 void Tag::ClearAllSkip()
 {
-    SetSkip(false);
-    const auto clear = [](Tag *node) {
-        if (isForeign(*node)) {
-            node->ClearAllSkip();
-            return Walk::LeaveLevel; // Its following siblings have been reached through it.
-        }
-        node->SetSkip(false);
-        return Walk::Enter;
-    };
-    walkForest(m_Child, clear);
-    walkForest(m_Next, clear);
+    visitAll(*this, clearSkip, 0, [](Tag &node) { node.ClearAllSkip(); });
 }
 
 bool Tag::TestInvisible()
@@ -333,19 +352,7 @@ void Tag::ChildSort(short (*compare)(Tag *, Tag *, void *), void *context)
 
 void Tag::ForEachTag(void (*fn)(Tag *, long), long data)
 {
-    if (fn)
-        fn(this, data);
-    const auto visit = [fn, data](Tag *node) {
-        if (isForeign(*node)) {
-            node->ForEachTag(fn, data);
-            return Walk::LeaveLevel; // Its following siblings have been visited through it.
-        }
-        if (fn)
-            fn(node, data);
-        return Walk::Enter;
-    };
-    walkForest(m_Child, visit);
-    walkForest(m_Next, visit);
+    visitAll(*this, fn, data, [fn, data](Tag &node) { node.ForEachTag(fn, data); });
 }
 
 void Tag::ExtractTagFromParent(Tag *tag)

@@ -22,8 +22,9 @@ namespace XML {
 /// **Threads.** Plain data: one tree belongs to one thread at a time. Different trees may be used by different threads,
 /// except that FindNthTag counts in one process-wide variable.
 ///
-/// **Size.** Trees may be any number of levels deep: no operation recurses on the depth of a tree. Overrides of a
-/// subclass are called by every walk; what an override does nests on the stack as such nodes nest.
+/// **Size.** Nodes may have any number of siblings, and trees be any number of levels deep: no operation recurses on
+/// either. Nodes of a host's subclass are the exception: every walk but that of destruction calls the operation of the
+/// node itself for its subtree, overridden or not, so walks nest on the stack as such nodes lie one in the other.
 ///
 /// **Null strings.** As a search's \a attrName or \a attrValue a null string matches anything; an empty one that is not
 /// null is compared like any other. No operation throws but for lack of memory.
@@ -132,7 +133,8 @@ public:
     /// Sets or clears the flag Skip of this node.
     virtual void SetSkip(bool skip);
 
-    /// Clears the flag Skip of this node, its descendants, its following siblings and theirs.
+    /// Clears the flag Skip of this node, its descendants, its following siblings and theirs. For overrides see
+    /// ForEachTag.
     virtual void ClearAllSkip();
 
     /// Whether the flag Invisible is set.
@@ -158,6 +160,10 @@ public:
     virtual void ChildSort(short (*compare)(Tag *, Tag *, void *), void *context);
 
     /// Calls \a fn with \a data for this node, its descendants, its following siblings and theirs, in document order.
+    ///
+    /// An override that a walk has called comes back from this operation, called with the same arguments, before the
+    /// following siblings are visited; they are not when it does not call it. Neither \a fn nor an override takes out
+    /// or destroys the node that it is called for.
     virtual void ForEachTag(void (*fn)(Tag *, long), long data);
 
     /// Unlinks \a tag from its parent, which no longer owns it, and clears its parent and next-sibling links. Does

@@ -23,6 +23,15 @@ QString nested(int depth)
 
 int visits = 0;
 
+/// A host's class that overrides nothing.
+class Plain : public NamedTag
+{
+public:
+    Plain()
+        : NamedTag(text("plain"))
+    {}
+};
+
 class Depth : public testing::Test
 {
 protected:
@@ -92,13 +101,6 @@ TEST_F(Depth, IsDestroyedByDeleteChildren)
 
 TEST_F(Depth, OfAHostsNodesIsDestroyed)
 {
-    class Plain : public NamedTag
-    {
-    public:
-        Plain()
-            : NamedTag(text("plain"))
-        {}
-    };
     Tag root;
     Tag *innermost = &root;
     for (int i = 0; i < Deep; ++i) {
@@ -125,6 +127,47 @@ TEST(Width, OfManyChildrenIsBuiltByAppending)
     for (int i = 0; i < Wide; ++i)
         root.AddTag(new NamedTag(text("b")), false);
     EXPECT_EQ(written(root), text("<b></b>").repeated(Wide));
+}
+
+TEST(Width, OfAHostsNodesIsVisitedAndItsFlagsCleared)
+{
+    Tag root;
+    for (int i = 0; i < Wide; ++i)
+        root.AddTag(i % 2 == 0 ? new Plain : static_cast<NamedTag *>(element("b", {new Plain})), false);
+    visits = 0;
+    const auto skip = [](Tag *tag, long) {
+        tag->SetSkip(true);
+        ++visits;
+    };
+    root.ForEachTag(skip, 0);
+    EXPECT_EQ(visits, 1 + Wide + Wide / 2);
+    EXPECT_EQ(written(root), text(""));
+    root.ClearAllSkip();
+    EXPECT_EQ(written(root), text("<plain></plain><b><plain></plain></b>").repeated(Wide / 2));
+}
+
+TEST(Width, OfAHostsNodesIsVisitedFromItsFirst)
+{
+    Tag root;
+    for (int i = 0; i < Wide; ++i)
+        root.AddTag(new Plain, false);
+    visits = 0;
+    root.m_Child->ForEachTag([](Tag *, long) { ++visits; }, 0);
+    EXPECT_EQ(visits, Wide);
+    root.m_Child->ClearAllSkip();
+}
+
+TEST(Width, OfAHostsNodesIsSearchedWrittenAndDuplicated)
+{
+    const QString null;
+    Tag root;
+    for (int i = 0; i < Wide; ++i)
+        root.AddTag(new Plain, false);
+    EXPECT_EQ(root.FindTag(text("none"), null, null), nullptr);
+    EXPECT_EQ(root.FindChildTag(text("none"), null, null), nullptr);
+    EXPECT_EQ(root.FindNthTag(text("plain"), Wide, null, null, true), nullptr);
+    const TagPtr copy(root.Duplicate());
+    EXPECT_EQ(written(*copy), text("<plain></plain>").repeated(Wide));
 }
 
 TEST(Width, OfManyChildrenIsAdoptedOneAtATime)

@@ -1,6 +1,8 @@
 /// \file
 /// Overrides in a host's classes take effect in every walk.
 
+#include <functional>
+
 #include <gtest/gtest.h>
 
 #include "markup/Support.h"
@@ -279,4 +281,144 @@ TEST_F(Override, OfASubclassWithoutAnyChangesNothing)
     EXPECT_TRUE(written(*m_Root).endsWith(text("<plain><x><plain></plain></x></plain><end></end>")));
     EXPECT_NE(m_Root->FindChildTag(text("end"), QString(), QString()), nullptr);
     EXPECT_EQ(m_Root->FindNthTag(text("plain"), 1, QString(), QString(), true), plain->m_Child->m_Child);
+}
+
+namespace {
+
+QString visited;
+
+void noteName(Tag *tag, long)
+{
+    visited += tag->GetName() + QLatin1Char(' ');
+}
+
+/// An element whose ForEachTag does what a test says.
+class Visited : public NamedTag
+{
+public:
+    using NamedTag::NamedTag;
+
+    void ForEachTag(void (*fn)(Tag *, long), long data) override { m_Operation(*this, fn, data); }
+
+    std::function<void(NamedTag &, void (*)(Tag *, long), long)> m_Operation;
+};
+
+/// <before/><visited><inner/></visited><after/>
+class OverrideOfForEachTag : public testing::Test
+{
+protected:
+    OverrideOfForEachTag()
+        : m_Visited(new Visited(text("visited")))
+    {
+        visited.clear();
+        m_Root.AddTag(element("before"), false);
+        m_Root.AddTag(m_Visited, false);
+        m_Visited->AddTag(element("inner"), false);
+        m_Root.AddTag(element("after"), false);
+    }
+
+    NamedTag m_Root{text("root")};
+    Visited *m_Visited;
+};
+
+} // namespace
+
+TEST_F(OverrideOfForEachTag, EnclosesTheNodesOwnSubtree)
+{
+    m_Visited->m_Operation = [](NamedTag &tag, void (*fn)(Tag *, long), long data) {
+        visited += text("( ");
+        tag.NamedTag::ForEachTag(fn, data);
+        visited += text(") ");
+    };
+    m_Root.ForEachTag(noteName, 0);
+    EXPECT_EQ(visited, text("root before ( visited inner ) after "));
+    visited.clear();
+    m_Root.m_Child->ForEachTag(noteName, 0);
+    EXPECT_EQ(visited, text("before ( visited inner ) after "));
+}
+
+TEST_F(OverrideOfForEachTag, GoesOnToTheSiblingsWhenTheHostCallsIt)
+{
+    m_Visited->m_Operation = [](NamedTag &tag, void (*fn)(Tag *, long), long data) {
+        tag.NamedTag::ForEachTag(fn, data);
+        visited += text(") ");
+    };
+    m_Visited->ForEachTag(noteName, 0);
+    EXPECT_EQ(visited, text("visited inner after ) "));
+}
+
+TEST_F(OverrideOfForEachTag, ThatDoesNotCallTheOriginalHidesTheFollowingSiblings)
+{
+    m_Visited->m_Operation = [](NamedTag &, void (*)(Tag *, long), long) { visited += text("own "); };
+    m_Root.ForEachTag(noteName, 0);
+    EXPECT_EQ(visited, text("root before own "));
+}
+
+TEST_F(OverrideOfForEachTag, MayHandOnOtherArguments)
+{
+    m_Visited->m_Operation = [](NamedTag &tag, void (*fn)(Tag *, long), long data) {
+        tag.NamedTag::ForEachTag(fn, data + 1);
+    };
+    m_Root.ForEachTag([](Tag *tag, long data) { visited += tag->GetName() + QString::number(data); }, 0);
+    EXPECT_EQ(visited, text("root0before0visited1inner1after1"));
+    visited.clear();
+    m_Visited->m_Operation = [](NamedTag &tag, void (*)(Tag *, long), long data) {
+        tag.NamedTag::ForEachTag([](Tag *, long) { visited += text("other "); }, data);
+    };
+    m_Root.ForEachTag(noteName, 0);
+    EXPECT_EQ(visited, text("root before other other other "));
+}
+
+TEST_F(OverrideOfForEachTag, MayWalkBeforeItCallsTheOriginal)
+{
+    m_Visited->m_Operation = [](NamedTag &tag, void (*fn)(Tag *, long), long data) {
+        tag.m_Child->ForEachTag(fn, data);
+        tag.m_Next->ForEachTag(fn, data);
+        tag.ClearAllSkip();
+        tag.NamedTag::ForEachTag(fn, data);
+    };
+    m_Visited->m_Next->SetSkip(true);
+    m_Root.ForEachTag(noteName, 0);
+    EXPECT_EQ(visited, text("root before inner after visited inner after "));
+    EXPECT_FALSE(m_Visited->m_Next->TestSkip());
+}
+
+TEST_F(OverrideOfForEachTag, MayChangeTheFollowingSiblings)
+{
+    m_Visited->m_Operation = [](NamedTag &tag, void (*fn)(Tag *, long), long data) {
+        tag.NamedTag::ForEachTag(fn, data);
+        Tag *next = tag.m_Next;
+        Tag::ExtractTagFromParent(next);
+        delete next;
+        tag.AddSiblingTag(element("new"));
+    };
+    m_Root.ForEachTag(noteName, 0);
+    EXPECT_EQ(visited, text("root before visited inner new "));
+}
+
+TEST_F(OverrideOfForEachTag, MayRaise)
+{
+    m_Visited->m_Operation = [](NamedTag &, void (*)(Tag *, long), long) { throw 1; };
+    EXPECT_THROW(m_Root.ForEachTag(noteName, 0), int);
+    m_Visited->m_Operation = [](NamedTag &tag, void (*fn)(Tag *, long), long data) {
+        tag.NamedTag::ForEachTag(fn, data);
+    };
+    visited.clear();
+    m_Visited->ForEachTag(noteName, 0);
+    EXPECT_EQ(visited, text("visited inner after "));
+}
+
+TEST_F(OverrideOfForEachTag, IsCalledForAWalkOfItsOwnFunction)
+{
+    m_Visited->m_Operation = [](NamedTag &tag, void (*fn)(Tag *, long), long data) {
+        tag.NamedTag::ForEachTag(fn, data);
+    };
+    m_Root.ForEachTag(
+        [](Tag *tag, long) {
+            noteName(tag, 0);
+            if (tag->GetName() == text("visited"))
+                tag->ForEachTag(noteName, 0);
+        },
+        0);
+    EXPECT_EQ(visited, text("root before visited visited inner after inner after "));
 }
