@@ -43,9 +43,9 @@ QString checkSection(const QString &text, const QString &tag)
         return QStringLiteral("the plain form was passed over");
     if (start < 0 ? end != -1 || prefixed : end < tag.length() + 2 || end > qMax(text.length(), tag.length() + 7))
         return QStringLiteral("no such place");
-    const bool found = start >= 0 && end > start;
     const bool closed = text.contains(QLatin1String(prefixed ? "</zeko:" : "</") + tag + QLatin1Char('>'));
-    if (section != (found && closed ? text.mid(start, end - start) : QString()))
+    const bool found = start >= 0 && end > start && closed;
+    if (section != (found ? text.mid(start, end - start) : QString()))
         return QStringLiteral("not what stands there was cut out");
     if (!comesBackEqual(text, tag, prefixed))
         return QStringLiteral("putting a section back changed the text");

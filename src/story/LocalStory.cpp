@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "SectionPattern.h"
 #include "Sections.h"
 #include "TextFile.h"
 #include <quire/session/Mutex.h>
@@ -109,8 +110,8 @@ void LocalStory::SetTextSection(QString &storyText, QString tag, QString section
 {
     int start = -1;
     int end = -1;
-    const bool prefixed = GetTextSectionPos(storyText, tag, start, end);
-    if (start < 0 || end <= start)
+    bool prefixed = false;
+    if (!SectionPattern(tag).findWhole(storyText, &start, &end, &prefixed))
         return;
     if (prefixed) {
         section.replace(QLatin1Char('<') + tag, QLatin1String("<zeko:") + tag);

@@ -63,7 +63,8 @@ public:
     bool IsLocked(int mask) override;
 
     /// Replaces the element \a tag of \a storyText, found as by Story::GetTextSectionPos, by \a section. Where the text
-    /// uses the prefix "zeko:" for it, \a section gets the prefix too. Nothing happens when the element is missing.
+    /// uses the prefix "zeko:" for it, \a section gets the prefix too. Nothing happens when the element is missing or
+    /// has no end tag behind its start.
     static void SetTextSection(QString &storyText, QString tag, QString section);
 
 protected:

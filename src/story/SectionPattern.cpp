@@ -35,17 +35,26 @@ SectionPattern::SectionPattern(const QString &tag)
 
 bool SectionPattern::find(QStringView text, int *start, int *end) const
 {
-    return &locate(text, start, end) == &m_prefixed && *start >= 0;
+    bool prefixed = false;
+    findWhole(text, start, end, &prefixed);
+    return prefixed;
+}
+
+bool SectionPattern::findWhole(QStringView text, int *start, int *end, bool *prefixed) const
+{
+    const Tags &tags = locate(text, start, end);
+    *prefixed = &tags == &m_prefixed && *start >= 0;
+    // Without an end tag the end is no place in the text; it may lie behind the start all the same.
+    const bool closed = *end >= tags.closing.length();
+    return *start >= 0 && closed && *end > *start;
 }
 
 QString SectionPattern::extract(QStringView text) const
 {
     int start = -1;
     int end = -1;
-    const Tags &tags = locate(text, &start, &end);
-    // Without an end tag the end is no place in the text; it may lie behind the start all the same.
-    const bool closed = end >= tags.closing.length();
-    return start >= 0 && closed && end > start ? text.mid(start, end - start).toString() : QString();
+    bool prefixed = false;
+    return findWhole(text, &start, &end, &prefixed) ? text.mid(start, end - start).toString() : QString();
 }
 
 /// The tags in the form in which the element is there; the prefixed one when it is not.

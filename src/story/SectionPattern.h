@@ -16,6 +16,9 @@ public:
 
     /// See Story::GetTextSectionPos.
     bool find(QStringView text, int *start, int *end) const;
+    /// The same, with the result in \a prefixed. Whether the element is there whole: an end tag, which is behind its
+    /// start.
+    bool findWhole(QStringView text, int *start, int *end, bool *prefixed) const;
     /// The element as a text of its own, see Story::ExtractTextSection.
     QString extract(QStringView text) const;
 

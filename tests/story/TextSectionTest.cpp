@@ -242,6 +242,13 @@ TEST(TextSection, WithoutClosingIsNotReplaced)
     EXPECT_EQ(replaced("<story>.<head>x", "head", "<head>new</head>"), text("<story>.<head>x"));
 }
 
+TEST(TextSection, WithoutClosingIsNotReplacedWhereverItStands)
+{
+    for (const char *markup : {"<a><head>text</x>", "<s><zeko:head>x", "<head>x", "<head", "<zeko:head></head>"})
+        EXPECT_EQ(replaced(markup, "head", "N"), text(markup));
+    EXPECT_EQ(replaced("<a><body>text</x>", "body", "N"), text("<a><body>text</x>"));
+}
+
 TEST(TextSection, WithClosingBeforeOpeningIsNotReplaced)
 {
     EXPECT_EQ(replaced("</head>.<head>x", "head", "<head>new</head>"), text("</head>.<head>x"));
