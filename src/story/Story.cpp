@@ -134,14 +134,19 @@ QString Story::FormName() const
 
 namespace {
 
-/// Reads a field as it is shown into \a value, which is empty and stays so on failure.
+/// Reads a field as it is shown into \a value, which is empty on failure and without a story.
 HRESULT readField(const Orvex::IStory2Ptr &story, const QString &name, QString &value)
 {
+    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): name and value may be the same string
+    const QString asked = name;
+    value = QString();
+    if (!story)
+        return S_OK;
     Platform::Bstr text;
-    const HRESULT result = story->get_Field(Platform::Bstr(name).get(), text.out());
+    const HRESULT result = story->get_Field(Platform::Bstr(asked).get(), text.out());
     if (SUCCEEDED(result) && text) {
         value = text.toString();
-        DecodeAttribute(name, value);
+        DecodeAttribute(asked, value);
     }
     return result;
 }
@@ -152,19 +157,14 @@ void Story::GetField(const QString &name, QString &value)
 {
     m_lastError = S_OK;
     const QuireCOMMutex lock("Story::GetField");
-    value = QString();
-    const Orvex::IStory2Ptr story = GetStory(m_queuePath, &m_id);
-    if (story)
-        m_lastError = readField(story, name, value);
+    m_lastError = readField(GetStory(m_queuePath, &m_id), name, value);
 }
 
 // NOLINTNEXTLINE(performance-unnecessary-value-param): a reference of its own while the call lasts
 void Story::GetField(Orvex::IStory2Ptr story, const QString &name, QString &value)
 {
     const QuireCOMMutex lock("Story::GetField");
-    value = QString();
-    if (story)
-        readField(story, name, value);
+    readField(story, name, value);
 }
 
 void Story::SetField(const QString &name, const QString &value)
@@ -212,6 +212,7 @@ Field *Story::FindField(const QString &name)
 
 void Story::GetAllFieldNames(std::vector<Attribute> &out)
 {
+    out.clear(); // also when the server raises
     out = formAttributes(FormCache::getForm(m_formName));
 }
 

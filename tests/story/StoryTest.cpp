@@ -607,6 +607,28 @@ TEST_F(StoryTest, GetFieldKeepsEmbeddedNulsAndPairs)
     EXPECT_EQ(value, odd);
 }
 
+TEST_F(StoryTest, GetFieldTakesOneTextAsNameAndValue)
+{
+    const auto data = add("5:1:2", "");
+    data->fields[text("title")] = text("Floods");
+    data->fields[text("audio-time")] = text("90");
+    Story story = open(fifth);
+    QString both = text("title");
+    story.GetField(both, both);
+    EXPECT_EQ(both, text("Floods"));
+    both = text("audio-time");
+    story.GetField(both, both);
+    EXPECT_EQ(both, text("1:30"));
+}
+
+TEST_F(StoryTest, StaticGetFieldTakesOneTextAsNameAndValue)
+{
+    add("5:1:2")->fields[text("audio-time")] = text("90");
+    QString both = text("audio-time");
+    Story::GetField(fetch(0), both, both);
+    EXPECT_EQ(both, text("1:30"));
+}
+
 TEST_F(StoryTest, StaticGetFieldReadsUnderItsLabel)
 {
     add("5:1:2")->fields[text("tape-time")] = text("90");
@@ -847,6 +869,14 @@ TEST_F(StoryForm, AllFieldNamesOfAnUnknownFormAreNone)
     server.form = QString();
     std::vector<Attribute> attributes{{text("old"), text("old"), 9}};
     story.GetAllFieldNames(attributes);
+    EXPECT_TRUE(attributes.empty());
+}
+
+TEST_F(StoryForm, AllFieldNamesAreNoneWhenTheServerRaises)
+{
+    server.raise(text("GetSystemForm"), E_FAIL);
+    std::vector<Attribute> attributes{{text("old"), text("old"), 9}};
+    EXPECT_THROW(story.GetAllFieldNames(attributes), _com_error);
     EXPECT_TRUE(attributes.empty());
 }
 
