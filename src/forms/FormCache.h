@@ -27,7 +27,8 @@ public:
     /// The form called \a name, in exactly this letter case. Null when the cache does not have it and the server does
     /// not deliver it either: no session, not connected, or no text for that name.
     ///
-    /// A form that is kept takes no server call. One that the server did not deliver is asked for again each time. The
+    /// A form that is kept takes no server call. One that the server did not deliver is asked for again each time. What
+    /// the server raises on being asked, as `_com_error`, passes to the caller and leaves the cache as it was. The
     /// form stays valid until Clear; it is shared, so nobody changes it.
     static FormData *getForm(QString name);
 

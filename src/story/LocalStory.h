@@ -12,15 +12,17 @@ namespace Quire {
 
 /// A story held in a markup file on the local disk, edited in memory and written back whole with Save.
 ///
-/// To be used like a Story: sections, fields and the lock flags are those of the file's text; no operation calls the
-/// server. Sections and fields are found by plain search, and values stand in the file as they are shown. The caller
-/// owns the object and uses it on one thread at a time.
+/// To be used like a Story: sections, fields and the lock flags are those of the file's text. The server is only called
+/// by the constructor from a path, for the system's reading rate, and by FindField, GetAllFieldNames and GetFieldValues
+/// when FormCache does not have the form, and what it raises then passes to the caller. Sections and fields are found
+/// by plain search, and values stand in the file as they are shown. The caller owns the object and uses it on one
+/// thread at a time.
 ///
 /// There is one file for the whole process: the one that the last constructed local story was read from, or that
 /// setLocalPath names. Save of any local story writes there.
 ///
-/// No operation reports an error. An unreadable or empty file makes an unloaded, empty story; missing sections and
-/// fields make an edit do nothing.
+/// No operation reports an error of a file. An unreadable or empty file makes an unloaded, empty story; missing
+/// sections and fields make an edit do nothing.
 class QUIRE_EXPORT LocalStory : public Story
 {
 public:

@@ -30,8 +30,8 @@ class Item;
 ///   empty result means that there is no such story, or no session.
 /// - Out-values are emptied first and stay empty on failure, unless said otherwise.
 /// - Finding the story never raises. What a server call itself raises, as `_com_error`, passes to the caller unless
-/// said
-///   otherwise. HRESULTs are 32-bit numbers whatever the width of `long`.
+///   said otherwise.
+/// - HRESULTs are 32-bit numbers whatever the width of `long`.
 /// - A handle that the server has let go of meanwhile is not noticed: the operation fails with the server's HRESULT.
 ///
 /// The destructor is not virtual: delete a story as what it was made.
@@ -131,7 +131,8 @@ public:
     /// \name What is known here; no server call
     /// \{
 
-    /// Reading speed for read-time figures. 18 unless the header says otherwise.
+    /// Reading speed for read-time figures, until SetReadRate: a tenth of the header's rate for a story that was found
+    /// (18 when it has none), a tenth of the system's for any other (18 without a session).
     int GetReadRate() const;
     /// See GetReadRate().
     void SetReadRate(int rate);
