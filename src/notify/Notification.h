@@ -115,9 +115,13 @@ private:
 /// signing on with a new session call NotificationRelease and NotificationInit again. Failures are silent; when the
 /// server refuses, Search::CanSearch stays false.
 ///
-/// Callbacks are called on whatever thread the server uses, also on several at once, with no lock of the library held:
-/// they may call any operation of the library, NotificationRelease included. What a callback throws is dropped. Any
-/// thread may call this.
+/// Callbacks are called on whatever thread the server uses, also on several at once. The thread may be inside a call of
+/// the library and hold the server access lock. A callback may call the library, this and NotificationRelease included,
+/// but does not wait for other threads, calls neither QueueUpdateMgr::BeginQueueUpdates nor EndQueueUpdates, destroys
+/// no queue with live refresh, makes, refreshes and loads none while Queue::useThreading is off, and does not end the
+/// session: it hands such work over to another thread. What a callback throws is dropped.
+///
+/// Any thread may call this.
 QUIRE_EXPORT void NotificationInit(SearchResultsCallback searchResults, QueueUpdateCallback queueUpdate,
                                    LogoutCallback logout);
 

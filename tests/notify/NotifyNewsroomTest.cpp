@@ -3,7 +3,7 @@
 
 #include <QElapsedTimer>
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include <atomic>
 #include <functional>
@@ -310,6 +310,63 @@ TEST_F(NotifyNewsroom, CallbacksMayEndTheNoticesOnTheServersThread)
     EXPECT_TRUE(server.waitForEvents());
     EXPECT_EQ(told.logouts, 1);
     EXPECT_EQ(server.census()->live(ObjectKind::Connection), 0);
+}
+
+TEST_F(NotifyNewsroom, ACallbackInsideALibraryCallHoldsTheAccessLockAndMayCallTheLibrary)
+{
+    Told told;
+    server.options().deliverAtOnce = true;
+    const auto startQueueNotices = [] { NotificationInit(nullptr, Told::onQueue, nullptr); };
+    startQueueNotices();
+    const std::unique_ptr<Directory> directory(Directory::NewDirectory(text("SPORT.FOOTBALL")));
+    auto *const queue = dynamic_cast<Queue *>(directory.get());
+    ASSERT_NE(queue, nullptr);
+    queue->SetUpdate(true);
+    told.hook = [&] {
+        EXPECT_EQ(QuireCOM::m_LockThreadID, GetCurrentThreadId());
+        EXPECT_TRUE(session->IsConnected());
+        QueueUpdateMgr::Update(static_cast<qint32>(told.queues.back()));
+        EXPECT_FALSE(QueueUpdateMgr::NeedsRefresh(queue, true));
+        const std::unique_ptr<Directory> other(Directory::NewDirectory(text("SPORT")));
+        ASSERT_NE(other, nullptr);
+        EXPECT_GT(other->Size(), 0);
+        SearchList *const list = search("SPORT.FOOTBALL", "*");
+        ASSERT_NE(list, nullptr);
+        searcher->DeleteSearch(list->SearchID());
+        NotificationRelease();
+        startQueueNotices();
+        EXPECT_EQ(QuireCOM::m_LockThreadID, GetCurrentThreadId()); // still the outer call's
+    };
+    const std::unique_ptr<Story> story(queue->CreateStory(0));
+    EXPECT_NE(story, nullptr);
+    EXPECT_THAT(told.queues, ::testing::ElementsAre(121));
+    EXPECT_EQ(QuireCOM::m_LockThreadID, 0u);
+    queue->SetUpdate(false);
+}
+
+TEST_F(NotifyNewsroom, ACallbackInsideALibraryCallHandsWorkWithLiveQueuesToAnotherThread)
+{
+    Told told;
+    server.options().deliverAtOnce = true;
+    NotificationInit(nullptr, Told::onQueue, nullptr);
+    const std::unique_ptr<Directory> directory(Directory::NewDirectory(text("SPORT.FOOTBALL")));
+    auto *const queue = dynamic_cast<Queue *>(directory.get());
+    ASSERT_NE(queue, nullptr);
+    queue->SetUpdate(true);
+    std::thread other; // waits for the access lock, which this thread holds in the callback
+    told.hook = [&] {
+        if (!other.joinable())
+            other = std::thread([queue] {
+                CoInitializeEx(nullptr, COINIT_MULTITHREADED);
+                QueueUpdateMgr::BeginQueueUpdates(queue);
+                QueueUpdateMgr::EndQueueUpdates(queue);
+                CoUninitialize();
+            });
+    };
+    const std::unique_ptr<Story> story(queue->CreateStory(0));
+    ASSERT_TRUE(other.joinable());
+    other.join();
+    EXPECT_FALSE(queue->GetUpdate());
 }
 
 TEST_F(NotifyNewsroom, NoticesOfAReconnectedSessionArriveOnce)
