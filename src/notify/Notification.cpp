@@ -89,6 +89,8 @@ void Notification::SetCallbacks(SearchResultsCallback searchResults, QueueUpdate
 
 // ---- connecting -----------------------------------------------------------------------------------------------------
 
+/// The sink may be given up meanwhile, also by a callback out of Advise, and another one take its place: whether that
+/// one is connected is not told by this.
 void Notification::Connect()
 {
     bool advised = false;
@@ -102,7 +104,10 @@ void Notification::Connect()
     } catch (...) {
         // What is connected stays.
     }
-    Search::GetSearcher()->SetNotification(advised);
+    Search *const searcher = Search::GetSearcher();
+    const MutexLocker guard(sMutex);
+    if (sNotification == this)
+        searcher->SetNotification(advised);
 }
 
 /// Keeps the point that is found, and its cookie when it takes the sink. True when it does.

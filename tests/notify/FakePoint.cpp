@@ -36,6 +36,7 @@ HRESULT FakePoint::Advise(IUnknown *newSink, DWORD *newCookie)
         return result;
     // Both event interfaces begin with the older one.
     sink.Attach(static_cast<Orvex::_IAnNotifyFast *>(queried), false);
+    m_sinkCookie = *newCookie;
     if (onAdvise)
         onAdvise();
     return answer;
@@ -48,7 +49,8 @@ HRESULT FakePoint::Unadvise(DWORD oldCookie)
         throw _com_error(E_FAIL);
     if (onUnadvise)
         onUnadvise();
-    sink = nullptr;
+    if (oldCookie == m_sinkCookie)
+        sink = nullptr;
     return S_OK;
 }
 

@@ -38,4 +38,5 @@ public:
 
 private:
     const IID m_events;
+    DWORD m_sinkCookie = 0;
 };

@@ -601,3 +601,34 @@ TEST_F(NotificationTest, ACallbackDuringAdviseMayEndTheNotices)
     startAll();
     EXPECT_EQ(fast.advised, 2);
 }
+
+TEST_F(NotificationTest, ACallbackDuringAdviseMayStartTheNoticesAnew)
+{
+    told.hook = [this] {
+        if (told.logouts > 1)
+            return;
+        NotificationRelease();
+        startAll();
+    };
+    fast.onAdvise = [this] {
+        if (fast.advised == 1)
+            sink()->raw_OnNotifyLogout();
+    };
+    startAll();
+    EXPECT_EQ(fast.advised, 2);
+    EXPECT_THAT(fast.unadvised, ElementsAre(1u)); // the sink that was given up while it connected
+    EXPECT_TRUE(searcher->CanSearch());
+    EXPECT_NE(start(9), nullptr);
+    sink()->raw_OnNotifyLogout();
+    EXPECT_EQ(told.logouts, 2);
+}
+
+TEST_F(NotificationTest, ASinkThatIsGivenUpDuringAdviseLeavesTheFlagAlone)
+{
+    searcher->SetNotification(true);
+    told.hook = NotificationRelease;
+    fast.onAdvise = [this] { sink()->raw_OnNotifyLogout(); };
+    startAll();
+    EXPECT_TRUE(searcher->CanSearch()); // as after any release
+}
+
