@@ -227,7 +227,8 @@ HRESULT Notification::raw_OnNotifyLogout()
 {
     return Receive([this] {
         noticeLogger("Notification::raw_OnNotifyLogout").debug("Logout Notification");
-        if (const LogoutCallback callback = m_LogoutCB)
+        const LogoutCallback callback = m_LogoutCB;
+        if (callback && !m_Ended) // a line of the log may take long
             callback();
     });
 }
@@ -274,6 +275,8 @@ HRESULT Notification::raw_OnNotifySpecial(LONG queueId)
 {
     return Receive([=] {
         noticeLogger("Notification::raw_OnNotifySpecial").debug("Queue update: %d", static_cast<int>(queueId));
+        if (m_Ended) // a line of the log may take long
+            return;
         if (const QueueUpdateCallback callback = m_QueueCB)
             callback(queueId);
         else

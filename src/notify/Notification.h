@@ -125,8 +125,9 @@ private:
 QUIRE_EXPORT void NotificationInit(SearchResultsCallback searchResults, QueueUpdateCallback queueUpdate,
                                    LogoutCallback logout);
 
-/// Ends the notices. A callback that runs on another thread may still be running when this returns; none is called any
-/// more. Nothing happens when there are no notices. Any thread may call this.
+/// Ends the notices. When this returns a callback may still be running on another thread, or just be about to be
+/// called: the module that has the callbacks must stay until the server can no longer be delivering. Nothing happens
+/// when there are no notices. Any thread may call this.
 QUIRE_EXPORT void NotificationRelease();
 
 } // namespace Quire

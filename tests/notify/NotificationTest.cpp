@@ -632,3 +632,15 @@ TEST_F(NotificationTest, ASinkThatIsGivenUpDuringAdviseLeavesTheFlagAlone)
     EXPECT_TRUE(searcher->CanSearch()); // as after any release
 }
 
+TEST_F(NotificationTest, NoCallbackBeginsOnceTheNoticesHaveEndedDuringTheLogLine)
+{
+    FrameworkLog log;
+    log.onMessage = [] { std::async(std::launch::async, NotificationRelease).get(); };
+    startAll();
+    EXPECT_EQ(sink()->raw_OnNotifyLogout(), 0);
+    startAll();
+    EXPECT_EQ(sink2()->raw_OnNotifySpecial(3), 0);
+    EXPECT_EQ(log.texts(), (QStringList{text("Logout Notification"), text("Queue update: 3")}));
+    EXPECT_EQ(told.logouts, 0);
+    EXPECT_THAT(told.queues, IsEmpty());
+}
