@@ -57,8 +57,8 @@ void SearchList::AddHits(std::vector<Item> &hits)
 void SearchList::Complete(long totalHits)
 {
     const ListMutexLocker lock("SearchList::Complete()", listMutex().get());
+    SetTotalHits(totalHits); // first: who sees an ended search, without the lock, sees its total
     SetSearchComplete();
-    SetTotalHits(totalHits);
     SortUnique();
     SetChanged();
 }

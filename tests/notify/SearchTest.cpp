@@ -6,7 +6,9 @@
 
 #include <atomic>
 #include <future>
+#include <memory>
 #include <thread>
+#include <vector>
 
 #include <quire/session/QuireCOM.h>
 #include <quire/tree/Directory.h>
@@ -299,6 +301,28 @@ TEST_F(SearchTest, CompletionSortsAndDropsDoubleHits)
     ASSERT_EQ(list->Size(), 2);
     EXPECT_EQ(list->Nth(0)->name, text("second"));
     EXPECT_EQ(list->Nth(1)->name, text("first"));
+}
+
+TEST_F(SearchTest, ADoneSearchHasItsTotal)
+{
+    constexpr int rounds = 100000; // in some of a hundred thousand the two threads meet
+    std::vector<std::unique_ptr<SearchList>> lists;
+    lists.reserve(rounds);
+    for (int i = 0; i < rounds; ++i)
+        lists.push_back(std::make_unique<SearchList>(i, QString()));
+    std::thread completing([&lists] {
+        for (const auto &list : lists)
+            list->Complete(12);
+    });
+    int early = 0;
+    for (const auto &list : lists) {
+        while (!list->IsSearchComplete()) {
+        }
+        if (list->GetTotalHits() != 12)
+            ++early;
+    }
+    completing.join();
+    EXPECT_EQ(early, 0);
 }
 
 TEST_F(SearchTest, AnUnknownSearchIsDone)
