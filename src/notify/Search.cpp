@@ -5,6 +5,7 @@
 
 #include <quire/notify/StartingSearches.h>
 #include <quire/platform/Automation.h>
+#include <quire/platform/Secret.h>
 #include <quire/session/QuireCOM.h>
 #include <quire/tree/SearchList.h>
 
@@ -16,6 +17,18 @@ QAtomicInteger<long> Search::sSearchLimit(500);
 namespace {
 
 Mutex<LockRank::SearcherMaking, QBasicMutex> searcherMutex; // guards TheSearcher; nothing is called while it is held
+
+/// Nothing of the password is left when this returns: a Disconnect while the server searches finds it the session's
+/// alone and overwrites it.
+QString serverName(QuireCOM &session)
+{
+    QString server;
+    QString user;
+    QString password;
+    session.GetConnectInfo(server, user, password);
+    Platform::forget(password); // overwrites it when a Disconnect came in between
+    return server;
+}
 
 QString queryText(const QString &server, const QString &path, const QString &query)
 {
@@ -109,11 +122,7 @@ SearchList *Search::StartSearch(const QString &path, const QString &query)
     QuireCOM *const session = QuireCOM::TheQuireCOM;
     if (!m_CanSearch || !session)
         return nullptr;
-    QString server;
-    QString user;
-    QString password;
-    session->GetConnectInfo(server, user, password);
-    const QString text = queryText(server, path, query);
+    const QString text = queryText(serverName(*session), path, query);
 
     quint64 start = 0;
     {

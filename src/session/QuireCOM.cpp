@@ -180,6 +180,7 @@ long QuireCOM::SignOn(const QString &server, const QString &user, const QString 
     const Platform::SecretBstr passwordText(password);
     const Platform::Bstr serverText(server);
     const QuireCOMMutex lock("QuireCOM::Connect");
+    SetConnectInfo(QString(), QString(), QString()); // Disconnect leaves them when the server has ended the connection
     const Platform::Bstr userText(user);
     const HRESULT result = m_signon->Connect(userText.get(), passwordText.get(), serverText.get(), option);
     if (FAILED(result))

@@ -42,7 +42,8 @@ inline constexpr ServerAccess serverAccess{};
 ///
 /// The password is written to no log, label, error text or file. It lies in memory as one copy of the session's own
 /// from a successful Connect until Disconnect, the next Connect or the end of the session, which overwrite it, and for
-/// the time of the server's Connect as a BSTR, overwritten before it is freed. What the host passes in and what it gets
+/// the time of the server's Connect as a BSTR, overwritten before it is freed. When the server has ended the connection
+/// by itself Disconnect does nothing: then it stays until one of the others. What the host passes in and what it gets
 /// by GetConnectInfo is the host's: while it keeps such a text the characters stay where they are.
 class QUIRE_EXPORT QuireCOM
 {
@@ -123,8 +124,9 @@ public:
     void Disconnect();
     /// True when the server says so. False when not loaded or when the question fails.
     bool IsConnected();
-    /// What the last successful Connect kept; three empty texts before it and after Disconnect. When the server ended
-    /// the connection by itself they stay, since only IsConnected asks the server. No server call.
+    /// What the last successful Connect kept; three empty texts before it, after Disconnect and after a refused
+    /// Connect. When the server ended the connection by itself they stay until the next Connect, since only IsConnected
+    /// asks the server, also after Disconnect, which then does nothing. No server call.
     void GetConnectInfo(QString &server, QString &user, QString &password);
     /// The sign-on object, empty when not loaded. No server call.
     Orvex::ISignon4Ptr GetSignon();

@@ -139,6 +139,21 @@ TEST_F(SearchTest, AsksTheServerWithLimitServerPathAndQuery)
     EXPECT_EQ(list->SearchStr(), text("{MaxFound=500 [S]P}((Q))"));
 }
 
+TEST_F(SearchTest, WhileTheServerIsAskedNobodyButTheSessionHasThePassword)
+{
+    startNotices();
+    int owners = 0;
+    server.onCall = [&](const QString &) {
+        QString host;
+        QString user;
+        QString password;
+        session->GetConnectInfo(host, user, password);
+        owners = password.data_ptr()->ref.atomic.loadRelaxed();
+    };
+    ASSERT_NE(start(), nullptr);
+    EXPECT_EQ(owners, 2); // the session and the text above
+}
+
 TEST_F(SearchTest, ZeroLeavesTheLimitOut)
 {
     startNotices();

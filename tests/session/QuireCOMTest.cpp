@@ -335,6 +335,24 @@ TEST_F(SessionTest, ARefusedConnectAfterASuccessfulOneLeavesNobodySignedOn)
     EXPECT_EQ(connectInfo(*session), text(nobody));
 }
 
+TEST_F(SessionTest, ARefusedConnectAfterTheServerHasEndedTheConnectionLeavesNobodySignedOn)
+{
+    connect();
+    server.connected = false;
+    server.fail(text("Connect"), hresult(0x80040802));
+    EXPECT_EQ(session->Connect(text("OTHER"), text("bob"), text("pw"), 0), asLong(0x80040802));
+    EXPECT_EQ(connectInfo(*session), text(nobody));
+}
+
+TEST_F(SessionTest, ARaisingConnectAfterTheServerHasEndedTheConnectionLeavesNobodySignedOn)
+{
+    connect();
+    server.connected = false;
+    server.raise(text("Connect"), E_FAIL);
+    EXPECT_THROW(session->Connect(text("OTHER"), text("bob"), text("pw"), 0), _com_error);
+    EXPECT_EQ(connectInfo(*session), text(nobody));
+}
+
 TEST_F(SessionTest, ConnectSignsOffFirst)
 {
     connect();
