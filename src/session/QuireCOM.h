@@ -117,7 +117,10 @@ public:
     /// \a server, \a user and \a password go to the server as they stand, as do the low 32 bits of \a option. On
     /// success they are kept (the server's own name in place of \a server when it tells one) and the root directory is
     /// put into the table of handles. Returns the server's HRESULT, which getErrorString puts in words, or -1 when not
-    /// loaded. A refused sign-on leaves the session not connected.
+    /// loaded. A refused sign-on leaves the session not connected and the three texts empty.
+    ///
+    /// When the server has ended the connection before by itself there is nothing to sign off from: the next one keeps
+    /// its read rate and all its handles but the root's.
     long Connect(const QString &server, const QString &user, const QString &password, long option);
     /// Signs off and forgets server, user, password, all handles and the system values. Nothing happens when not
     /// connected, so that the handles stay.
@@ -181,8 +184,9 @@ public:
     /// \name System values and user
     /// \{
 
-    /// The server's reading rate, 180 when it gives none or when not connected. Fetched once in a connection unless
-    /// negative. Raises `_com_error` when the server refuses.
+    /// The server's reading rate, 180 when it gives none or when not connected. Fetched once, unless negative, and kept
+    /// until the session signs off; see Connect for when the server has ended the connection. Raises `_com_error` when
+    /// the server refuses.
     long GetSysReadRate();
     /// The server's word length, fetched on every call; 0 when it is negative or when not connected. Raises
     /// `_com_error` when the server refuses.

@@ -353,6 +353,26 @@ TEST_F(SessionTest, ARaisingConnectAfterTheServerHasEndedTheConnectionLeavesNobo
     EXPECT_EQ(connectInfo(*session), text(nobody));
 }
 
+TEST_F(SessionTest, AfterTheServerHasEndedTheConnectionTheNextKeepsTheReadRateAndTheHandlesButTheRoot)
+{
+    server.readRate = 200;
+    connect();
+    EXPECT_EQ(session->GetSysReadRate(), 200);
+    const IDispatchPtr root = session->GetCachedDir(text("."));
+    const IDispatchPtr news = session->GetCachedDir(text("NEWS"));
+    const StoryID id{1, 2, 3};
+    const IDispatchPtr story = session->GetStoryDirect(text("MAIL"), &id);
+    ASSERT_TRUE(root && news && story);
+    server.connected = false;
+    server.readRate = 300;
+    connect();
+    EXPECT_EQ(session->GetSysReadRate(), 200);
+    EXPECT_EQ(session->GetCachedDir(text("NEWS")).GetInterfacePtr(), news.GetInterfacePtr());
+    EXPECT_EQ(session->GetCachedStory(text("MAIL"), &id, true).GetInterfacePtr(), story.GetInterfacePtr());
+    EXPECT_NE(session->GetCachedDir(text(".")).GetInterfacePtr(), root.GetInterfacePtr());
+    EXPECT_EQ(server.calls(), QStringList());
+}
+
 TEST_F(SessionTest, ConnectSignsOffFirst)
 {
     connect();
