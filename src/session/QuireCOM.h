@@ -31,12 +31,14 @@ inline constexpr ServerAccess serverAccess{};
 ///
 /// Made by GetQuireCOM and destroyed by UnloadCOM, on one thread while no other thread uses it; the library owns it.
 /// Between the two any thread may call any operation, on Windows after joining a COM apartment. Every server call is
-/// made under the server access lock (QuireCOMMutex), under a label of class and method name.
+/// made under the server access lock (QuireCOMMutex), under a label of class and method name, but for the items that
+/// GetCachedDir fetches, which go by the caller's lock, and GetConnectionPoint.
 ///
 /// Rules that hold for all operations:
 /// - Not loaded is like not connected: false, null, empty, 0, or as said. What was not done is not reported twice.
 /// - A call on the sign-on object while it is empty raises `_com_error` with E_POINTER. Only operations that do not ask
 ///   for the connection first can meet that: Search, StopSearch and GetConnectionPoint.
+/// - A text for the server needs memory. When it runs out `_com_error` with E_OUTOFMEMORY is raised.
 /// - HRESULTs, identifiers and sizes are 32-bit numbers whatever the width of `long`.
 /// - Handles are returned with a reference of their own.
 ///
@@ -206,7 +208,7 @@ public:
     bool SaveBlob(const QString &name, const char *data, long size);
     /// The bytes stored under \a name, to be freed with FreeBlob. \a size gets their number and \a extra the value that
     /// the server gives with them; either may be null. An empty blob is a buffer of size 0. Null when not connected,
-    /// when the server refuses or when memory runs out; \a size and \a extra are then untouched.
+    /// when the server refuses or when there is no memory for the buffer; \a size and \a extra are then untouched.
     char *LoadBlob(const QString &name, long *size, long *extra);
     /// Deletes the blob \a name. False when not connected or when the server refuses.
     bool DeleteBlob(const QString &name);

@@ -1,9 +1,13 @@
 // A session for which there is no memory. What the server allocates on the way is left alone.
 
+#include <functional>
 #include <memory>
+
+#include <quire/platform/System.h>
 
 #include "support/NoMemory.h"
 #include "support/SessionFixture.h"
+#include "support/Text.h"
 
 using namespace Quire;
 
@@ -11,6 +15,8 @@ namespace {
 
 using WithoutMemoryTest = SessionTest;
 using Blob = std::unique_ptr<char, void (*)(char *)>;
+
+const StoryID anyStory{1, 2, 3};
 
 /// The number of the last allocation of the call.
 template<typename Call>
@@ -20,6 +26,20 @@ int lastAllocation(const Call &call)
     call();
     return counting.allocations();
 }
+
+/// Operations that give the server a text.
+const std::function<void(QuireCOM &)> withText[] = {
+    [](QuireCOM &session) { session.Connect(text("HUB"), text("ann"), text("secret"), 0); },
+    [](QuireCOM &session) { session.GetStoryDirect(text("MAIL"), &anyStory); },
+    [](QuireCOM &session) { session.DeleteStoryDirect(text("MAIL"), &anyStory); },
+    [](QuireCOM &session) {
+        QString form;
+        session.GetSystemForm(text("RUNDOWN"), form);
+    },
+    [](QuireCOM &session) { session.LoadBlob(text("LAYOUT"), nullptr, nullptr); },
+    [](QuireCOM &session) { session.DeleteBlob(text("LAYOUT")); },
+    [](QuireCOM &session) { session.Search(text("QUERY")); },
+};
 
 } // namespace
 
@@ -57,4 +77,22 @@ TEST_F(WithoutMemoryTest, ABlobIsNull)
     }
     EXPECT_EQ(size, -7);
     session->Disconnect();
+}
+
+TEST_F(WithoutMemoryTest, ATextForTheServerThatCannotBeMadeIsRaised)
+{
+    int number = 0;
+    for (const auto &call : withText) {
+        connect();
+        Platform::failAllocation(1);
+        try {
+            call(*session);
+            ADD_FAILURE() << number << ": nothing raised";
+        } catch (const _com_error &error) {
+            EXPECT_EQ(error.Error(), E_OUTOFMEMORY) << number;
+        }
+        Platform::failAllocation(0);
+        EXPECT_EQ(QuireCOM::m_LockThreadID, 0u) << number;
+        ++number;
+    }
 }
