@@ -2,7 +2,7 @@
 
 #include <quire/platform/Automation.h>
 
-/// Describes records of one number, lies on the test's stack, and counts what an array asks of it.
+/// Describes records of one number, or what a test says, lies on the test's stack, and counts what an array asks of it.
 class CountedRecordInfo final : public IRecordInfo
 {
 public:
@@ -10,7 +10,11 @@ public:
     int cleared = 0;
     int copied = 0;
     int destroyed = 0;
+    ULONG size = sizeof(LONG);
     HRESULT sizeResult = S_OK;
+    GUID guid{};
+    HRESULT guidResult = E_NOTIMPL;
+    bool raisesForGuid = false;
     HRESULT copyResult = S_OK;
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID, void **object) override
@@ -32,11 +36,17 @@ public:
         *static_cast<LONG *>(destination) = *static_cast<LONG *>(source);
         return S_OK;
     }
-    HRESULT STDMETHODCALLTYPE GetGuid(GUID *) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE GetName(BSTR *) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE GetSize(ULONG *size) override
+    HRESULT STDMETHODCALLTYPE GetGuid(GUID *answer) override
     {
-        *size = sizeof(LONG);
+        if (raisesForGuid)
+            throw _com_error(E_FAIL);
+        *answer = guid;
+        return guidResult;
+    }
+    HRESULT STDMETHODCALLTYPE GetName(BSTR *) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE GetSize(ULONG *answer) override
+    {
+        *answer = size;
         return sizeResult;
     }
     HRESULT STDMETHODCALLTYPE GetTypeInfo(ITypeInfo **) override { return E_NOTIMPL; }
