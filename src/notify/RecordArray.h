@@ -3,13 +3,17 @@
 /// \file
 /// Records in an array that a server sent.
 
+#include <quire/platform/Automation.h>
 #include <quire/platform/SafeArray.h>
 
 namespace Quire {
 
-/// The records of an array, locked for one scope. Whatever the array is, reading from begin() to end() is safe: there
-/// are no records unless it has one dimension and elements of their size, and unless it says that it holds records or,
-/// as plain memory, nothing at all of what it holds. Does not own the array, which may be null.
+/// The records of an array, locked for one scope. Does not own the array, which may be null.
+///
+/// There are no records unless the array has one dimension and elements of their size, and unless it says that it holds
+/// records or, as plain memory, nothing at all of what it holds; where it describes its records, by the identifier of
+/// this kind. More cannot be told: that there is memory for as many elements as it says, and that in memory without a
+/// description there are records of this kind, is believed.
 template<typename Record>
 class RecordArray
 {
@@ -33,7 +37,21 @@ private:
         if (SafeArrayGetDim(array) != 1 || SafeArrayGetElemsize(array) != sizeof(Record))
             return false;
         VARTYPE type = VT_EMPTY;
-        return FAILED(SafeArrayGetVartype(array, &type)) || type == VT_RECORD || type == VT_EMPTY;
+        if (SUCCEEDED(SafeArrayGetVartype(array, &type)) && type != VT_RECORD && type != VT_EMPTY)
+            return false;
+        return !isDescribedOtherwise(array);
+    }
+
+    /// The description is the server's code, and may fail in any way.
+    static bool isDescribedOtherwise(SAFEARRAY *array) noexcept
+    try {
+        IRecordInfoPtr description;
+        if (FAILED(SafeArrayGetRecordInfo(array, &description)) || !description)
+            return false;
+        GUID kind{};
+        return FAILED(description->GetGuid(&kind)) || !IsEqualGUID(kind, __uuidof(Record));
+    } catch (...) {
+        return true;
     }
 
     const Platform::SafeArrayAccess m_access;

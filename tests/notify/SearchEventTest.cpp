@@ -8,6 +8,7 @@
 
 #include "notify/HitArray.h"
 #include "notify/NotifyFixture.h"
+#include "platform/CountedRecordInfo.h"
 #include "support/QtPrinting.h"
 
 using namespace Quire;
@@ -294,6 +295,50 @@ TEST_F(SearchEventTest, ArraysOfOtherThingsHoldNoHits)
         EXPECT_EQ(send(array.get()), 0) << type;
     }
     EXPECT_EQ(list->Size(), 0);
+}
+
+TEST_F(SearchEventTest, RecordsAreReadWhenTheirDescriptionSaysHits)
+{
+    CountedRecordInfo info;
+    info.size = sizeof(Orvex::SearchHit);
+    info.guid = __uuidof(Orvex::SearchHit);
+    info.guidResult = S_OK;
+    {
+        const Platform::SafeArray array(SafeArrayCreateVectorEx(VT_RECORD, 0, 2, static_cast<IRecordInfo *>(&info)));
+        ASSERT_TRUE(array);
+        const LONG references = info.references;
+        EXPECT_EQ(send(array.get()), 0);
+        EXPECT_EQ(info.references, references);
+    }
+    EXPECT_EQ(list->Size(), 2);
+}
+
+TEST_F(SearchEventTest, RecordsOfAnotherDescriptionAreNoHits)
+{
+    CountedRecordInfo info;
+    info.size = sizeof(Orvex::SearchHit);
+    info.guid = __uuidof(Orvex::FieldValue);
+    for (const HRESULT result : {S_OK, E_FAIL}) {
+        info.guidResult = result;
+        const Platform::SafeArray array(SafeArrayCreateVectorEx(VT_RECORD, 0, 2, static_cast<IRecordInfo *>(&info)));
+        ASSERT_TRUE(array);
+        std::memset(array.get()->pvData, 0x5A, 2 * sizeof(Orvex::SearchHit));
+        EXPECT_EQ(send(array.get()), 0);
+    }
+    EXPECT_EQ(list->Size(), 0);
+    EXPECT_EQ(info.references, 0);
+}
+
+TEST_F(SearchEventTest, ADescriptionThatRaisesDescribesNoHits)
+{
+    CountedRecordInfo info;
+    info.size = sizeof(Orvex::SearchHit);
+    info.raisesForGuid = true;
+    const Platform::SafeArray array(SafeArrayCreateVectorEx(VT_RECORD, 0, 2, static_cast<IRecordInfo *>(&info)));
+    ASSERT_TRUE(array);
+    EXPECT_EQ(send(array.get(), 12, 1), 0);
+    EXPECT_EQ(list->Size(), 0);
+    EXPECT_TRUE(searcher->IsSearchDone(7)) << "the search has ended all the same";
 }
 
 TEST_F(SearchEventTest, TheLowerBoundDoesNotMatter)
