@@ -140,6 +140,7 @@ TEST(RowStepsTest, AnyOrderComesOutOfAnyOther)
 TEST(RowStepsTest, VeryManyStepsBecomeTwo)
 {
     std::vector<QString> before;
+    before.reserve(5000);
     for (int row = 0; row < 5000; ++row)
         before.push_back(QString::number(row));
     std::vector<QString> after = before;
