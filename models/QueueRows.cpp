@@ -125,6 +125,7 @@ void QueueRows::apply(const RowStep &step)
         m_marks.insert(mark, arrived, arrived + step.count);
         const auto inserted = m_old->places.insert(place, static_cast<std::size_t>(step.count), 0);
         for (int index = 0; index < step.count; ++index)
+            // cppcheck-suppress unreadVariable; it is an iterator into the places
             inserted[index] = -1 - (step.source + index);
         break;
     }

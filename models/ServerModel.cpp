@@ -67,7 +67,7 @@ void ServerModel::setLoads(int loads)
 {
     const bool was = isLoading();
     m_loads = loads;
-    if (was != isLoading())
+    if (was != isLoading()) // cppcheck-suppress knownConditionTrueFalse; it goes by the loads
         Q_EMIT loadingChanged(!was);
 }
 
