@@ -42,7 +42,7 @@ ULONG references(IUnknown *object)
 qint64 memoryInUse()
 {
     const struct mallinfo2 info = mallinfo2();
-    return static_cast<qint64>(info.uordblks + info.hblkhd);
+    return static_cast<qint64>(info.uordblks) + static_cast<qint64>(info.hblkhd);
 }
 #endif
 
@@ -441,6 +441,7 @@ TEST_F(NotificationTest, CountsReferencesOfManyThreads)
     startAll();
     const ULONG before = references(sink());
     std::vector<std::future<void>> threads;
+    threads.reserve(4);
     for (int i = 0; i < 4; ++i) {
         threads.push_back(std::async(std::launch::async, [this] {
             for (int round = 0; round < 10000; ++round) {

@@ -414,6 +414,7 @@ TEST_F(SearchStress, FourThreadsSearchWhileTheServerDelivers)
         searcher->DeleteSearch(id);
     };
     std::vector<std::thread> threads;
+    threads.reserve(4);
     for (int thread = 0; thread < 4; ++thread) {
         threads.emplace_back([&, thread] {
             CoInitializeEx(nullptr, COINIT_MULTITHREADED);

@@ -253,7 +253,7 @@ TEST_F(SearchEventTest, AnotherElementSizeHoldsNoHits)
          {ULONG{1}, ULONG{8}, ULONG{16}, ULONG(sizeof(Orvex::SearchHit)) - 8, ULONG(sizeof(Orvex::SearchHit)) + 8}) {
         const Platform::SafeArray array(makePlainArray(size, 3));
         ASSERT_TRUE(array);
-        std::memset(array.get()->pvData, 0x5A, size * 3);
+        std::memset(array.get()->pvData, 0x5A, std::size_t{size} * 3);
         EXPECT_EQ(send(array.get(), 12, 0), 0);
     }
     EXPECT_EQ(list->Size(), 0);

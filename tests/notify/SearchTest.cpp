@@ -95,6 +95,7 @@ TEST_F(SearchTest, FirstCallsFromManyThreadsMakeOne)
 {
     SearchProbe::destroy();
     std::vector<std::future<Search *>> calls;
+    calls.reserve(8);
     for (int i = 0; i < 8; ++i)
         calls.push_back(std::async(std::launch::async, [] { return Search::GetSearcher(); }));
     for (auto &call : calls)

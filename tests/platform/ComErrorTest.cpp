@@ -73,7 +73,7 @@ TEST_F(ComError, HandsItsInformationOutWithAReference)
 TEST_F(ComError, CopySharesCodeAndInformation)
 {
     const _com_error error(E_ACCESSDENIED, information, true);
-    const _com_error copy(error);
+    const _com_error copy(error); // NOLINT(performance-unnecessary-copy-initialization): it is what is tested
     EXPECT_EQ(copy.Error(), E_ACCESSDENIED);
     EXPECT_EQ(textOf(copy.Description()), "The folder is locked.");
 }

@@ -392,8 +392,8 @@ TEST(SafeArray, DescriptorTakesAnElementSizeOfTheCallers)
     array.get()->cbElements = 12;
     array.get()->rgsabound[0] = {2, 0};
     ASSERT_EQ(SafeArrayAllocData(array.get()), S_OK);
-    const char element[] = "elementdata"; // 12 bytes with its end
-    EXPECT_EQ(put(array, 1, const_cast<char *>(element)), S_OK);
+    char element[] = "elementdata"; // 12 bytes with its end
+    EXPECT_EQ(put(array, 1, element), S_OK);
     EXPECT_EQ(std::memcmp(static_cast<char *>(array.get()->pvData) + 12, element, 12), 0);
 }
 

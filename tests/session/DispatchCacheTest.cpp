@@ -74,8 +74,9 @@ TEST(DispatchWrapper, ACopyAddsAReference)
     Counted object;
     const DispatchWrapper wrapper{IDispatchPtr(&object)};
     {
-        const DispatchWrapper copy(wrapper);
+        DispatchWrapper copy(wrapper);
         EXPECT_EQ(object.references, 2u);
+        EXPECT_EQ(copy.Handle().GetInterfacePtr(), &object);
     }
     EXPECT_EQ(object.references, 1u);
 }

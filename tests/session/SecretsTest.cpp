@@ -40,6 +40,7 @@ protected:
         m_server.calls().start();
         testing::internal::CaptureStdout();
         testing::internal::CaptureStderr();
+        // NOLINTNEXTLINE(cppcoreguidelines-prefer-member-initializer): what the making of it writes is captured
         m_session = QuireCOM::GetQuireCOM(true);
     }
     ~SecretsTest() override

@@ -284,7 +284,7 @@ TEST_F(SessionSoak, RepeatedSignOnsLeaveNothingBehind)
     for (int i = 0; i < rounds && !HasFatalFailure(); ++i)
         round();
 #ifdef QUIRE_COUNTS_MEMORY
-    EXPECT_LT(mallinfo2().uordblks, before + 16 * 1024);
+    EXPECT_LT(mallinfo2().uordblks, before + std::size_t{16} * 1024);
 #endif
 }
 
@@ -374,7 +374,7 @@ bool same(const IDispatchPtr &left, const IDispatchPtr &right)
 
 void useHandles(QuireCOM *session, Verdict &verdict, int thread, int round, bool signedOn)
 {
-    const QString path = allPaths.at((thread + round) % allPaths.size());
+    const QString &path = allPaths.at((thread + round) % allPaths.size());
     const IDispatchPtr directory = session->GetCachedDir(path);
     verdict.check(directory ? !signedOn || pathOf(directory) == path : !signedOn, "GetCachedDir");
 

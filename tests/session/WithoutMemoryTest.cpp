@@ -16,7 +16,7 @@ namespace {
 using WithoutMemoryTest = SessionTest;
 using Blob = std::unique_ptr<char, void (*)(char *)>;
 
-const StoryID anyStory{1, 2, 3};
+const StoryID someStory{1, 2, 3};
 
 /// The number of the last allocation of the call.
 template<typename Call>
@@ -30,8 +30,8 @@ int lastAllocation(const Call &call)
 /// Operations that give the server a text.
 const std::function<void(QuireCOM &)> withText[] = {
     [](QuireCOM &session) { session.Connect(text("HUB"), text("ann"), text("secret"), 0); },
-    [](QuireCOM &session) { session.GetStoryDirect(text("MAIL"), &anyStory); },
-    [](QuireCOM &session) { session.DeleteStoryDirect(text("MAIL"), &anyStory); },
+    [](QuireCOM &session) { session.GetStoryDirect(text("MAIL"), &someStory); },
+    [](QuireCOM &session) { session.DeleteStoryDirect(text("MAIL"), &someStory); },
     [](QuireCOM &session) {
         QString form;
         session.GetSystemForm(text("RUNDOWN"), form);

@@ -584,6 +584,7 @@ TEST_F(EditSoak, EveryEditOfThreeUsersOnSixThreadsIsSaved)
 
     const auto ownRounds = [&](int thread) {
         std::vector<Story> kept;
+        kept.reserve(storyCount);
         for (int index = 0; index < storyCount; ++index)
             kept.push_back(open(index));
         for (int round = started++; round < rounds() / 2; round = started++) {
@@ -603,6 +604,7 @@ TEST_F(EditSoak, EveryEditOfThreeUsersOnSixThreadsIsSaved)
         signon->Disconnect();
     };
     std::vector<std::thread> threads;
+    threads.reserve(threadCount);
     for (int thread = 0; thread < threadCount; ++thread) {
         threads.emplace_back([&, thread] {
             if (thread < ownThreads)
@@ -633,6 +635,7 @@ TEST_F(EditSoak, EditsWithoutTurnsSaveWhatSomebodyWrote)
     std::atomic<int> savedEdits{0};
     std::atomic<int> raised{0};
     std::vector<std::thread> threads;
+    threads.reserve(4);
     for (int thread = 0; thread < 4; ++thread) {
         threads.emplace_back([&] {
             for (int round = started++; round < rounds(); round = started++) {

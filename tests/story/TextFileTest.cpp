@@ -373,7 +373,7 @@ public:
 private:
     Q_DISABLE_COPY(FullDisk)
     void (*m_handler)(int);
-    rlimit m_before;
+    rlimit m_before{};
 };
 
 } // namespace
