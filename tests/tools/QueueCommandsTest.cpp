@@ -103,6 +103,19 @@ TEST_F(QueueCommandsTest, LsChoosesAndSortsColumns)
     EXPECT_EQ(pages.last(), QStringLiteral("A0"));
 }
 
+TEST_F(QueueCommandsTest, LsDoesNotSortTenBeforeTwoInTheCLocale)
+{
+    m_environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C"));
+    const QStringList lines = builtIn("ls SHOWS.EVENING.RUNDOWN --sort # --csv").lines();
+    QStringList positions;
+    for (const QString &line : lines.mid(1, 28))
+        positions += line.section(QLatin1Char(','), 0, 0);
+    QStringList expected;
+    for (int position = 1; position <= 28; ++position)
+        expected += QString::number(position);
+    EXPECT_EQ(positions, expected);
+}
+
 TEST_F(QueueCommandsTest, LsQuotesWhatCsvNeedsQuoted)
 {
     const Outcome run = builtIn("ls WIRES.WORLD --limit 1 --csv --columns title");

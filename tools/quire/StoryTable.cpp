@@ -26,6 +26,17 @@ QString lockText(Quire::Item &item)
     return lock.value.isEmpty() ? QStringLiteral("locked") : lock.value;
 }
 
+/// Compares texts as people read them, and the numbers in them by their value.
+QCollator numericCollator()
+{
+    // The locale "C" compares characters by their codes, whatever it is asked for, and puts 10 before 2.
+    const QLocale locale;
+    QCollator collator(locale.language() == QLocale::C ? QLocale(QLocale::English) : locale);
+    collator.setNumericMode(true);
+    collator.setCaseSensitivity(Qt::CaseInsensitive);
+    return collator;
+}
+
 QString csvQuoted(const QString &text)
 {
     const bool plain = !text.contains(QLatin1Char(',')) && !text.contains(QLatin1Char('"')) &&
@@ -109,9 +120,7 @@ void StoryTable::sort(const QString &column)
     if (index == m_names.size())
         throw Failure(ExitCode::NotFound, QStringLiteral("there is no column \"%1\" to sort by; there are %2")
                                               .arg(name, m_names.join(QLatin1String(", "))));
-    QCollator collator;
-    collator.setNumericMode(true);
-    collator.setCaseSensitivity(Qt::CaseInsensitive);
+    const QCollator collator = numericCollator();
     std::stable_sort(m_rows.begin(), m_rows.end(), [&](const Row &a, const Row &b) {
         const int order = collator.compare(a.texts.at(index), b.texts.at(index));
         return descending ? order > 0 : order < 0;
