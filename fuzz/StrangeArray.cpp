@@ -57,6 +57,17 @@ SAFEARRAY *StrangeArray::release()
     return std::exchange(m_array, nullptr);
 }
 
+void StrangeArray::handOut(Input &input, VARIANT *value)
+{
+    const bool byReference = input.below(2) == 0;
+    const VARTYPE type = input.below(8) == 0 ? VT_I4 : VT_ARRAY | VT_DISPATCH;
+    value->vt = static_cast<VARTYPE>(type | (byReference ? VT_BYREF : 0));
+    if (!byReference)
+        value->parray = m_array;
+    else
+        value->pparray = input.below(8) == 0 ? nullptr : &m_array;
+}
+
 ULONG StrangeArray::elementSize() const
 {
     return m_array ? m_array->cbElements : 0;

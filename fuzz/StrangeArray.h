@@ -26,6 +26,10 @@ public:
     /// Hands the array over; of one that does not lie only.
     SAFEARRAY *release();
 
+    /// Hands the array out in \a value as a server may: as an array of objects whatever it is, itself or by reference,
+    /// as a reference to nothing, or as a number. It stays this one's, and \a value is not to be cleared.
+    void handOut(Input &input, VARIANT *value);
+
     /// As made: VT_EMPTY for one that does not say what it holds.
     VARTYPE type() const { return m_type; }
     /// As the array says.

@@ -5,6 +5,7 @@
 #include "Input.h"
 #include "forms/FormChecks.h"
 #include "markup/MarkupChecks.h"
+#include "models/ModelChecks.h"
 #include "newsroom/NewsroomChecks.h"
 #include "notify/NotifyChecks.h"
 #include "platform/PlatformChecks.h"
@@ -34,12 +35,14 @@ const std::vector<Target> &targets()
         {"markup/entities", ofText<MarkupFuzz::checkEntities>},
         {"markup/params", ofText<MarkupFuzz::checkParams>},
         {"markup/search", ofText<MarkupFuzz::checkSearch>},
+        {"models/rows", ModelFuzz::checkRows},
         {"newsroom/filenames", ofText<NewsroomFuzz::checkFileNames>},
         {"newsroom/folder", NewsroomFuzz::checkFolder},
         {"newsroom/import", NewsroomFuzz::checkImport},
         {"newsroom/markup", ofText<NewsroomFuzz::checkMarkup>},
         {"newsroom/newsroom", ofText<NewsroomFuzz::checkNewsroom>},
         {"newsroom/query", ofText<NewsroomFuzz::checkQuery>},
+        {"newsroom/records", NewsroomFuzz::checkRecords},
         {"newsroom/story", ofText<NewsroomFuzz::checkStory>},
         {"notify/events", NotifyFuzz::checkEvents},
         {"platform/arrays", PlatformFuzz::checkArrays},
@@ -56,8 +59,13 @@ const std::vector<Target> &targets()
         {"story/server", ofText<StoryFuzz::checkServerStory>},
 #ifdef QUIRE_FUZZ_TOOLS
         {"tools/body", ofText<ToolFuzz::checkBody>},
+        {"tools/changes", ofText<ToolFuzz::checkChanges>},
         {"tools/completion", ofText<ToolFuzz::checkCompletion>},
         {"tools/editing", ToolFuzz::checkEditing},
+        {"tools/markup", ofText<ToolFuzz::checkDrawing>},
+        {"tools/stories", ofText<ToolFuzz::checkStories>},
+        {"tools/table", ofText<ToolFuzz::checkTable>},
+        {"tools/tree", ofText<ToolFuzz::checkTree>},
         {"tools/width", ofText<ToolFuzz::checkWidth>},
         {"tools/words", ofText<ToolFuzz::checkWords>},
 #endif

@@ -37,4 +37,8 @@ QString checkFolder(const QByteArray &input);
 /// lines, its name and where it lay.
 QString checkImport(const QByteArray &input);
 
+/// Records of search hits, with texts and arrays in them, under any calls: each holds what it was given and nothing of
+/// another's, and in the end nothing is left.
+QString checkRecords(const QByteArray &input);
+
 } // namespace NewsroomFuzz

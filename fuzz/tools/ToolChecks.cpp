@@ -8,7 +8,9 @@
 #include "BodyText.h"
 #include "EditFile.h"
 #include "Failure.h"
+#include "FieldChanges.h"
 #include "SectionName.h"
+#include "StoryNumber.h"
 #include "TextWidth.h"
 #include "Words.h"
 #include "fuzz/Input.h"
@@ -103,7 +105,25 @@ QString checkWords(const QString &text)
         return QStringLiteral("another number");
     if (isRefused([&] { sectionNumber(text); }) == sectionNames().contains(text, Qt::CaseInsensitive))
         return QStringLiteral("a section taken or refused wrongly");
+    if (isRefused([&] { StoryNumber::parse(text); }) !=
+        !decimal(text.startsWith(QLatin1Char('#')) ? text.mid(1) : text).has_value())
+        return QStringLiteral("a story's number taken or refused wrongly");
     return checkCode(text);
+}
+
+QString checkChanges(const QString &text)
+{
+    const QStringList changes = text.split(QLatin1Char('\n'));
+    QStringList names;
+    bool isMistaken = false;
+    for (const QString &change : changes) {
+        const QString name = change.section(QLatin1Char('='), 0, 0);
+        isMistaken = isMistaken || name.isEmpty() || name == change || names.contains(name, Qt::CaseInsensitive);
+        names.append(name);
+    }
+    if (isRefused([&] { FieldChanges made(changes); }) != isMistaken)
+        return isMistaken ? QStringLiteral("a mistake was taken") : QStringLiteral("a change was refused");
+    return QString();
 }
 
 QString checkWidth(const QString &text)

@@ -27,4 +27,21 @@ QString checkEditing(const QByteArray &input);
 /// A command line that is being typed: every word that completes it fits what is there.
 QString checkCompletion(const QString &text);
 
+/// Changes of fields, one a line: refused as a mistake of the user's exactly when one is none.
+QString checkChanges(const QString &text);
+
+/// Rows of a table, a line each, with tabulators between the cells: no line is wider than it may be, and with room for
+/// all of it nothing is missing.
+QString checkTable(const QString &text);
+
+/// The same of a tree: a line each of a branch, a name and details.
+QString checkTree(const QString &text);
+
+/// A queue whose stories have these fields, a story a line: as a table, sorted, and as comma-separated values that come
+/// back.
+QString checkStories(const QString &text);
+
+/// Markup as a tree that is drawn: a line for each node, none wider than it may be.
+QString checkDrawing(const QString &text);
+
 } // namespace ToolFuzz

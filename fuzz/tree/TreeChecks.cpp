@@ -63,17 +63,6 @@ QString checkElement(const Fuzz::StrangeArray &array, const ObjectArray &row, in
     return object->references == references ? QString() : QStringLiteral("an element changed the count");
 }
 
-/// \a value as a server hands it out: the array, a reference to it, or nothing.
-void putArray(Fuzz::Input &input, SAFEARRAY **array, VARIANT *value)
-{
-    const bool byReference = input.below(2) == 0;
-    value->vt = static_cast<VARTYPE>((input.below(8) == 0 ? 0 : VT_ARRAY) | (byReference ? VT_BYREF : 0) | VT_DISPATCH);
-    if (!byReference)
-        value->parray = *array;
-    else
-        value->pparray = input.below(8) == 0 ? nullptr : array;
-}
-
 struct Line
 {
     explicit Line(const QString &text)
@@ -132,10 +121,9 @@ QString checkObjects(const QByteArray &bytes)
     const HRESULT answers[] = {S_OK, E_NOINTERFACE, E_FAIL};
     object.dispatchResult = answers[input.below(3)];
     {
-        const Fuzz::StrangeArray array(input, &object, true);
-        SAFEARRAY *pointer = array.get();
+        Fuzz::StrangeArray array(input, &object, true);
         Platform::Variant value;
-        putArray(input, &pointer, value.out());
+        array.handOut(input, value.out());
         QString wrong;
         {
             const ObjectArray row(value);
@@ -147,7 +135,7 @@ QString checkObjects(const QByteArray &bytes)
         value.release(); // the array stays its owner's
         if (!wrong.isEmpty())
             return wrong;
-        if (pointer && pointer->cLocks != 0)
+        if (array.get() && array.get()->cLocks != 0)
             return QStringLiteral("the array is still locked");
     }
     return object.references == 0 ? QString() : QStringLiteral("a reference is left");
