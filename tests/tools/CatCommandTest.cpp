@@ -13,7 +13,7 @@ protected:
     QString queue()
     {
         const QJsonObject tree = quire("--built-in --json tree").json();
-        for (const QJsonValue &entry : tree.value(QStringLiteral("entries")).toArray())
+        for (const QJsonValue entry : tree.value(QStringLiteral("entries")).toArray())
             if (entry[QStringLiteral("stories")].toInt() > 1)
                 return entry[QStringLiteral("path")].toString();
         return QString();

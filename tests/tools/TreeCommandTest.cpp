@@ -46,7 +46,7 @@ TEST_F(TreeCommandTest, DrawsEveryEntryOnALineOfItsOwnAndCountsThem)
     qint64 stories = 0;
     for (const QString &count : values(all, "queue", "stories"))
         stories += count.toInt();
-    const QString sum = lines.at(all.size() + 1);
+    const QString &sum = lines.at(all.size() + 1);
     EXPECT_TRUE(sum.startsWith(QString::number(values(all, "directory", "path").size() - 1))) << qPrintable(sum);
     EXPECT_TRUE(sum.contains(QStringLiteral(", %1 queue").arg(values(all, "queue", "path").size())));
     EXPECT_TRUE(sum.contains(QStringLiteral(", %1 stor").arg(stories)));
@@ -98,7 +98,7 @@ TEST_F(TreeCommandTest, AQueueIsATreeOfItsOwn)
 TEST_F(TreeCommandTest, DepthLimitsTheLevels)
 {
     EXPECT_EQ(entries("--depth 0").size(), 1);
-    for (const QJsonValue &entry : entries("--depth 1"))
+    for (const QJsonValue entry : entries("--depth 1"))
         EXPECT_LE(entry[QStringLiteral("depth")].toInt(), 1);
     EXPECT_LT(entries("--depth 1").size(), entries("").size());
     EXPECT_EQ(entries("--depth 1").size(), entries("--depth 0").first()[QStringLiteral("entries")].toInt() + 1);
