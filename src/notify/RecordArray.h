@@ -11,9 +11,9 @@ namespace Quire {
 /// The records of an array, locked for one scope. Does not own the array, which may be null.
 ///
 /// There are no records unless the array has one dimension and elements of their size, and unless it says that it holds
-/// records or, as plain memory, nothing at all of what it holds; where it describes its records, by the identifier of
-/// this kind. More cannot be told: that there is memory for as many elements as it says, and that in memory without a
-/// description there are records of this kind, is believed.
+/// records or, as plain memory, nothing at all of what it holds; nor where it describes its records as those of another
+/// kind. More cannot be told: that there is memory for as many elements as it says, and that in memory without a
+/// description, or with one that does not tell the kind, there are records of this kind, is believed.
 template<typename Record>
 class RecordArray
 {
@@ -49,9 +49,10 @@ private:
         if (FAILED(SafeArrayGetRecordInfo(array, &description)) || !description)
             return false;
         GUID kind{};
-        return FAILED(description->GetGuid(&kind)) || !IsEqualGUID(kind, __uuidof(Record));
+        return SUCCEEDED(description->GetGuid(&kind)) && !IsEqualGUID(kind, GUID{}) &&
+               !IsEqualGUID(kind, __uuidof(Record));
     } catch (...) {
-        return true;
+        return false;
     }
 
     const Platform::SafeArrayAccess m_access;
