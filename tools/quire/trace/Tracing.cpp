@@ -44,21 +44,25 @@ void replaceIn(VARIANT &value, const CallTracePtr &trace) noexcept
         replaceAny(V_UNKNOWN(&value), trace);
 }
 
-void replaceElements(SAFEARRAY *array, VARTYPE type, const CallTracePtr &trace) noexcept
+/// What the array itself says of its elements counts, as for the library: the value that it came in may say anything.
+void replaceElements(SAFEARRAY *array, const CallTracePtr &trace) noexcept
 {
-    const ULONG count = Platform::elementCount(array);
-    void *data = nullptr;
-    if (SafeArrayGetDim(array) != 1 || FAILED(SafeArrayAccessData(array, &data)))
+    VARTYPE type = VT_EMPTY;
+    if (SafeArrayGetDim(array) != 1 || FAILED(SafeArrayGetVartype(array, &type)))
         return;
-    for (ULONG i = 0; i < count; ++i) {
+    // NOLINTNEXTLINE(bugprone-sizeof-expression): an element is a pointer
+    const UINT size = type == VT_VARIANT ? sizeof(VARIANT) : sizeof(IUnknown *);
+    if (SafeArrayGetElemsize(array) != size)
+        return;
+    const Platform::SafeArrayAccess access(array);
+    for (ULONG i = 0; i < access.size(); ++i) {
         if (type == VT_DISPATCH)
-            replaceAny(static_cast<IDispatch **>(data)[i], trace);
+            replaceAny(access.as<IDispatch *>()[i], trace);
         else if (type == VT_UNKNOWN)
-            replaceAny(static_cast<IUnknown **>(data)[i], trace);
+            replaceAny(access.as<IUnknown *>()[i], trace);
         else if (type == VT_VARIANT)
-            replaceIn(static_cast<VARIANT *>(data)[i], trace);
+            replaceIn(access.as<VARIANT>()[i], trace);
     }
-    SafeArrayUnaccessData(array);
 }
 
 } // namespace
@@ -82,7 +86,7 @@ HRESULT traced(HRESULT result, VARIANT *value, const CallTracePtr &trace) noexce
     if (V_VT(value) & VT_ARRAY) {
         SAFEARRAY *const array = (V_VT(value) & VT_BYREF) ? nullptr : V_ARRAY(value);
         if (array)
-            replaceElements(array, static_cast<VARTYPE>(V_VT(value) & VT_TYPEMASK), trace);
+            replaceElements(array, trace);
     } else {
         replaceIn(*value, trace);
     }
