@@ -5,6 +5,7 @@
 
 #include <quire/forms/FormCache.h>
 #include <quire/notify/Notification.h>
+#include <quire/notify/Search.h>
 #include <quire/testkit/Checks.h>
 #include <quire/testkit/Waiting.h>
 
@@ -24,6 +25,14 @@ QString heldLock()
 {
     const quint32 thread = QuireCOM::m_LockThreadID;
     return thread ? QStringLiteral("the server access lock, by thread %1").arg(thread) : QString();
+}
+
+/// The next newsroom numbers its searches from 1 again; the library would take them for these.
+void endSearches(LONG last)
+{
+    Search *const searcher = Search::GetSearcherIfMade();
+    for (LONG id = 1; searcher && id <= last; ++id)
+        searcher->DeleteSearch(id);
 }
 
 } // namespace
@@ -114,6 +123,7 @@ void StandIn::end()
 {
     faults().clear();
     NotificationRelease();
+    endSearches(m_server->lastSearchId());
     QuireCOM::UnloadCOM();
     FormCache::Clear();
     m_registration.revoke();

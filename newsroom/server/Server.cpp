@@ -69,6 +69,11 @@ std::shared_ptr<const Census> Server::census() const
     return m_core->sharedCensus();
 }
 
+LONG Server::lastSearchId() const
+{
+    return m_core->lastSearchId();
+}
+
 template<class Wanted>
 int Server::logOut(const Wanted &wanted)
 {

@@ -74,6 +74,9 @@ public:
     /// What clients hold of this server. The result may outlive the server.
     std::shared_ptr<const Census> census() const;
 
+    /// The number of the last search that was started, 0 before the first. They are numbered from 1.
+    LONG lastSearchId() const;
+
     // ---- events
 
     /// Tells the sign-ons of a user (letter case ignored) that they are logged out, and ends their sessions. Answers

@@ -53,6 +53,8 @@ public:
 
     /// A number for a new search, above 0.
     LONG nextSearchId() { return ++m_lastSearch; }
+    /// The last such number, 0 before the first.
+    LONG lastSearchId() const { return m_lastSearch; }
 
     // ---- who is there; held weakly
 

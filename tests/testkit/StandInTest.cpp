@@ -192,6 +192,41 @@ TEST(StandIn, ForgetsTheFormsOfTheLibrary)
               text("Two"));
 }
 
+TEST(StandIn, EndsTheSearchesThatTheHostLeft)
+{
+    for (const char *title : {"Storm one", "Storm two"}) {
+        StandIn newsroom(text("queue NEWS\n  story id=7\n    title: ") + text(title) + text("\n"));
+        ASSERT_NE(newsroom.signOn(), nullptr);
+        NotificationInit(nullptr, nullptr, nullptr);
+        Search *const searcher = Search::GetSearcher();
+        SearchList *const search = searcher->StartSearch(text("NEWS"), text("storm"));
+        ASSERT_NE(search, nullptr);
+        const int id = search->SearchID();
+        ASSERT_TRUE(newsroom.server().waitForEvents());
+        EXPECT_TRUE(searcher->IsSearchDone(id)) << title;
+        ItemList *const hits = searcher->AccessSearchResults(id);
+        EXPECT_EQ(hits, search) << title;
+        ASSERT_EQ(hits->u_Size(), 1) << title;
+        EXPECT_EQ(hits->u_Nth(0)->name, text(title));
+        searcher->EndAccessSearchResults(id);
+    }
+    EXPECT_EQ(Search::GetSearcher()->AccessSearchResults(1), nullptr);
+}
+
+TEST(StandIn, EndsASearchThatStillRuns)
+{
+    {
+        StandIn newsroom("queue NEWS\n");
+        ASSERT_NE(newsroom.signOn(), nullptr);
+        NotificationInit(nullptr, nullptr, nullptr);
+        newsroom.server().delivery().pause();
+        ASSERT_NE(Search::GetSearcher()->StartSearch(text("NEWS"), text("storm")), nullptr);
+        ASSERT_NE(Search::GetSearcher()->StartSearch(text("NEWS"), text("rain")), nullptr);
+    }
+    EXPECT_EQ(Search::GetSearcher()->AccessSearchResults(1), nullptr);
+    EXPECT_EQ(Search::GetSearcher()->AccessSearchResults(2), nullptr);
+}
+
 TEST(StandIn, SetsTheSettingsBack)
 {
     {
