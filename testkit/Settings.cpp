@@ -13,6 +13,7 @@ Settings::Settings()
     , m_skipFolderCount(Directory::sSkipFolderCount)
     , m_searchLimit(Search::GetSearchLimit())
     , m_lockDebugging(QuireCOMMutex::sMutexDebugging)
+    , m_listLockDebugging(ListMutexLocker::sDebugListLocks)
     , m_zekoMode(XML::xZEKO_Mode)
     , m_localPath(LocalStory::getLocalPath())
 {}
@@ -25,6 +26,7 @@ Settings::~Settings()
     Directory::sSkipFolderCount = m_skipFolderCount;
     Search::SetSearchLimit(m_searchLimit);
     QuireCOMMutex::sMutexDebugging = m_lockDebugging;
+    ListMutexLocker::sDebugListLocks = m_listLockDebugging;
     XML::xZEKO_Mode = m_zekoMode;
     LocalStory::setLocalPath(m_localPath);
 }

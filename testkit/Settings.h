@@ -27,6 +27,7 @@ private:
     bool m_skipFolderCount;
     long m_searchLimit;
     bool m_lockDebugging;
+    bool m_listLockDebugging;
     bool m_zekoMode;
     QString m_localPath;
 };

@@ -19,6 +19,7 @@ TEST(Settings, AreSetBackWhenTheyGo)
         Directory::sSkipFolderCount = true;
         Search::SetSearchLimit(3);
         QuireCOMMutex::sMutexDebugging = true;
+        ListMutexLocker::sDebugListLocks = true;
         XML::xZEKO_Mode = false;
         LocalStory::setLocalPath(text("elsewhere"));
     }
@@ -28,6 +29,7 @@ TEST(Settings, AreSetBackWhenTheyGo)
     EXPECT_FALSE(Directory::sSkipFolderCount);
     EXPECT_EQ(Search::GetSearchLimit(), 500);
     EXPECT_FALSE(QuireCOMMutex::sMutexDebugging);
+    EXPECT_FALSE(ListMutexLocker::sDebugListLocks);
     EXPECT_TRUE(XML::xZEKO_Mode);
     EXPECT_EQ(LocalStory::getLocalPath(), QString());
 }
