@@ -10,6 +10,7 @@
 #include <utility>
 
 #include <quire/platform/Apartment.h>
+#include <quire/platform/Unloading.h>
 
 namespace Quire {
 
@@ -24,13 +25,24 @@ struct Jobs
     QWaitCondition idle;
     std::deque<std::function<void()>> waiting;
     bool running = false;
-    std::unique_ptr<Runner> runner; // the last one, which may have ended
+    std::unique_ptr<Runner> runner;                    // the last one, which may have ended
+    QDeadlineTimer end{QDeadlineTimer::Forever};       // no job begins after that
+    bool isEnding() const { return !end.isForever(); } // the process is
 };
+
+void endAll();
+
+Jobs *makeJobs()
+{
+    Platform::stayLoaded();
+    Platform::beforeProcessEnds<endAll>();
+    return new Jobs;
+}
 
 /// Never destroyed: a thread that hangs until the process ends still finds it.
 Jobs &jobs()
 {
-    static auto *const all = new Jobs;
+    static auto *const all = makeJobs();
     return *all;
 }
 
@@ -39,7 +51,7 @@ std::function<void()> takeNext()
 {
     Jobs &all = jobs();
     const QMutexLocker lock(&all.mutex);
-    if (all.waiting.empty()) {
+    if (all.waiting.empty() || all.end.hasExpired()) {
         all.running = false;
         all.idle.wakeAll();
         return {};
@@ -69,20 +81,60 @@ protected:
     }
 };
 
+/// Makes sure that a thread takes what waits. False when the system gives none, or the process ends. Under the mutex.
+bool begin(Jobs &all)
+{
+    if (all.running || all.end.hasExpired())
+        return all.running && !all.end.hasExpired();
+    if (all.runner)
+        all.runner->wait(); // past its last job: it only leaves
+    all.runner = std::make_unique<Runner>();
+    all.runner->start();
+    all.running = all.runner->isRunning(); // it cannot have ended already: that takes the mutex
+    if (!all.running)
+        all.runner.reset();
+    return all.running;
+}
+
+/// What is static goes after this: the thread must not meet it half gone. What somebody has set is still saved, if that
+/// takes no longer than the moment; what hangs in the server gets no more.
+void endAll()
+{
+    if (Platform::isEndingProcess())
+        return; // too late: all other threads have ended, wherever they were, and with whatever locks they held
+    const int moment = 2000; // ms
+    Jobs &all = jobs();
+    {
+        const QMutexLocker lock(&all.mutex);
+        if (all.isEnding())
+            return;
+        all.end.setRemainingTime(moment);
+    }
+    ServerThread::waitUntilIdle(moment);
+    const QMutexLocker lock(&all.mutex);
+    all.end.setRemainingTime(0);
+}
+
 } // namespace
 
-void ServerThread::post(std::function<void()> job)
+bool ServerThread::post(std::function<void()> job)
 {
     Jobs &all = jobs();
     const QMutexLocker lock(&all.mutex);
     all.waiting.push_back(std::move(job));
-    if (all.running)
-        return;
-    if (all.runner)
-        all.runner->wait(); // past its last job: it only leaves
-    all.runner = std::make_unique<Runner>();
-    all.running = true;
-    all.runner->start();
+    if (begin(all))
+        return true;
+    job = std::move(all.waiting.back()); // goes without the mutex
+    all.waiting.pop_back();
+    return false;
+}
+
+void ServerThread::postPatiently(std::function<void()> job)
+{
+    Jobs &all = jobs();
+    const QMutexLocker lock(&all.mutex);
+    all.waiting.push_back(std::move(job));
+    begin(all);
 }
 
 bool ServerThread::waitUntilIdle(int milliseconds)
@@ -90,9 +142,23 @@ bool ServerThread::waitUntilIdle(int milliseconds)
     const QDeadlineTimer deadline(milliseconds);
     Jobs &all = jobs();
     const QMutexLocker lock(&all.mutex);
+    if (!all.waiting.empty())
+        begin(all);
     while (all.running && !deadline.hasExpired())
         all.idle.wait(&all.mutex, deadline);
-    return !all.running && (!all.runner || all.runner->wait(deadline));
+    return !all.running && all.waiting.empty() && (!all.runner || all.runner->wait(deadline));
+}
+
+bool ServerThread::isEnding()
+{
+    Jobs &all = jobs();
+    const QMutexLocker lock(&all.mutex);
+    return all.isEnding();
+}
+
+void ServerThread::endBeforeLoads()
+{
+    Platform::beforeProcessEnds<endAll>(); // what is registered last comes first
 }
 
 } // namespace Quire

@@ -62,20 +62,24 @@ namespace {
 ServerWork::Delivery resultOf(const std::function<ServerWork::Delivery()> &job,
                               const std::function<void(HRESULT)> &failed)
 {
-    HRESULT error = E_FAIL;
-    try {
-        return job();
-    } catch (const _com_error &failure) {
-        error = failure.Error();
-    } catch (const std::bad_alloc &) {
-        error = E_OUTOFMEMORY;
-    } catch (...) {
-        error = E_FAIL;
-    }
-    return [failed, error] { failed(error); };
+    ServerWork::Delivery delivery;
+    const HRESULT error = failureOf([&] { delivery = job(); });
+    return delivery ? delivery : [failed, error] { failed(error); };
 }
 
 } // namespace
+
+HRESULT failureOf(const std::function<void()> &call)
+try {
+    call();
+    return S_OK;
+} catch (const _com_error &failure) {
+    return FAILED(failure.Error()) ? failure.Error() : E_FAIL;
+} catch (const std::bad_alloc &) {
+    return E_OUTOFMEMORY;
+} catch (...) {
+    return E_FAIL;
+}
 
 ServerWork::ServerWork(QObject *model)
     : m_mailbox(std::make_shared<Mailbox>(model))
@@ -88,17 +92,22 @@ ServerWork::~ServerWork()
 
 void ServerWork::run(std::function<Delivery()> job, std::function<void(HRESULT)> failed)
 {
-    ServerThread::post([mailbox = m_mailbox, job = std::move(job), failed = std::move(failed)] {
-        if (!mailbox->isClosed())
-            mailbox->post(resultOf(job, failed));
-    });
+    post(std::move(job), std::move(failed), false);
 }
 
 void ServerWork::runAnyway(std::function<Delivery()> job, std::function<void(HRESULT)> failed)
 {
-    ServerThread::post([mailbox = m_mailbox, job = std::move(job), failed = std::move(failed)] {
-        mailbox->post(resultOf(job, failed));
+    post(std::move(job), std::move(failed), true);
+}
+
+void ServerWork::post(std::function<Delivery()> job, std::function<void(HRESULT)> failed, bool anyway)
+{
+    const bool posted = ServerThread::post([mailbox = m_mailbox, job = std::move(job), failed, anyway] {
+        if (anyway || (!mailbox->isClosed() && !ServerThread::isEnding()))
+            mailbox->post(resultOf(job, failed));
     });
+    if (!posted)
+        m_mailbox->post([failed = std::move(failed)] { failed(E_OUTOFMEMORY); });
 }
 
 } // namespace Quire

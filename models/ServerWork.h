@@ -12,6 +12,9 @@
 
 namespace Quire {
 
+/// What \a call raises, always a failure; S_OK when it raises nothing.
+HRESULT failureOf(const std::function<void()> &call);
+
 /// Has jobs run on the ServerThread, and what comes of them on the thread of a model. When this goes, nothing of it
 /// reaches the model any more, whatever still runs; it waits for nothing. Belongs to the model's thread.
 class ServerWork
@@ -25,15 +28,19 @@ public:
     ServerWork(const ServerWork &) = delete;
     ServerWork &operator=(const ServerWork &) = delete;
 
-    /// Runs \a job and then its result, or \a failed with the HRESULT of what it raised. Either of the two comes later,
-    /// out of the event loop; a job that has not begun when this goes never does.
+    /// Runs \a job and then its result, or \a failed with the HRESULT of what it raised, E_OUTOFMEMORY also when the
+    /// system gives no thread for it. Either of the two comes later, out of the event loop; a job that has not begun
+    /// when this or the process goes never does.
     void run(std::function<Delivery()> job, std::function<void(HRESULT)> failed);
 
-    /// The same for what has to be done even if this goes before it has begun.
+    /// The same for what has to be done even if this goes, or the process ends, before it has begun.
     void runAnyway(std::function<Delivery()> job, std::function<void(HRESULT)> failed);
 
 private:
     class Mailbox;
+
+    void post(std::function<Delivery()> job, std::function<void(HRESULT)> failed, bool anyway);
+
     const std::shared_ptr<Mailbox> m_mailbox;
 };
 

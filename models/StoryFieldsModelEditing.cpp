@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "OpenStory.h"
+#include "ServerThread.h"
 #include "ServerWork.h"
 #include <quire/session/ErrorString.h>
 
@@ -63,12 +64,7 @@ void StoryFieldsModel::unlock()
     if (!m_locked)
         return;
     setLocked(false);
-    work().runAnyway(
-        [story = m_story]() -> ServerWork::Delivery {
-            story->unlock();
-            return [] {};
-        },
-        [](HRESULT) {});
+    ServerThread::postPatiently([story = m_story] { story->unlock(); });
 }
 
 // ---- values ---------------------------------------------------------------------------------------------------------

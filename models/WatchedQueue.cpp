@@ -62,7 +62,10 @@ std::shared_ptr<WatchedQueue> WatchedQueue::open(const IDispatchPtr &handle)
     std::optional<QuireCOMMutex> made;
     if (useThreading)
         made.emplace("QueueModel::open");
-    return ServerThread::own(std::unique_ptr<WatchedQueue>(new WatchedQueue(handle)), &WatchedQueue::end);
+    auto queue = ServerThread::own(std::unique_ptr<WatchedQueue>(new WatchedQueue(handle)), &WatchedQueue::end);
+    static const bool isFirst = (ServerThread::endBeforeLoads(), true);
+    Q_UNUSED(isFirst)
+    return queue;
 }
 
 void WatchedQueue::end(WatchedQueue *queue)

@@ -2,6 +2,9 @@
 // program can load it, and the library with it, and let go of both again. It destroys nothing.
 
 #include <quire/Quire.h>
+#include <quire/models/DirectoryModel.h>
+#include <quire/models/QueueModel.h>
+#include <quire/models/SearchModel.h>
 
 #include <chrono>
 #include <cstring>
@@ -11,6 +14,12 @@ using namespace Quire;
 
 namespace {
 
+/// A text that does not go with this module, as a QStringLiteral does, when the session or a model keeps it.
+QString lasting(const char *text)
+{
+    return QString::fromLatin1(text);
+}
+
 QString wires(int queue)
 {
     return QStringLiteral("WIRES.W%1").arg(queue);
@@ -19,7 +28,7 @@ QString wires(int queue)
 bool signOn()
 {
     QuireCOM *session = QuireCOM::GetQuireCOM(true);
-    return session->Connect(QString(), QStringLiteral("journalist"), QStringLiteral("news"), 0) == 0;
+    return session->Connect(QString(), lasting("journalist"), lasting("news"), 0) == 0;
 }
 
 Queue *openQueue(int queue)
@@ -73,6 +82,20 @@ bool startSearches()
     return true;
 }
 
+/// Nobody runs an event loop, so nothing arrives: what counts is that the models' thread is at work.
+bool startModels()
+{
+    auto *tree = new DirectoryModel;
+    auto *stories = new QueueModel;
+    auto *more = new QueueModel;
+    auto *hits = new SearchModel;
+    stories->open(wires(1));
+    tree->fetchMore(QModelIndex());
+    more->open(wires(2));
+    hits->start(wires(3), Item_Queue, lasting("report"));
+    return tree->isLoading() && stories->isLoading() && more->isLoading() && hits->isLoading();
+}
+
 bool signOff()
 {
     QuireCOM::UnloadCOM();
@@ -87,8 +110,9 @@ struct Step
 
 /// What a host does.
 constexpr Step steps[] = {
-    {"sign-on", signOn},   {"walk", walk},     {"load", loadOneAndWatchIt}, {"one-load", startLoad},
-    {"loads", startLoads}, {"listen", listen}, {"search", startSearches},   {"sign-off", signOff},
+    {"sign-on", signOn},       {"walk", walk},          {"load", loadOneAndWatchIt},
+    {"one-load", startLoad},   {"loads", startLoads},   {"listen", listen},
+    {"search", startSearches}, {"models", startModels}, {"sign-off", signOff},
 };
 
 bool take(const QString &name)
