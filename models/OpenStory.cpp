@@ -96,11 +96,11 @@ try {
     m_locked = false; // the server frees it when the user signs off
 }
 
-StoryContent OpenStory::change(const StoryChange &change, int lockType, QString *holder, const StoryWish &wish)
+void OpenStory::change(const StoryChange &change, int lockType, QString *holder)
 {
     if (m_locked) {
         write(change);
-        return content(wish);
+        return;
     }
     lock(lockType, holder);
     try {
@@ -110,7 +110,6 @@ StoryContent OpenStory::change(const StoryChange &change, int lockType, QString 
         throw;
     }
     unlock();
-    return content(wish);
 }
 
 void OpenStory::write(const StoryChange &change)

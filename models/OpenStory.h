@@ -58,8 +58,8 @@ public:
     bool isLocked() const { return m_locked; }
 
     /// Writes and saves all of \a change at once, under the story's lock: one that is not held is got, as by lock, and
-    /// given back. Returns what is there then. Raises what the server refuses; then nothing is left of the change.
-    StoryContent change(const StoryChange &change, int lockType, QString *holder, const StoryWish &wish);
+    /// given back. Raises what the server refuses; then nothing is left of the change.
+    void change(const StoryChange &change, int lockType, QString *holder);
 
 private:
     void write(const StoryChange &change);

@@ -52,6 +52,7 @@ void StoryFieldsModel::reset(const QString &queuePath, const StoryID &id)
     m_body.clear();
     m_setBody.clear();
     endResetModel();
+    m_wantedLock = 0;
     setLocked(false);
     noteModified();
     Q_EMIT bodyChanged();

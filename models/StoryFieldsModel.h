@@ -25,7 +25,8 @@ struct StoryWish;
 /// Setting a value locks the story, writes the field, saves and gives the lock back; whoever wants to keep the lock
 /// over several changes asks for it with lock. The value that was set is shown at once, and is pending (PendingRole)
 /// until the server has taken it; then all fields are read again. When the server refuses, the value from before comes
-/// back, and failed tells why; when somebody else edits the story, lockRefused tells who, before that.
+/// back, and failed tells why; when somebody else edits the story, lockRefused tells who, before that. When the server
+/// has saved it and only the reading fails, the value that was set stays: saved and storySaved come, then failed.
 ///
 /// A change that has been set is made even when the model goes before that.
 ///
@@ -81,7 +82,7 @@ public:
 
     /// Asks the server for the lock and keeps it until unlock. Nothing happens without a story.
     void lock();
-    /// Gives the lock back.
+    /// Gives the lock back; one that is still on its way as soon as it comes, and lockedChanged tells of neither.
     void unlock();
     /// The lock was got by lock and has not been given back.
     bool isLocked() const;
@@ -162,6 +163,7 @@ private:
     };
     /// A row and what it is to become.
     using RowChange = std::pair<int, QString>;
+    using RowChanges = std::vector<RowChange>;
 
     void reset(const QString &queuePath, const StoryID &id);
     void ask();
@@ -170,11 +172,13 @@ private:
     void showValues(const std::vector<QString> &values);
     void showRow(int row);
     void setLocked(bool locked);
+    bool takeWantedLock(int number);
     void noteModified();
     void writeRow(int row, const QString &value);
-    void write(const std::vector<RowChange> &rows, const QString &body);
+    void write(const RowChanges &rows, const QString &body);
+    StoryContent written(const RowChanges &rows, const QString &body) const;
     void keep(int row, const QString &value);
-    void endWrite(const std::vector<RowChange> &rows, const QString &body, bool done);
+    void endWrite(const RowChanges &rows, const QString &body, bool done);
     void refuse(const QString &holder, qint32 error);
     StoryWish wish() const;
 
@@ -185,6 +189,8 @@ private:
     QString m_body;    // the server's
     QString m_setBody; // what was set here, null unless it is pending
     bool m_locked = false;
+    int m_locks = 0;         // how often the lock has been asked for
+    int m_wantedLock = 0;    // which of these is on its way and wanted, 0 for none
     bool m_modified = false; // as it was last told
     bool m_savesAtOnce = true;
     bool m_readsBody = false;

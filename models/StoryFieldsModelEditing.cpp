@@ -44,25 +44,40 @@ void StoryFieldsModel::refuse(const QString &holder, qint32 error)
 
 void StoryFieldsModel::lock()
 {
-    if (!m_story || m_locked)
+    if (!m_story || m_locked || m_wantedLock > 0)
         return;
+    m_wantedLock = ++m_locks;
     beginLoad();
     const auto holder = std::make_shared<QString>();
     work().run(
-        [this, story = m_story, type = m_lockType, holder]() -> ServerWork::Delivery {
+        [this, story = m_story, type = m_lockType, number = m_locks, holder]() -> ServerWork::Delivery {
             story->lock(type, holder.get());
-            return [this] {
-                setLocked(true);
+            return [this, number] {
+                if (takeWantedLock(number))
+                    setLocked(true);
                 endLoad(0);
             };
         },
-        [this, holder](HRESULT error) { refuse(*holder, error); });
+        [this, number = m_locks, holder](HRESULT error) {
+            takeWantedLock(number);
+            refuse(*holder, error);
+        });
+}
+
+/// Whether the lock that was asked for as that number is still wanted; it is not on its way any more.
+bool StoryFieldsModel::takeWantedLock(int number)
+{
+    if (m_wantedLock != number)
+        return false;
+    m_wantedLock = 0;
+    return true;
 }
 
 void StoryFieldsModel::unlock()
 {
-    if (!m_locked)
+    if (!m_locked && m_wantedLock == 0)
         return;
+    m_wantedLock = 0; // what gives it back comes behind what asks for it
     setLocked(false);
     ServerThread::postPatiently([story = m_story] { story->unlock(); });
 }
@@ -88,7 +103,7 @@ void StoryFieldsModel::writeRow(int row, const QString &value)
     write({{row, value}}, QString());
 }
 
-void StoryFieldsModel::write(const std::vector<RowChange> &rows, const QString &body)
+void StoryFieldsModel::write(const RowChanges &rows, const QString &body)
 {
     StoryChange change{{}, body};
     for (const auto &[row, value] : rows) {
@@ -101,14 +116,16 @@ void StoryFieldsModel::write(const std::vector<RowChange> &rows, const QString &
     const auto holder = std::make_shared<QString>();
     work().runAnyway(
         [this, story = m_story, rows, change, wish = wish(), type = m_lockType, holder]() -> ServerWork::Delivery {
-            const StoryContent content = story->change(change, type, holder.get(), wish);
-            return [this, rows, change, content] {
-                showContent(content);
+            story->change(change, type, holder.get());
+            StoryContent content; // none of it when it cannot be read, which does not undo the change
+            const HRESULT error = failureOf([&] { content = story->content(wish); });
+            return [this, rows, change, content, error] {
+                showContent(FAILED(error) ? written(rows, change.body) : content);
                 endWrite(rows, change.body, true);
                 for (const auto &field : change.fields)
                     Q_EMIT saved(field.first);
                 Q_EMIT storySaved();
-                endLoad(0);
+                endLoad(error);
             };
         },
         [this, rows, body, holder](HRESULT error) {
@@ -117,8 +134,20 @@ void StoryFieldsModel::write(const std::vector<RowChange> &rows, const QString &
         });
 }
 
+/// What the server had, with what it has taken since.
+StoryContent StoryFieldsModel::written(const RowChanges &rows, const QString &body) const
+{
+    StoryContent content{{}, body};
+    content.values.reserve(m_rows.size());
+    for (const Row &row : m_rows)
+        content.values.push_back(row.value);
+    for (const auto &[row, value] : rows)
+        content.values[static_cast<std::size_t>(row)] = value;
+    return content;
+}
+
 /// Shows what the server has, unless something has been set again meanwhile or was to be kept and is not there.
-void StoryFieldsModel::endWrite(const std::vector<RowChange> &rows, const QString &body, bool done)
+void StoryFieldsModel::endWrite(const RowChanges &rows, const QString &body, bool done)
 {
     for (const auto &[row, value] : rows) {
         Row &written = m_rows[static_cast<std::size_t>(row)];
@@ -173,7 +202,7 @@ void StoryFieldsModel::keep(int row, const QString &value)
 
 void StoryFieldsModel::save()
 {
-    std::vector<RowChange> rows;
+    RowChanges rows;
     for (int row = 0; row < rowCount(); ++row) {
         const Row &changed = m_rows[static_cast<std::size_t>(row)];
         if (changed.kept)

@@ -141,6 +141,69 @@ TEST_F(StoryFieldsModelSavingTest, WhatCouldNotBeSavedStaysSet)
     EXPECT_FALSE(model.isModified());
 }
 
+TEST_F(StoryFieldsModelSavingTest, WhatWasSavedIsSavedThoughItCannotBeReadAgain)
+{
+    for (const Fault &fault : {Fault::hresult(E_FAIL), Fault::raise(E_FAIL), Fault::outOfMemory()}) {
+        StoryFieldsModel model;
+        open(model);
+        ASSERT_TRUE(set(model, titleRow, "Hail"));
+        ASSERT_TRUE(model.setBody(text("<body><p>It hails.</p></body>")));
+        SignalLog signals(model);
+        QStringList told;
+        QObject::connect(&model, &StoryFieldsModel::saved, [&](const QString &field) { told.append(field); });
+        QObject::connect(&model, &StoryFieldsModel::storySaved, [&] { told.append(text("story")); });
+        QObject::connect(&model, &StoryFieldsModel::failed, [&] { told.append(text("failed")); });
+        server->faults().failEvery(text("IStory2::get_Field"), fault);
+        model.save();
+        ASSERT_TRUE(settles(model));
+        server->faults().clear();
+        EXPECT_EQ(told, texts({"title", "story", "failed"}));
+        EXPECT_LT(model.error(), 0);
+        EXPECT_FALSE(model.isModified());
+        EXPECT_EQ(value(model, titleRow), text("Hail"));
+        EXPECT_EQ(cell(model, titleRow).data(PendingRole), false);
+        EXPECT_EQ(value(model, noteRow), text("seen"));
+        EXPECT_EQ(model.body(), text("<body><p>It hails.</p></body>"));
+        EXPECT_EQ(onServer("title"), text("Hail"));
+        model.refresh();
+        ASSERT_TRUE(settles(model));
+        EXPECT_EQ(model.error(), 0);
+        ASSERT_TRUE(set(model, titleRow, "Rain"));
+        model.save();
+        ASSERT_TRUE(settles(model));
+    }
+}
+
+TEST_F(StoryFieldsModelSavingTest, AValueSavedAtOnceStaysThoughItCannotBeReadAgain)
+{
+    StoryFieldsModel model;
+    open(model);
+    model.setSavesAtOnce(true);
+    QStringList told;
+    QObject::connect(&model, &StoryFieldsModel::saved, [&](const QString &field) { told.append(field); });
+    server->faults().failNext(text("IStory2::get_Field"), Fault::hresult(E_FAIL));
+    ASSERT_TRUE(set(model, titleRow, "Hail"));
+    ASSERT_TRUE(settles(model));
+    EXPECT_EQ(model.error(), E_FAIL);
+    EXPECT_EQ(told, texts({"title"}));
+    EXPECT_EQ(value(model, titleRow), text("Hail"));
+    EXPECT_EQ(onServer("title"), text("Hail"));
+}
+
+TEST_F(StoryFieldsModelSavingTest, ATextThatIsDiscardedWhileItIsSavedIsShownAsSaved)
+{
+    StoryFieldsModel model;
+    open(model);
+    ASSERT_TRUE(model.setBody(text("<body><p>It hails.</p></body>")));
+    server->faults().failNext(text("IStory2::get_Field"), Fault::hresult(E_FAIL));
+    model.save();
+    model.discard();
+    QStringList bodies;
+    QObject::connect(&model, &StoryFieldsModel::bodyChanged, [&] { bodies.append(model.body()); });
+    ASSERT_TRUE(settles(model));
+    EXPECT_EQ(bodies, texts({"<body><p>It hails.</p></body>"}));
+}
+
 TEST_F(StoryFieldsModelSavingTest, ARefusedLockKeepsWhatWasSet)
 {
     StoryFieldsModel model;

@@ -284,6 +284,57 @@ TEST_F(StoryFieldsModelTest, ALockGoesWithTheModelAndWithTheStory)
     EXPECT_EQ(holder(), QString());
 }
 
+TEST_F(StoryFieldsModelTest, ALockThatIsGivenBackBeforeItHasComeIsNotKept)
+{
+    StoryFieldsModel model;
+    open(model);
+    QStringList told;
+    QObject::connect(&model, &StoryFieldsModel::lockedChanged,
+                     [&](bool locked) { told.append(text(locked ? "locked" : "unlocked")); });
+    server->calls().take();
+    model.lock();
+    model.unlock();
+    EXPECT_TRUE(model.isLoading());
+    ASSERT_TRUE(settles(model));
+    ASSERT_TRUE(ServerModel::waitForServer(patience));
+    EXPECT_FALSE(model.isLocked());
+    EXPECT_EQ(told, QStringList());
+    EXPECT_EQ(holder(), QString());
+    EXPECT_EQ(writes(), texts({"IStory2::Lock(1)", "IStory2::Unlock()"}));
+}
+
+TEST_F(StoryFieldsModelTest, TheLastWishForTheLockCounts)
+{
+    StoryFieldsModel model;
+    open(model);
+    model.lock();
+    model.lock();
+    model.unlock();
+    model.unlock();
+    model.lock();
+    ASSERT_TRUE(settles(model));
+    EXPECT_TRUE(model.isLocked());
+    EXPECT_EQ(holder(), text("ann"));
+    model.unlock();
+    ASSERT_TRUE(ServerModel::waitForServer(patience));
+    EXPECT_FALSE(model.isLocked());
+    EXPECT_EQ(holder(), QString());
+}
+
+TEST_F(StoryFieldsModelTest, ALockThatWasRefusedCanBeAskedForAgain)
+{
+    StoryFieldsModel model;
+    open(model);
+    ASSERT_EQ(newsroom->lock(ben, 5, 1).refusal, Refusal::None);
+    model.lock();
+    ASSERT_TRUE(settles(model));
+    EXPECT_FALSE(model.isLocked());
+    ASSERT_EQ(newsroom->unlock(ben, 5), Refusal::None);
+    model.lock();
+    ASSERT_TRUE(settles(model));
+    EXPECT_TRUE(model.isLocked());
+}
+
 TEST_F(StoryFieldsModelTest, AnotherLockTypeGoesToTheServer)
 {
     StoryFieldsModel model;
