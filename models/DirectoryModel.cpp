@@ -204,6 +204,8 @@ void DirectoryModel::refresh(const QModelIndex &parent)
     DirectoryNode *const node = nodeAt(parent);
     if (node->state() == DirectoryNode::Read)
         read(node, true);
+    else if (node->state() == DirectoryNode::Reading)
+        node->setOutdated();
 }
 
 void DirectoryModel::read(DirectoryNode *node, bool anew)
@@ -229,8 +231,10 @@ DirectoryNode *DirectoryModel::takeReading(quint64 reading)
 
 void DirectoryModel::giveUp(quint64 reading, qint32 error)
 {
-    if (DirectoryNode *const node = takeReading(reading))
+    if (DirectoryNode *const node = takeReading(reading)) {
         node->setState(node->wasRead() ? DirectoryNode::Read : DirectoryNode::Unread);
+        refreshIfOutdated(node);
+    }
     endLoad(error);
 }
 
@@ -240,10 +244,21 @@ void DirectoryModel::show(quint64 reading, const std::vector<Item> &entries, boo
         node->setState(DirectoryNode::Read);
         node->setWasRead();
         showChanges(node, entries);
-        for (int row = 0; anew && row < node->size(); ++row)
-            refresh(indexOf(node->child(row)));
+        if (!refreshIfOutdated(node)) {
+            for (int row = 0; anew && row < node->size(); ++row)
+                refresh(indexOf(node->child(row)));
+        }
     }
     endLoad(0);
+}
+
+/// Whether a refresh was asked for while \a node was read, which then begins, with all that is below.
+bool DirectoryModel::refreshIfOutdated(DirectoryNode *node)
+{
+    if (!node->takeOutdated())
+        return false;
+    refresh(indexOf(node));
+    return true;
 }
 
 void DirectoryModel::showChanges(DirectoryNode *node, const std::vector<Item> &entries)

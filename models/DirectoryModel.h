@@ -43,7 +43,8 @@ public:
     void setRootPath(const QString &path);
 
     /// Reads the directory at \a parent again, and each one below it that has been read; the top rows for an invalid
-    /// index. Nothing happens for a queue and for what has not been read.
+    /// index. What is being read just now is read once more after that. Nothing happens for a queue and for what has
+    /// not been read.
     void refresh(const QModelIndex &parent = QModelIndex());
 
     /// The path of a row; that of the top for an invalid index.
@@ -87,6 +88,7 @@ private:
     void show(quint64 reading, const std::vector<Item> &entries, bool anew);
     void showChanges(DirectoryNode *node, const std::vector<Item> &entries);
     void showAttributes(DirectoryNode *node, const std::vector<Item> &entries);
+    bool refreshIfOutdated(DirectoryNode *node);
     void giveUp(quint64 reading, qint32 error);
     void forget(DirectoryNode *removed);
     DirectoryNode *takeReading(quint64 reading);

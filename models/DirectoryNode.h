@@ -4,6 +4,7 @@
 /// An entry of the tree that DirectoryModel shows. Not part of the public surface.
 
 #include <memory>
+#include <utility>
 #include <vector>
 
 #include <quire/tree/Item.h>
@@ -43,6 +44,11 @@ public:
     bool wasRead() const { return m_wasRead; }
     void setWasRead() { m_wasRead = true; }
 
+    /// It is to be read once more when the reading that goes on has ended.
+    void setOutdated() { m_outdated = true; }
+    /// Whether that is so, which is forgotten.
+    bool takeOutdated() { return std::exchange(m_outdated, false); }
+
     /// Makes one step towards \a entries; see rowSteps. What goes is given to \a removed.
     void apply(const RowStep &step, const std::vector<Item> &entries,
                std::vector<std::unique_ptr<DirectoryNode>> *removed);
@@ -56,6 +62,7 @@ private:
     Item m_item;
     State m_state = Unread;
     bool m_wasRead = false;
+    bool m_outdated = false;
     int m_row = 0;
     Children m_children;
 };

@@ -221,6 +221,53 @@ TEST_F(DirectoryModelTest, AnEntryThatBecomesAnotherKindIsAnotherEntry)
     EXPECT_EQ(signals.takeRows(), texts({"removed . 2-2", "inserted . 2-2"}));
 }
 
+TEST_F(DirectoryModelTest, ARefreshDuringAReadingReadsOnceMore)
+{
+    DirectoryModel model;
+    server->faults().failNext(text("IDirectory2::GetList"), Fault::hang(hangTime), 1); // all but its end has been read
+    model.fetchMore(QModelIndex());
+    ASSERT_TRUE(server->faults().waitForHang(patience));
+    server->calls().take();
+    model.refresh();
+    model.refresh();
+    server->faults().clear();
+    SignalLog signals(model);
+    ASSERT_TRUE(settles(model));
+    EXPECT_EQ(signals.take(), texts({"inserted . 0-2", "progress 3", "finished"}));
+    // What was asked for first has been answered already.
+    EXPECT_EQ(server->calls().takeTexts().filter(text("GetDirectory(")).size(), 1);
+}
+
+TEST_F(DirectoryModelTest, ARefreshDuringARefreshShowsWhatChangedMeanwhile)
+{
+    DirectoryModel model;
+    open(model);
+    open(model, "NEWS");
+    server->faults().failNext(text("IDirectory2::GetList"), Fault::hang(hangTime), 1);
+    model.refresh();
+    ASSERT_TRUE(server->faults().waitForHang(patience));
+    ASSERT_EQ(newsroom->addDirectory(text("ARCHIVE")), Newsroom::Refusal::None);
+    ASSERT_TRUE(newsroom->addQueue(text("NEWS.LOCAL")).ok());
+    model.refresh();
+    server->faults().clear();
+    ASSERT_TRUE(settles(model));
+    EXPECT_EQ(shown(model), text("NEWS .SPORT .WORLD .LOCAL EMPTY MAIL ARCHIVE "));
+}
+
+TEST_F(DirectoryModelTest, ARefreshDuringAReadingThatFailsTriesAgainWhatHadBeenRead)
+{
+    DirectoryModel model;
+    open(model);
+    SignalLog signals(model);
+    server->faults().failNext(text("IDirectory2::GetList"), Fault::hresult(E_FAIL));
+    model.refresh();
+    ASSERT_EQ(newsroom->addDirectory(text("ARCHIVE")), Newsroom::Refusal::None);
+    model.refresh();
+    ASSERT_TRUE(settles(model));
+    EXPECT_EQ(shown(model), text("NEWS EMPTY MAIL ARCHIVE "));
+    EXPECT_EQ(model.error(), E_FAIL);
+}
+
 TEST_F(DirectoryModelTest, ADirectoryThatGoesWhileItIsReadIsForgotten)
 {
     DirectoryModel model;
