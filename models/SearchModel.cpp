@@ -43,6 +43,8 @@ std::vector<QString> sortKeys(const std::vector<Item> &hits)
     return keys;
 }
 
+constexpr int checkInterval = 500; // ms
+
 QString queueOf(const Item &hit)
 {
     Attribute queue;
@@ -96,6 +98,7 @@ void SearchModel::start(const QString &path, ItemType type, const QString &query
 void SearchModel::follow(const std::shared_ptr<Running> &search)
 {
     m_search = search;
+    m_nextCheck.setRemainingTime(checkInterval);
     if (m_stopWhenStarted)
         stop();
     startPolling();
@@ -144,6 +147,8 @@ void SearchModel::poll()
     }
     if (!ended) {
         append(std::move(arrived));
+        if (m_nextCheck.hasExpired())
+            checkSession();
         return;
     }
     stopPolling();
@@ -151,6 +156,32 @@ void SearchModel::poll()
     if (list)
         arrange(arrived);
     endLoad(0);
+}
+
+/// A server that ends the session tells nobody that its searches have ended with it.
+void SearchModel::checkSession()
+{
+    m_nextCheck = QDeadlineTimer(QDeadlineTimer::Forever);
+    work().run(
+        [this]() -> ServerWork::Delivery {
+            requireSession();
+            return [this] { m_nextCheck.setRemainingTime(checkInterval); };
+        },
+        [this, id = m_search->id()](HRESULT error) {
+            if (error == E_OUTOFMEMORY) // it has not been asked
+                m_nextCheck.setRemainingTime(checkInterval);
+            else
+                giveUp(id, error);
+        });
+}
+
+void SearchModel::giveUp(int search, qint32 error)
+{
+    if (!m_search || m_search->id() != search)
+        return; // it has ended after all
+    stopPolling();
+    m_search.reset();
+    endLoad(error);
 }
 
 void SearchModel::append(std::vector<Item> hits)

@@ -3,6 +3,7 @@
 /// \file
 /// The hits of a search.
 
+#include <QDeadlineTimer>
 #include <QStringList>
 #include <QVector>
 
@@ -17,10 +18,12 @@ namespace Quire {
 
 /// A table of the stories that one search has found: the name, the queue, then the fields that the host wants to see.
 ///
-/// Searches need notices: NotificationInit, without a callback for search results. Rows are appended while hits arrive.
-/// When the search has ended, double ones go and the others are sorted by queue and story, which views hear as a change
-/// of the layout: selections and persistent indexes stay with their stories. The search is over then for the server and
-/// the library; the rows stay until the next one.
+/// Searches need notices: NotificationInit, without a callback for search results. Start none after
+/// NotificationRelease: nobody would tell that it has ended, and the model would load until stop. While a search runs,
+/// the model makes sure twice a second that the user is still signed on; after a logout the search fails. Rows are
+/// appended while hits arrive. When the search has ended, double ones go and the others are sorted by queue and story,
+/// which views hear as a change of the layout: selections and persistent indexes stay with their stories. The search is
+/// over then for the server and the library; the rows stay until the next one.
 ///
 /// Roles as in QueueModel; PathRole is the queue that holds the story.
 class QUIRE_MODELS_EXPORT SearchModel : public ServerTable
@@ -72,6 +75,8 @@ private:
 
     void reset();
     void follow(const std::shared_ptr<Running> &search);
+    void checkSession();
+    void giveUp(int search, qint32 error);
     void append(std::vector<Item> hits);
     void arrange(const std::vector<Item> &hits);
     void removeMissing(std::vector<int> &targets);
@@ -82,6 +87,7 @@ private:
     QVector<StoryColumn> m_columns;
     mutable std::vector<Item> m_hits;  // reading an attribute may expand an item
     std::shared_ptr<Running> m_search; // null unless one is running
+    QDeadlineTimer m_nextCheck;        // of the session; for ever while one is under way
     bool m_stopWhenStarted = false;
     int m_totalHits = 0;
 };

@@ -42,10 +42,17 @@ bool isQueue(const IDispatchPtr &handle)
 
 } // namespace
 
-void raiseMissing()
+void requireSession()
 {
     QuireCOM *const session = QuireCOM::TheQuireCOM;
-    throw _com_error(session && session->IsConnected() ? entryGone : notSignedOn);
+    if (!session || !session->IsConnected())
+        throw _com_error(notSignedOn);
+}
+
+void raiseMissing()
+{
+    requireSession();
+    throw _com_error(entryGone);
 }
 
 IDispatchPtr findQueue(const QString &path)
@@ -99,8 +106,8 @@ int startSearch(const QString &path, ItemType type, const QString &query)
         list = directory.StartSearch(query);
     }
     if (!list) {
-        QuireCOM *const session = QuireCOM::TheQuireCOM;
-        throw _com_error(session && session->IsConnected() ? E_FAIL : notSignedOn);
+        requireSession();
+        throw _com_error(E_FAIL);
     }
     return list->SearchID();
 }

@@ -16,6 +16,9 @@ namespace Quire {
 /// Raises why there is nothing to be found on the server: the user is not signed on, or the entry does not exist.
 [[noreturn]] void raiseMissing();
 
+/// Raises when the user is not signed on (any more).
+void requireSession();
+
 /// The handle of the queue \a path; raises when there is none.
 IDispatchPtr findQueue(const QString &path);
 

@@ -242,6 +242,59 @@ TEST_F(SearchModelTest, AfterDisconnectingTheUserIsNotLoggedIn)
     EXPECT_EQ(model.errorText(), text("User not logged in."));
 }
 
+TEST_F(SearchModelTest, ALogoutByTheServerEndsTheSearchAndTheHitsStay)
+{
+    server->delivery().pause();
+    SearchModel model;
+    SignalLog signals(model);
+    start(model);
+    ASSERT_TRUE(comes([] { return Search::GetSearcher()->AccessSearchResults(1) != nullptr; }));
+    Search::GetSearcher()->EndAccessSearchResults(1);
+    addHit("Z", "z");
+    ASSERT_TRUE(comes([&] { return model.rowCount() == 1; }));
+    ASSERT_EQ(server->triggerLogout(), 1);
+    server->delivery().resume();
+    ASSERT_TRUE(settles(model));
+    EXPECT_EQ(static_cast<quint32>(model.error()), 0x80040416U);
+    EXPECT_EQ(signals.take().last(), text("failed User not logged in."));
+    EXPECT_EQ(names(model), texts({"Z"}));
+    ASSERT_TRUE(ServerModel::waitForServer(patience));
+    EXPECT_EQ(Search::GetSearcher()->AccessSearchResults(1), nullptr); // nobody asks for it any more
+}
+
+TEST_F(SearchModelTest, DisconnectingEndsTheSearch)
+{
+    server->delivery().pause();
+    SearchModel model;
+    start(model);
+    ASSERT_TRUE(comes([] { return Search::GetSearcher()->AccessSearchResults(1) != nullptr; }));
+    Search::GetSearcher()->EndAccessSearchResults(1);
+    session->Disconnect();
+    server->delivery().resume();
+    ASSERT_TRUE(settles(model));
+    EXPECT_EQ(model.errorText(), text("User not logged in."));
+}
+
+TEST_F(SearchModelTest, ASlowSearchGoesOnWhileTheUserIsLoggedIn)
+{
+    server->delivery().pause();
+    SearchModel model;
+    start(model);
+    ASSERT_TRUE(comes([] { return Search::GetSearcher()->AccessSearchResults(1) != nullptr; }));
+    Search::GetSearcher()->EndAccessSearchResults(1);
+    server->calls().take();
+    QStringList questions;
+    ASSERT_TRUE(comes([&] {
+        questions += server->calls().takeTexts().filter(text("get_Connected"));
+        return questions.size() >= 2;
+    }));
+    EXPECT_TRUE(model.isLoading());
+    server->delivery().resume();
+    ASSERT_TRUE(settles(model));
+    EXPECT_EQ(model.error(), 0);
+    EXPECT_EQ(model.rowCount(), 3);
+}
+
 TEST_F(SearchModelTest, AModelGoesWhileTheServerHangs)
 {
     server->faults().failNext(text("ISignon4::Search"), Fault::hang(hangTime));
