@@ -17,6 +17,7 @@ using namespace Tool;
 
 QStringList drawn(XML::Tag &root, int columns)
 {
+    const bool wasSet = qEnvironmentVariableIsSet("COLUMNS");
     const QByteArray former = qgetenv("COLUMNS");
     qputenv("COLUMNS", QByteArray::number(columns));
     QStringList lines;
@@ -27,7 +28,10 @@ QStringList drawn(XML::Tag &root, int columns)
         output.flush();
         lines = captured.text().split(QLatin1Char('\n'));
     }
-    qputenv("COLUMNS", former);
+    if (wasSet)
+        qputenv("COLUMNS", former);
+    else
+        qunsetenv("COLUMNS");
     return lines;
 }
 
