@@ -65,6 +65,7 @@ const std::vector<Target> &targets()
         {"tools/markup", ofText<ToolFuzz::checkDrawing>},
         {"tools/stories", ofText<ToolFuzz::checkStories>},
         {"tools/table", ofText<ToolFuzz::checkTable>},
+        {"tools/trace", ToolFuzz::checkTrace},
         {"tools/tree", ofText<ToolFuzz::checkTree>},
         {"tools/width", ofText<ToolFuzz::checkWidth>},
         {"tools/words", ofText<ToolFuzz::checkWords>},

@@ -27,6 +27,10 @@ QString checkEditing(const QByteArray &input);
 /// A command line that is being typed: every word that completes it fits what is there.
 QString checkCompletion(const QString &text);
 
+/// Arrays of a server's objects on their way through the trace: what the library reads as objects is traced, anything
+/// else stays as it is, and nothing is left.
+QString checkTrace(const QByteArray &input);
+
 /// Changes of fields, one a line: refused as a mistake of the user's exactly when one is none.
 QString checkChanges(const QString &text);
 
