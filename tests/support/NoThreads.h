@@ -13,7 +13,7 @@ public:
     NoThreads()
     {
         EXPECT_EQ(pthread_getattr_default_np(&m_usual), 0);
-        pthread_attr_t huge;
+        pthread_attr_t huge{};
         EXPECT_EQ(pthread_getattr_default_np(&huge), 0);
         EXPECT_EQ(pthread_attr_setstacksize(&huge, std::numeric_limits<std::size_t>::max() / 4 & ~std::size_t{0xffff}),
                   0);
@@ -29,5 +29,5 @@ public:
     NoThreads &operator=(const NoThreads &) = delete;
 
 private:
-    pthread_attr_t m_usual;
+    pthread_attr_t m_usual{};
 };

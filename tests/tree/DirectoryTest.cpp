@@ -2,7 +2,6 @@
 
 #include <gmock/gmock.h>
 
-#include <quire/session/QuireCOM.h>
 #include <quire/platform/SafeArray.h>
 #include <quire/platform/Variant.h>
 #include <quire/session/Dispatch2.h>
@@ -390,8 +389,8 @@ namespace {
 class WatchfulObject : public IUnknown
 {
 public:
-    explicit WatchfulObject(IDispatchPtr object)
-        : m_object(std::move(object))
+    explicit WatchfulObject(const IDispatchPtr &object)
+        : m_object(object)
     {}
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void **result) override

@@ -510,6 +510,7 @@ TEST(ItemListThreads, ShareOneList)
     const int threads = 4;
     const int rounds = 500;
     std::vector<std::future<int>> workers;
+    workers.reserve(threads);
     for (int number = 0; number < threads; ++number) {
         workers.push_back(std::async(std::launch::async, [&list] {
             int found = 0;

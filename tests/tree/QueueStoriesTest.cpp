@@ -42,6 +42,9 @@ protected:
         TreeTest::TearDown();
     }
 
+    /// Has the session know the story.
+    void openOnce(int index) const { const std::unique_ptr<Story> story(queue->GetStory(index)); }
+
     static QString idOf(const std::unique_ptr<Story> &story)
     {
         QString id;
@@ -257,7 +260,7 @@ TEST_F(QueueStoriesTest, CreatingRaisesWhatTheServerRefuses)
 
 TEST_F(QueueStoriesTest, DeletesAStoryAndDropsItFromTheSession)
 {
-    std::unique_ptr<Story>(queue->GetStory(1));
+    openOnce(1);
     ASSERT_TRUE(isCached(11));
     server.forgetCalls();
     EXPECT_TRUE(queue->Delete(1));
@@ -270,7 +273,7 @@ TEST_F(QueueStoriesTest, DeletesAStoryAndDropsItFromTheSession)
 
 TEST_F(QueueStoriesTest, DeletesAlsoAStoryThatDoesNotTellItsIdentifier)
 {
-    std::unique_ptr<Story>(queue->GetStory(1));
+    openOnce(1);
     server.fail(text("get_StoryUnique"), E_FAIL);
     EXPECT_TRUE(queue->Delete(1));
     EXPECT_EQ(server.count(text("MAIL.Delete(VT_I4 1)")), 1);
@@ -304,8 +307,8 @@ TEST_F(QueueStoriesTest, DeletingRaisesWhenTheEntryIsRefused)
 
 TEST_F(QueueStoriesTest, DeletesAllAndDropsThemFromTheSession)
 {
-    std::unique_ptr<Story>(queue->GetStory(0));
-    std::unique_ptr<Story>(queue->GetStory(2));
+    openOnce(0);
+    openOnce(2);
     server.forgetCalls();
     EXPECT_TRUE(queue->DeleteAll());
     EXPECT_THAT(callsWithLabels(), ElementsAre(text("MAIL.DeleteAll() under Queue::DeleteAll")));
@@ -315,7 +318,7 @@ TEST_F(QueueStoriesTest, DeletesAllAndDropsThemFromTheSession)
 
 TEST_F(QueueStoriesTest, DeletingAllDropsThemAlsoWhenTheServerRefuses)
 {
-    std::unique_ptr<Story>(queue->GetStory(0));
+    openOnce(0);
     server.fail(text("DeleteAll"), E_ACCESSDENIED);
     EXPECT_FALSE(queue->DeleteAll());
     EXPECT_FALSE(isCached(10));

@@ -186,6 +186,7 @@ TEST_F(QueueStress, EightThreadsOnTwentyQueues)
 {
     Watchdog watchdog(threadCount);
     std::vector<std::thread> threads;
+    threads.reserve(threadCount);
     for (int thread = 0; thread < threadCount; ++thread) {
         threads.emplace_back([this, thread, &watchdog] {
             const Platform::Apartment apartment;

@@ -24,7 +24,7 @@ namespace {
 template<class Function>
 int slotOf(Function function)
 {
-    std::ptrdiff_t place;
+    std::ptrdiff_t place = 0;
     std::memcpy(&place, &function, sizeof place);
     return int((place - 1) / std::ptrdiff_t(sizeof(void *))) - 1;
 }
