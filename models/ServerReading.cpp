@@ -22,7 +22,11 @@ constexpr auto entryGone = static_cast<HRESULT>(0x8004040B);
 IDispatchPtr findEntry(const QString &path)
 {
     QuireCOM *const session = QuireCOM::TheQuireCOM;
-    IDispatchPtr handle = session ? session->GetCachedDir(path) : IDispatchPtr();
+    IDispatchPtr handle;
+    {
+        const QuireCOMMutex lock("QuireModels::findEntry"); // the walk to it asks the server for each step
+        handle = session ? session->GetCachedDir(path) : IDispatchPtr();
+    }
     if (!handle)
         raiseMissing();
     return handle;

@@ -2,6 +2,7 @@
 
 #include "Failure.h"
 #include "Words.h"
+#include <quire/session/QuireCOMMutex.h>
 
 namespace Tool {
 
@@ -62,7 +63,11 @@ HRESULT Session::tryToSignOn(const QString &server, const QString &user, const Q
 
 TreeEntry Session::open(const QString &path)
 {
-    const IDispatchPtr handle = com().GetCachedDir(path);
+    IDispatchPtr handle;
+    {
+        const Quire::QuireCOMMutex lock("quire::open"); // queues may be loading
+        handle = com().GetCachedDir(path);
+    }
     if (!handle)
         failNotFound(
             QStringLiteral("there is no \"%1\" on the server; quire tree shows what there is").arg(pathShown(path)));
