@@ -61,7 +61,7 @@ bool QueueLoad::loadChunk(const Orvex::IQueuePtr &server, int &position)
     position = count > std::numeric_limits<int>::max() - position ? std::numeric_limits<int>::max() : position + count;
     const bool last = count != m_chunkSize;
     const bool finished = last || (m_limit >= 1 && position >= m_limit);
-    const bool current = publish([&](Queue &queue) {
+    const bool current = publish([&](Queue &queue) QUIRE_NO_THREAD_SAFETY_ANALYSIS { // publish() has the lock
         tell(queue);
         if (finished)
             queue.m_moreAvailable = !last;
@@ -75,7 +75,7 @@ bool QueueLoad::append(const IDispatchPtr &handle)
     if (!handle)
         return true;
     Item item = Queue::MakeItem(handle);
-    return publish([&](Queue &queue) {
+    return publish([&](Queue &queue) QUIRE_NO_THREAD_SAFETY_ANALYSIS { // publish() has the lock
         queue.u_Append(std::move(item));
         m_hasNews = true;
     });
@@ -99,7 +99,7 @@ void QueueLoad::abandon()
 
 void QueueLoad::fail(HRESULT error)
 {
-    publish([&](Queue &queue) {
+    publish([&](Queue &queue) QUIRE_NO_THREAD_SAFETY_ANALYSIS { // publish() has the lock
         queue.MarkFailed(this, error);
         queue.m_moreAvailable = true;
         if (m_hasNews)
