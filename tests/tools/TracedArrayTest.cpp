@@ -72,11 +72,13 @@ TEST_F(TracedArrayTest, PiecesOfObjectsAreNotTakenForObjects)
     array.get()->cbElements = 1;
     {
         const Platform::SafeArrayAccess access(array.get());
+        ASSERT_NE(access.data(), nullptr);
         std::memset(access.data(), VT_DISPATCH, access.size());
     }
     pass(array.get(), VT_DISPATCH);
     {
         const Platform::SafeArrayAccess access(array.get());
+        ASSERT_NE(access.data(), nullptr);
         std::memset(access.data(), 0, access.size());
     }
     array.get()->cbElements = whole;
