@@ -330,6 +330,12 @@ void Queue::MarkComplete(const QueueLoad *load)
         m_complete = true;
 }
 
+bool Queue::IsMarkedComplete()
+{
+    const MutexLocker guard(m_stateMutex);
+    return m_complete;
+}
+
 void Queue::MarkFailed(const QueueLoad *load, HRESULT error)
 {
     const MutexLocker guard(m_stateMutex);
@@ -342,8 +348,7 @@ bool Queue::IsComplete()
     std::unique_ptr<QueueListThread> worker;
     {
         const MutexLocker guard(m_workerMutex);
-        const MutexLocker state(m_stateMutex);
-        if (!m_complete)
+        if (!IsMarkedComplete())
             return false;
         if (m_loadThread && QThread::currentThread() != m_loadThread.get())
             worker = TakeWorkerLocked();

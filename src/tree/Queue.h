@@ -182,6 +182,7 @@ private:
     static int HangingWorkers();
     void MarkStarted(const QueueLoad *load, bool threaded);
     void MarkComplete(const QueueLoad *load);
+    bool IsMarkedComplete();
     void MarkFailed(const QueueLoad *load, HRESULT error);
     bool SwitchOffLater(const QDeadlineTimer &deadline);
     void StopUpdates(const QDeadlineTimer &deadline);
