@@ -26,6 +26,7 @@ struct Jobs
     std::deque<std::function<void()>> waiting;
     bool running = false;
     std::unique_ptr<Runner> runner;                    // the last one, which may have ended
+    std::unique_ptr<Runner> previous;                  // which may still be about to leave the mutex of its QThread
     QDeadlineTimer end{QDeadlineTimer::Forever};       // no job begins after that
     bool isEnding() const { return !end.isForever(); } // the process is
 };
@@ -88,7 +89,7 @@ bool begin(Jobs &all)
         return all.running && !all.end.hasExpired();
     if (all.runner)
         all.runner->wait(); // past its last job: it only leaves
-    all.runner = std::make_unique<Runner>();
+    all.previous = std::exchange(all.runner, std::make_unique<Runner>());
     all.runner->start();
     all.running = all.runner->isRunning(); // it cannot have ended already: that takes the mutex
     if (!all.running)

@@ -360,10 +360,9 @@ bool Queue::IsComplete()
 
 bool Queue::IsFinished()
 {
-    std::unique_ptr<QueueListThread> ended;
     const MutexLocker guard(m_workerMutex);
     if (m_loadThread && QThread::currentThread() != m_loadThread.get() && m_loadThread->isFinished())
-        ended = std::move(m_loadThread);
+        QueueListThread::retire(std::move(m_loadThread));
     return !m_loadThread;
 }
 

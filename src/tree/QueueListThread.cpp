@@ -126,13 +126,17 @@ int QueueListThread::retire(std::unique_ptr<QueueListThread> worker)
     // Never destroyed: a worker that hangs until the process ends must not meet the end of its own thread object.
     static Mutex<LockRank::RetiredWorkers, QBasicMutex> mutex;
     static auto *const retired = new std::vector<std::unique_ptr<QueueListThread>>;
-    std::vector<std::unique_ptr<QueueListThread>> ended; // destroyed without the mutex
+    // Kept until the next time: one that says that it has finished may still be about to leave the mutex of its
+    // QThread.
+    static auto *const ended = new std::vector<std::unique_ptr<QueueListThread>>;
+    std::vector<std::unique_ptr<QueueListThread>> gone; // destroyed without the mutex
     const MutexLocker lock(mutex);
+    gone.swap(*ended);
     if (worker)
         retired->push_back(std::move(worker));
     const auto firstEnded = std::stable_partition(retired->begin(), retired->end(),
                                                   [](const auto &candidate) { return !candidate->isFinished(); });
-    std::move(firstEnded, retired->end(), std::back_inserter(ended));
+    std::move(firstEnded, retired->end(), std::back_inserter(*ended));
     retired->erase(firstEnded, retired->end());
     return static_cast<int>(retired->size());
 }

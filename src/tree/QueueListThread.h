@@ -32,8 +32,7 @@ public:
 
     const std::shared_ptr<QueueLoad> &load() const { return m_load; }
 
-    /// Destroys \a worker, null allowed, now or, when it is still running, some time after it has ended. The number of
-    /// those that were still running.
+    /// Destroys \a worker, null allowed, some time after it has ended. The number of those that were still running.
     static int retire(std::unique_ptr<QueueListThread> worker);
 
 protected:

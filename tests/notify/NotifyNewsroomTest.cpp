@@ -340,7 +340,7 @@ TEST_F(NotifyNewsroom, ACallbackInsideALibraryCallHoldsTheAccessLockAndMayCallTh
     const std::unique_ptr<Story> story(queue->CreateStory(0));
     EXPECT_NE(story, nullptr);
     EXPECT_THAT(told.queues, ::testing::ElementsAre(121));
-    EXPECT_EQ(QuireCOM::m_LockThreadID, 0u);
+    EXPECT_NE(QuireCOM::m_LockThreadID, GetCurrentThreadId()); // the queue's worker may be at it
     queue->SetUpdate(false);
 }
 

@@ -37,6 +37,10 @@ QCollator numericCollator()
     return collator;
 }
 
+// Of the columns that every table has, those of numbers. Not every Qt compares the numbers in texts by their value.
+const int positionColumn = 0;
+const int numberColumn = 2;
+
 QString csvQuoted(const QString &text)
 {
     const bool plain = !text.contains(QLatin1Char(',')) && !text.contains(QLatin1Char('"')) &&
@@ -120,11 +124,15 @@ void StoryTable::sort(const QString &column)
     if (index == m_names.size())
         throw Failure(ExitCode::NotFound, QStringLiteral("there is no column \"%1\" to sort by; there are %2")
                                               .arg(name, m_names.join(QLatin1String(", "))));
+    const bool isNumber = index == positionColumn || index == numberColumn;
     const QCollator collator = numericCollator();
-    std::stable_sort(m_rows.begin(), m_rows.end(), [&](const Row &a, const Row &b) {
-        const int order = collator.compare(a.texts.at(index), b.texts.at(index));
-        return descending ? order > 0 : order < 0;
-    });
+    const auto isBefore = [&](const Row &a, const Row &b) {
+        const QString &first = a.texts.at(index);
+        const QString &second = b.texts.at(index);
+        return isNumber ? first.toInt() < second.toInt() : collator.compare(first, second) < 0;
+    };
+    std::stable_sort(m_rows.begin(), m_rows.end(),
+                     [&](const Row &a, const Row &b) { return descending ? isBefore(b, a) : isBefore(a, b); });
 }
 
 int StoryTable::widthOf(int column) const
