@@ -21,7 +21,9 @@ class QUIRE_EXPORT Parser
 {
 public:
     Parser();
+    /// One parser is like another.
     Parser(const Parser &) = default;
+    /// One parser is like another.
     Parser &operator=(const Parser &) = default;
     virtual ~Parser();
 
