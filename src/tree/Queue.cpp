@@ -361,9 +361,12 @@ bool Queue::IsComplete()
 bool Queue::IsFinished()
 {
     const MutexLocker guard(m_workerMutex);
-    if (m_loadThread && QThread::currentThread() != m_loadThread.get() && m_loadThread->isFinished())
-        QueueListThread::retire(std::move(m_loadThread));
-    return !m_loadThread;
+    if (!m_loadThread)
+        return true;
+    if (QThread::currentThread() == m_loadThread.get() || !m_loadThread->isFinished())
+        return false;
+    QueueListThread::retire(std::move(m_loadThread));
+    return true;
 }
 
 long Queue::GetError()
