@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <memory>
-#include <optional>
 #include <utility>
 
 #include "WorkerPresence.h"
@@ -125,16 +124,14 @@ void QueueUpdateMgr::pBeginQueueUpdates(Queue *queue)
     const std::shared_ptr<WorkerPresence> presence = queue->m_presence;
     const qint32 queueId = queue->m_queueId;
     // Who has the mutex may be waiting for the server, and the queue may go meanwhile.
-    std::optional<WorkerPresence::Outside> outside(std::in_place, presence);
+    WorkerPresence::Outside outside(presence);
     const MutexLocker lock(m_mutex);
-    outside->comeBack();
-    if (presence->isClosed())
-        return;
+    outside.comeBack();
     Beginning beginning(*this, queueId);
     queue->SetUpdate(true);
     const MutexLocker state(m_stateMutex);
     if (presence->isClosed()) // cppcheck-suppress knownConditionTrueFalse; another thread closes it
-        return;               // the queue has gone while the server was asked; its load switches the reports off again
+        return; // its SetUpdate kept to itself that the queue has gone; its load switches the reports off again
     removeOne(m_pendingQueues, queueId);
     addOnce(m_watchedQueues, queueId);
     if (beginning.hasChanged())

@@ -8,7 +8,7 @@
 
 namespace {
 
-constexpr int deadline = 300000; // milliseconds; a million elements under ThreadSanitizer beside other builds take minutes
+constexpr int deadline = 300000; // milliseconds; ThreadSanitizer beside other builds takes its time
 
 } // namespace
 
