@@ -1,5 +1,7 @@
 #include "WorkerPresence.h"
 
+#include <QThread>
+
 #include <utility>
 
 namespace Quire {
@@ -37,6 +39,7 @@ void WorkerPresence::close()
 {
     const MutexLocker lock(m_mutex);
     m_closed = true;
+    m_closer = QThread::currentThreadId();
     waitForOthersLocked(QDeadlineTimer(QDeadlineTimer::Forever));
 }
 
@@ -61,6 +64,13 @@ bool WorkerPresence::isClosed() const
     return m_closed;
 }
 
+/// Whether it is this thread that ends the queue.
+bool WorkerPresence::isClosedHere() const
+{
+    const MutexLocker lock(m_mutex);
+    return m_closed && m_closer == QThread::currentThreadId();
+}
+
 bool WorkerPresence::enterAgain()
 {
     const MutexLocker lock(m_mutex);
@@ -73,7 +83,7 @@ bool WorkerPresence::enterAgain()
 
 WorkerPresence::Outside::Outside(std::shared_ptr<WorkerPresence> presence)
     : m_presence(std::move(presence))
-    , m_isOutside(m_presence->isInside() && !m_presence->isClosed()) // it is this thread that ends a closed one
+    , m_isOutside(m_presence->isInside() && !m_presence->isClosedHere())
 {
     if (m_isOutside)
         m_presence->leave();

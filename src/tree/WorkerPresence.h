@@ -57,12 +57,14 @@ public:
 
 private:
     bool enterAgain();
+    bool isClosedHere() const;
     bool waitForOthersLocked(const QDeadlineTimer &deadline) QUIRE_REQUIRES(m_mutex);
 
     mutable Mutex<LockRank::WorkersInside> m_mutex;
     QWaitCondition m_left;
     int m_inside QUIRE_GUARDED_BY(m_mutex) = 0;
     bool m_closed QUIRE_GUARDED_BY(m_mutex) = false;
+    Qt::HANDLE m_closer QUIRE_GUARDED_BY(m_mutex) = nullptr; // the thread that has closed it
 };
 
 } // namespace Quire
