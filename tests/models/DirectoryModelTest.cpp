@@ -36,6 +36,14 @@ protected:
         ASSERT_TRUE(settles(model));
     }
 
+    /// Begins to refresh a directory, of which all but the end of its list is read when the server hangs.
+    void beginRefresh(DirectoryModel &model, const QModelIndex &directory = QModelIndex())
+    {
+        server->faults().failNext(text("IDirectory2::GetList"), Fault::hang(hangTime), 1);
+        model.refresh(directory);
+        ASSERT_TRUE(server->faults().waitForHang(patience));
+    }
+
     /// What a view with everything open that has been read would show, one word a row, indented by dots.
     static QString shown(const DirectoryModel &model, const QModelIndex &parent = QModelIndex(), int depth = 0)
     {
@@ -243,9 +251,7 @@ TEST_F(DirectoryModelTest, ARefreshDuringARefreshShowsWhatChangedMeanwhile)
     DirectoryModel model;
     open(model);
     open(model, "NEWS");
-    server->faults().failNext(text("IDirectory2::GetList"), Fault::hang(hangTime), 1);
-    model.refresh();
-    ASSERT_TRUE(server->faults().waitForHang(patience));
+    beginRefresh(model);
     ASSERT_EQ(newsroom->addDirectory(text("ARCHIVE")), Newsroom::Refusal::None);
     ASSERT_TRUE(newsroom->addQueue(text("NEWS.LOCAL")).ok());
     model.refresh();
@@ -274,9 +280,7 @@ TEST_F(DirectoryModelTest, ADirectoryThatGoesWhileItIsReadIsForgotten)
     open(model);
     open(model, "NEWS");
     open(model, "NEWS.SPORT");
-    server->faults().failNext(text("IDirectory2::GetList"), Fault::hang(hangTime), 1);
-    model.refresh(model.indexOf(text("NEWS.SPORT")));
-    ASSERT_TRUE(server->faults().waitForHang(patience));
+    beginRefresh(model, model.indexOf(text("NEWS.SPORT")));
     ASSERT_EQ(newsroom->removeEntry(text("NEWS.SPORT")), Newsroom::Refusal::None);
     model.refresh(model.indexOf(text("NEWS")));
     server->faults().clear();

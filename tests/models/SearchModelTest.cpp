@@ -37,6 +37,15 @@ protected:
     }
     using ModelTest::start;
 
+    /// Starts a search of which nothing is delivered until the server is told to resume.
+    void startSilently(SearchModel &model)
+    {
+        server->delivery().pause();
+        start(model);
+        ASSERT_TRUE(comes([] { return Search::GetSearcher()->AccessSearchResults(1) != nullptr; }));
+        Search::GetSearcher()->EndAccessSearchResults(1);
+    }
+
     static QStringList names(const SearchModel &model)
     {
         QStringList all;
@@ -98,12 +107,9 @@ TEST_F(SearchModelTest, AQueueIsSearchedAlone)
 
 TEST_F(SearchModelTest, HitsGrowWhileTheyArriveAndAreSortedThen)
 {
-    server->delivery().pause();
     SearchModel model;
     SignalLog signals(model);
-    start(model);
-    ASSERT_TRUE(comes([] { return Search::GetSearcher()->AccessSearchResults(1) != nullptr; }));
-    Search::GetSearcher()->EndAccessSearchResults(1);
+    startSilently(model);
     addHit("Z", "z");
     addHit("Z again", "z");
     ASSERT_TRUE(comes([&] { return model.rowCount() == 2; }));
@@ -147,12 +153,9 @@ TEST_F(SearchModelTest, RolesAndColumnsTellOfTheHit)
 
 TEST_F(SearchModelTest, AStoppedSearchKeepsItsHits)
 {
-    server->delivery().pause();
     SearchModel model;
     SignalLog signals(model);
-    start(model);
-    ASSERT_TRUE(comes([] { return Search::GetSearcher()->AccessSearchResults(1) != nullptr; }));
-    Search::GetSearcher()->EndAccessSearchResults(1);
+    startSilently(model);
     addHit("Z", "z");
     addHit("A", "a");
     ASSERT_TRUE(comes([&] { return model.rowCount() == 2; }));
@@ -176,11 +179,8 @@ TEST_F(SearchModelTest, ASearchThatIsStoppedBeforeItBeganEnds)
 
 TEST_F(SearchModelTest, ANewSearchStopsTheOneBefore)
 {
-    server->delivery().pause();
     SearchModel model;
-    start(model);
-    ASSERT_TRUE(comes([] { return Search::GetSearcher()->AccessSearchResults(1) != nullptr; }));
-    Search::GetSearcher()->EndAccessSearchResults(1);
+    startSilently(model);
     start(model, "NEWS.LOCAL", Item_Queue);
     ASSERT_TRUE(comes([] { return Search::GetSearcher()->IsSearchDone(1); }));
     server->delivery().resume();
@@ -244,12 +244,9 @@ TEST_F(SearchModelTest, AfterDisconnectingTheUserIsNotLoggedIn)
 
 TEST_F(SearchModelTest, ALogoutByTheServerEndsTheSearchAndTheHitsStay)
 {
-    server->delivery().pause();
     SearchModel model;
     SignalLog signals(model);
-    start(model);
-    ASSERT_TRUE(comes([] { return Search::GetSearcher()->AccessSearchResults(1) != nullptr; }));
-    Search::GetSearcher()->EndAccessSearchResults(1);
+    startSilently(model);
     addHit("Z", "z");
     ASSERT_TRUE(comes([&] { return model.rowCount() == 1; }));
     ASSERT_EQ(server->triggerLogout(), 1);
@@ -264,11 +261,8 @@ TEST_F(SearchModelTest, ALogoutByTheServerEndsTheSearchAndTheHitsStay)
 
 TEST_F(SearchModelTest, DisconnectingEndsTheSearch)
 {
-    server->delivery().pause();
     SearchModel model;
-    start(model);
-    ASSERT_TRUE(comes([] { return Search::GetSearcher()->AccessSearchResults(1) != nullptr; }));
-    Search::GetSearcher()->EndAccessSearchResults(1);
+    startSilently(model);
     session->Disconnect();
     server->delivery().resume();
     ASSERT_TRUE(settles(model));
@@ -277,11 +271,8 @@ TEST_F(SearchModelTest, DisconnectingEndsTheSearch)
 
 TEST_F(SearchModelTest, ASlowSearchGoesOnWhileTheUserIsLoggedIn)
 {
-    server->delivery().pause();
     SearchModel model;
-    start(model);
-    ASSERT_TRUE(comes([] { return Search::GetSearcher()->AccessSearchResults(1) != nullptr; }));
-    Search::GetSearcher()->EndAccessSearchResults(1);
+    startSilently(model);
     server->calls().take();
     QStringList questions;
     ASSERT_TRUE(comes([&] {

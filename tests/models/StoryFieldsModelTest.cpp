@@ -45,6 +45,12 @@ protected:
     {
         return model.index(row, StoryFieldsModel::ValueColumn);
     }
+    /// Notes each change of the lock in words.
+    static void noteLocks(StoryFieldsModel &model, QStringList &told)
+    {
+        QObject::connect(&model, &StoryFieldsModel::lockedChanged,
+                         [&told](bool locked) { told.append(text(locked ? "locked" : "free")); });
+    }
     QString onServer(const char *field) { return newsroom->story(5).value->text().fieldValue(text(field)); }
     QString holder() { return newsroom->lockHolder(5).value; }
     QStringList writes()
@@ -229,8 +235,7 @@ TEST_F(StoryFieldsModelTest, ALockThatIsHeldStaysOverSeveralChanges)
     StoryFieldsModel model;
     open(model);
     QStringList locks;
-    QObject::connect(&model, &StoryFieldsModel::lockedChanged,
-                     [&](bool locked) { locks.append(text(locked ? "locked" : "free")); });
+    noteLocks(model, locks);
     server->calls().take();
     model.lock();
     ASSERT_TRUE(settles(model));
@@ -289,8 +294,7 @@ TEST_F(StoryFieldsModelTest, ALockThatIsGivenBackBeforeItHasComeIsNotKept)
     StoryFieldsModel model;
     open(model);
     QStringList told;
-    QObject::connect(&model, &StoryFieldsModel::lockedChanged,
-                     [&](bool locked) { told.append(text(locked ? "locked" : "unlocked")); });
+    noteLocks(model, told);
     server->calls().take();
     model.lock();
     model.unlock();

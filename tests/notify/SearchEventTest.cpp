@@ -36,6 +36,13 @@ protected:
         return sink()->raw_OnNotifySearchResults(id, hits, totalHits, finished);
     }
 
+    /// Two records with nothing in them, of the size of hits.
+    static Platform::SafeArray twoRecords(CountedRecordInfo &info)
+    {
+        info.size = sizeof(Orvex::SearchHit);
+        return Platform::SafeArray(SafeArrayCreateVectorEx(VT_RECORD, 0, 2, static_cast<IRecordInfo *>(&info)));
+    }
+
     const QVector<Hit> twoHits{{text("Storm"), text("NEWS.WORLD"), {1, 2, 3}, {}},
                                {text("Rain"), text("NEWS.WORLD"), {4, 5, 6}, {}}};
     SearchList *list = nullptr;
@@ -300,11 +307,10 @@ TEST_F(SearchEventTest, ArraysOfOtherThingsHoldNoHits)
 TEST_F(SearchEventTest, RecordsAreReadWhenTheirDescriptionSaysHits)
 {
     CountedRecordInfo info;
-    info.size = sizeof(Orvex::SearchHit);
     info.guid = __uuidof(Orvex::SearchHit);
     info.guidResult = S_OK;
     {
-        const Platform::SafeArray array(SafeArrayCreateVectorEx(VT_RECORD, 0, 2, static_cast<IRecordInfo *>(&info)));
+        const Platform::SafeArray array = twoRecords(info);
         ASSERT_TRUE(array);
         const LONG references = info.references;
         EXPECT_EQ(send(array.get()), 0);
@@ -316,11 +322,10 @@ TEST_F(SearchEventTest, RecordsAreReadWhenTheirDescriptionSaysHits)
 TEST_F(SearchEventTest, RecordsOfAnotherDescriptionAreNoHits)
 {
     CountedRecordInfo info;
-    info.size = sizeof(Orvex::SearchHit);
     info.guid = __uuidof(Orvex::FieldValue);
     info.guidResult = S_OK;
     {
-        const Platform::SafeArray array(SafeArrayCreateVectorEx(VT_RECORD, 0, 2, static_cast<IRecordInfo *>(&info)));
+        const Platform::SafeArray array = twoRecords(info);
         ASSERT_TRUE(array);
         std::memset(array.get()->pvData, 0x5A, 2 * sizeof(Orvex::SearchHit));
         EXPECT_EQ(send(array.get()), 0);
@@ -340,8 +345,7 @@ TEST_F(SearchEventTest, RecordsWhoseDescriptionTellsNoKindAreRead)
     raising.raisesForGuid = true;
     int hits = 0;
     for (CountedRecordInfo *const info : {&silent, &nameless, &raising}) {
-        info->size = sizeof(Orvex::SearchHit);
-        const Platform::SafeArray array(SafeArrayCreateVectorEx(VT_RECORD, 0, 2, static_cast<IRecordInfo *>(info)));
+        const Platform::SafeArray array = twoRecords(*info);
         ASSERT_TRUE(array);
         EXPECT_EQ(send(array.get()), 0);
         EXPECT_EQ(list->Size(), hits += 2);

@@ -4,6 +4,8 @@
 
 #include <gmock/gmock.h>
 
+#include <utility>
+
 #include <quire/notify/Notification.h>
 #include <quire/tree/QueueUpdateMgr.h>
 
@@ -72,6 +74,50 @@ public:
 private:
     std::promise<void> &m_inside;
     std::promise<void> &m_leave;
+};
+
+/// Another thread that is registering a live queue: it has the manager's mutex but not the access lock, so that workers
+/// come as far as the manager.
+class BusyManager
+{
+public:
+    explicit BusyManager(const IDispatchPtr &liveQueue)
+        : m_queue(withoutThreading(liveQueue), m_inside, m_leave)
+        , m_registering(std::async(std::launch::async, [this] { QueueUpdateMgr::BeginQueueUpdates(&m_queue); }))
+    {
+        m_inside.get_future().wait();
+        Queue::useThreading = true;
+    }
+    ~BusyManager() { finish(); }
+
+    /// Lets the thread go on.
+    void leave()
+    {
+        if (!std::exchange(m_isLeaving, true))
+            m_leave.set_value();
+    }
+    /// Lets the thread go on and waits for its end.
+    void finish()
+    {
+        leave();
+        if (m_registering.valid())
+            m_registering.get();
+    }
+
+private:
+    Q_DISABLE_COPY(BusyManager)
+
+    static const IDispatchPtr &withoutThreading(const IDispatchPtr &object)
+    {
+        Queue::useThreading = false;
+        return object;
+    }
+
+    std::promise<void> m_inside;
+    std::promise<void> m_leave;
+    bool m_isLeaving = false;
+    BlockingQueue m_queue;
+    std::future<void> m_registering;
 };
 
 } // namespace
@@ -157,21 +203,13 @@ TEST_F(QueueHangTest, ALiveQueueGoesWhileTheRegistrationOfAnotherHangs)
     const std::unique_ptr<Queue> first = load("Q.LIVE");
     std::unique_ptr<Queue> second = open("Q.LIVE2");
     QueueProbe::gate(*second).lock();
-    // It holds the manager's mutex, but not the access lock: the second one's worker comes as far as the manager.
-    std::promise<void> inside;
-    std::promise<void> leave;
-    Queue::useThreading = false;
-    BlockingQueue blocking(object("Q.LIVE"), inside, leave);
-    auto registering = std::async(std::launch::async, [&] { QueueUpdateMgr::BeginQueueUpdates(&blocking); });
-    inside.get_future().wait();
+    BusyManager manager(object("Q.LIVE"));
     QueueProbe::gate(*second).unlock();
     ASSERT_TRUE(comesTrue([&] { return second->Size() == 250; }));
     QElapsedTimer timer;
     timer.start();
     second.reset();
     EXPECT_LT(timer.elapsed(), hangTime / 2);
-    leave.set_value();
-    registering.get();
 }
 
 TEST_F(QueueHangTest, TheLockOfTheListMayBeHeldByWhoDestroysTheQueue)
@@ -353,22 +391,15 @@ TEST_F(QueueHangTest, NothingOfTheHostsClassRunsOnOnceTheQueueHasGone)
 
 TEST_F(QueueHangTest, NothingOfTheHostsClassRunsOnOnceTheQueueHasGoneBeforeItsTurn)
 {
-    std::promise<void> inside;
-    std::promise<void> leave;
-    Queue::useThreading = false;
-    auto blocking = std::make_unique<BlockingQueue>(object("Q.LIVE"), inside, leave);
-    auto registering = std::async(std::launch::async, [&] { QueueUpdateMgr::BeginQueueUpdates(blocking.get()); });
-    inside.get_future().wait(); // with the manager's mutex
+    BusyManager manager(object("Q.LIVE"));
     std::atomic<int> ranOn{0};
-    Queue::useThreading = true;
     server.faults().failNext(text("GetList"), Fault::hang(patience));
     auto queue = std::make_unique<CarelessQueue>(object("Q.LIVE2"), ranOn);
     letLoad(*queue);
     ASSERT_TRUE(comesTrue([&] { return queue->Size() == 250; }));
     std::this_thread::sleep_for(std::chrono::milliseconds(20)); // until the worker waits for the manager
     queue.reset();
-    leave.set_value();
-    registering.get();
+    manager.finish();
     EXPECT_TRUE(nothingHangs());
     EXPECT_EQ(ranOn, 0);
 }
@@ -378,18 +409,12 @@ TEST_F(QueueHangTest, TheSessionGoesWhileTheWorkerOfAQueueThatIsGoneLooksForIt)
 {
     std::unique_ptr<Queue> queue = open("Q.LIVE2");
     QueueProbe::gate(*queue).lock();
-    std::promise<void> inside;
-    std::promise<void> leave;
-    Queue::useThreading = false;
-    auto blocking = std::make_unique<BlockingQueue>(object("Q.LIVE"), inside, leave);
-    auto registering = std::async(std::launch::async, [&] { QueueUpdateMgr::BeginQueueUpdates(blocking.get()); });
-    inside.get_future().wait(); // with the manager's mutex
+    BusyManager manager(object("Q.LIVE"));
     QueueProbe::gate(*queue).unlock();
     ASSERT_TRUE(comesTrue([&] { return queue->Size() == 250; }));
     queue.reset();
-    leave.set_value();
+    manager.leave();
     QuireCOM::UnloadCOM();
-    registering.get();
-    blocking.reset();
+    manager.finish();
     EXPECT_TRUE(nothingHangs());
 }

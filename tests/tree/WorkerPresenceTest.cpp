@@ -111,6 +111,7 @@ TEST_F(WorkerPresenceTest, AWorkerLeavesAQueueThatAnotherThreadHasBegunToEnd)
     WorkerPresence::Outside outside(presence);
     EXPECT_TRUE(closes(closing, patience));
     EXPECT_THROW(outside.comeBack(), WorkerPresence::QueueGone);
+    presence->leave(); // or a failure would not end
 }
 
 TEST_F(WorkerPresenceTest, AThreadThatEndsTheQueueItselfStaysInside)
