@@ -64,7 +64,7 @@ bool Scrolling::frames(DeskWindow &desk)
         QElapsedTimer timer;
         timer.start();
         held &= tell(step == page ? "scrolling by pages through all of them" : "scrolling by rows",
-                     scroll(desk, step, [&] { return timer.hasExpired(seconds * 1000); }));
+                     scroll(desk, step, [&] { return timer.hasExpired(qint64{seconds} * 1000); }));
     }
     return held;
 }

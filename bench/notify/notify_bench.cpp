@@ -202,7 +202,7 @@ void Completion(benchmark::State &state)
         const long id = host->startSearch();
         host->sendAll(id);
         state.ResumeTiming();
-        SearchProbe::complete(id, Events * HitsOfEvent);
+        SearchProbe::complete(id, long{Events} * HitsOfEvent);
         state.PauseTiming();
         Search::TheSearcher->DeleteSearch(id);
         state.ResumeTiming();

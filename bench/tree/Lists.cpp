@@ -15,6 +15,7 @@ using Quire::Item;
 using Quire::ItemList;
 
 const int size = 100000;
+const int differentKeys = size / 5 * 4;
 
 /// Keys as search hits have them, a fifth of them double, in no order.
 std::vector<QString> makeKeys()
@@ -22,7 +23,7 @@ std::vector<QString> makeKeys()
     std::vector<QString> keys;
     std::mt19937 random(1);
     for (int index = 0; index < size; ++index) {
-        const int number = index < size / 5 * 4 ? index : static_cast<int>(random() % (size / 5 * 4));
+        const int number = index < differentKeys ? index : static_cast<int>(random() % differentKeys);
         keys.push_back(QStringLiteral("ARCHIVE.%1.NEWS:%2:101").arg(number % 37).arg(number));
     }
     std::shuffle(keys.begin(), keys.end(), random);
@@ -108,7 +109,7 @@ const QString &wantedKey()
 void ScanNames(benchmark::State &state)
 {
     const QString wanted = items().back().name.toUpper();
-    const std::vector<Item> own = items();
+    const std::vector<Item> &own = items();
     for (auto _ : state) {
         int found = -1;
         for (std::size_t index = 0; index < own.size(); ++index) {
@@ -133,7 +134,7 @@ void Find(benchmark::State &state)
 void ScanAttributes(benchmark::State &state)
 {
     const QString name = QStringLiteral("_storyid");
-    const std::vector<Item> own = items();
+    const std::vector<Item> &own = items();
     for (auto _ : state) {
         int found = -1;
         for (std::size_t index = 0; index < own.size() && found < 0; ++index) {

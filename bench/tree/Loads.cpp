@@ -97,6 +97,8 @@ class SlowServer
 public:
     SlowServer() { InstantServer::setDelay(delayMicroseconds); }
     ~SlowServer() { InstantServer::setDelay(0); }
+    SlowServer(const SlowServer &) = delete;
+    SlowServer &operator=(const SlowServer &) = delete;
 };
 
 void SlowFloor(benchmark::State &state)

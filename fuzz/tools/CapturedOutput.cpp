@@ -28,9 +28,9 @@ CapturedOutput::~CapturedOutput()
 #else
 
 CapturedOutput::CapturedOutput()
+    : m_former(dup(STDOUT_FILENO))
 {
     std::fflush(stdout);
-    m_former = dup(STDOUT_FILENO);
     if (m_file.open())
         dup2(m_file.handle(), STDOUT_FILENO);
 }

@@ -136,7 +136,8 @@ const std::vector<QuietOperation> session{
     {"DispatchWrapper::DispatchWrapper(other)",
      [](Scene &s) {
          const DispatchWrapper wrapper(s.handle);
-         DispatchWrapper copy(wrapper);
+         const DispatchWrapper copy(
+             wrapper); // NOLINT(performance-unnecessary-copy-initialization): it is what is tried
          copy.Handle();
      }},
     {"DispatchWrapper::~DispatchWrapper", [](Scene &s) { const DispatchWrapper wrapper(s.handle); }},

@@ -17,8 +17,8 @@ SAFEARRAY *fieldArray(const QVector<QPair<QString, QString>> &fields)
     SAFEARRAY *const array = makePlainArray(sizeof(Orvex::FieldValue), static_cast<ULONG>(fields.size()));
     const Platform::SafeArrayAccess access(array);
     auto *record = access.as<Orvex::FieldValue>();
-    for (const auto &field : fields)
-        *record++ = {ownText(field.first), ownText(field.second)};
+    for (int i = 0; record && i < fields.size(); ++i)
+        record[i] = {ownText(fields[i].first), ownText(fields[i].second)};
     return array;
 }
 
@@ -54,8 +54,8 @@ HitArray::HitArray(const QVector<Hit> &hits)
 {
     const Platform::SafeArrayAccess access(m_array);
     auto *record = access.as<Orvex::SearchHit>();
-    for (const Hit &hit : hits)
-        *record++ = {ownText(hit.name), ownText(hit.queue), hit.id, fieldArray(hit.fields)};
+    for (int i = 0; record && i < hits.size(); ++i)
+        record[i] = {ownText(hits[i].name), ownText(hits[i].queue), hits[i].id, fieldArray(hits[i].fields)};
 }
 
 HitArray::~HitArray()

@@ -74,7 +74,7 @@ TEST(DispatchWrapper, ACopyAddsAReference)
     Counted object;
     const DispatchWrapper wrapper{IDispatchPtr(&object)};
     {
-        DispatchWrapper copy(wrapper);
+        const DispatchWrapper copy(wrapper); // NOLINT(performance-unnecessary-copy-initialization): it is what counts
         EXPECT_EQ(object.references, 2u);
         EXPECT_EQ(copy.Handle().GetInterfacePtr(), &object);
     }

@@ -335,6 +335,7 @@ void runOnManyThreads(const std::function<void(int thread, int round)> &work)
     const auto end = std::chrono::steady_clock::now() + stressTime();
     Watchdog watchdog(threadCount);
     std::vector<std::thread> threads;
+    threads.reserve(threadCount);
     for (int thread = 0; thread < threadCount; ++thread) {
         threads.emplace_back([&, thread] {
             for (int round = 0; std::chrono::steady_clock::now() < end; ++round) {

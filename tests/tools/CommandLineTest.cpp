@@ -108,8 +108,12 @@ TEST_F(CommandLineTest, AnEmptyFolderNameIsWrongUsage)
 
 TEST_F(CommandLineTest, AWrongDepthIsWrongUsage)
 {
-    expectFailure(quire("tree --depth x"), 2, "--depth");
-    expectFailure(quire("tree --depth -1"), 2, "--depth");
+    expectFailure(quire("tree --depth x"), 2, "--depth: wants a whole number from 0 on, not x (");
+    expectFailure(quire("tree --depth -1"), 2, "--depth: wants a whole number from 0 on, not -1 (");
+    expectFailure(quire("tree --depth 1.5"), 2, "--depth: wants a whole number from 0 on, not 1.5 (");
+    expectFailure(quire("ls Q --limit 99999999999"), 2, "--limit: wants a whole number from 1 on, not 99999999999 (");
+    expectFailure(quire("watch Q --seconds 0"), 2, "--seconds: wants a number of seconds above 0, not 0 (");
+    expectFailure(quire("watch Q --seconds inf"), 2, "--seconds: wants a number of seconds above 0, not inf (");
 }
 
 } // namespace

@@ -46,7 +46,7 @@ TEST_F(DemoCommandTest, JsonListsTheSteps)
     const Outcome run = quire("demo --json");
     EXPECT_EQ(run.code, 0);
     QStringList steps;
-    for (const QJsonValue &step : run.json().value(QStringLiteral("steps")).toArray())
+    for (const QJsonValue step : run.json().value(QStringLiteral("steps")).toArray())
         steps += step[QStringLiteral("step")].toString();
     EXPECT_EQ(steps, (QStringList{QStringLiteral("sign on"), QStringLiteral("walk"), QStringLiteral("load"),
                                   QStringLiteral("read"), QStringLiteral("edit"), QStringLiteral("search"),

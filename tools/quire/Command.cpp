@@ -1,10 +1,14 @@
 #include "Command.h"
 
+#include <cmath>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include <QByteArray>
+
+#include "Words.h"
 
 namespace Tool {
 
@@ -31,6 +35,29 @@ CLI::Option *addTexts(CLI::App &app, const char *name, QStringList &target, cons
             target += QString::fromStdString(value);
     };
     return app.add_option_function<std::vector<std::string>>(name, keep, description)->type_name("");
+}
+
+CLI::Option *addNumber(CLI::App &app, const char *name, int &target, int least, const char *description)
+{
+    const auto isWrong = [least](const std::string &given) {
+        const std::optional<qint32> number = parseNumber(QString::fromStdString(given));
+        if (number && *number >= least)
+            return std::string();
+        return "wants a whole number from " + std::to_string(least) + " on, not " + given;
+    };
+    return app.add_option(name, target, description)->type_name("")->check(isWrong);
+}
+
+CLI::Option *addSeconds(CLI::App &app, const char *name, double &target, const char *description)
+{
+    const auto isWrong = [](const std::string &given) {
+        bool isNumber = false;
+        const double seconds = QString::fromStdString(given).toDouble(&isNumber);
+        if (isNumber && std::isfinite(seconds) && seconds > 0)
+            return std::string();
+        return "wants a number of seconds above 0, not " + given;
+    };
+    return app.add_option(name, target, description)->type_name("")->check(isWrong);
 }
 
 CLI::Option *addChoice(CLI::App &app, const char *name, QString &target, const QStringList &choices)

@@ -40,7 +40,14 @@ CLI::Option *addText(CLI::App &app, const char *name, QString &target, const cha
 /// The same for any number of texts.
 CLI::Option *addTexts(CLI::App &app, const char *name, QStringList &target, const char *description);
 
-/// The same for one of \a choices, which the help and the completion show; what else is given is not refused here.
+/// Adds an option that takes a whole number from \a least on. Anything else is refused.
+CLI::Option *addNumber(CLI::App &app, const char *name, int &target, int least, const char *description);
+
+/// Adds an option that takes a time above zero, in seconds. Anything else is refused.
+CLI::Option *addSeconds(CLI::App &app, const char *name, double &target, const char *description);
+
+/// Adds an option or argument that takes one of \a choices, which the help and the completion show; what else is given
+/// is not refused here.
 CLI::Option *addChoice(CLI::App &app, const char *name, QString &target, const QStringList &choices);
 
 } // namespace Tool

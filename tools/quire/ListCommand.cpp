@@ -74,10 +74,7 @@ void ListCommand::declare(CLI::App &app, Action &chosen)
                              chosen, [this](Host &host) { run(host); });
     addText(*verb, "PATH", m_path, "The directory or queue; the root without it");
     CLI::Option *all = verb->add_flag("--all", m_all, "All stories of a queue, however many");
-    verb->add_option("--limit", m_limit, "N  At most so many stories; 200 without it")
-        ->type_name("")
-        ->check(CLI::PositiveNumber)
-        ->excludes(all);
+    addNumber(*verb, "--limit", m_limit, 1, "N  At most so many stories; 200 without it")->excludes(all);
     addText(*verb, "--columns", m_columns, "A,B,...  Show these fields instead of the form's");
     addText(*verb, "--sort", m_sort, "COLUMN  Sort by a column; -COLUMN the other way round");
     verb->add_flag("--csv", m_csv, "Print comma-separated values");

@@ -41,9 +41,7 @@ void NewCommand::declare(CLI::App &app, Action &chosen)
                              chosen, [this](Host &host) { run(host); });
     addText(*verb, "PATH", m_path, "The queue")->required();
     addTexts(*verb, "CHANGE", m_changes, "FIELD=VALUE, as quire set takes them");
-    verb->add_option("--at", m_position, "N  Its position, counted from 1; the end without it")
-        ->type_name("")
-        ->check(CLI::PositiveNumber);
+    addNumber(*verb, "--at", m_position, 1, "N  Its position, counted from 1; the end without it");
 }
 
 void NewCommand::run(Host &host) const

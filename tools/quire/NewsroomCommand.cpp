@@ -118,12 +118,8 @@ void NewsroomCommand::declare(CLI::App &app, Action &chosen)
                                    "  quire --newsroom nr ls WIRES.W1 --limit 20",
                                    chosen, [this](Host &host) { generate(host); });
     addText(*generating, "DIR", m_folder, "The newsroom folder to make; new or empty")->required();
-    generating->add_option("--stories", m_size.stories, "N  So many stories; 1000 without it")
-        ->type_name("")
-        ->check(CLI::NonNegativeNumber);
-    generating->add_option("--queues", m_size.queues, "N  In so many queues; one without it")
-        ->type_name("")
-        ->check(CLI::PositiveNumber);
+    addNumber(*generating, "--stories", m_size.stories, 0, "N  So many stories; 1000 without it");
+    addNumber(*generating, "--queues", m_size.queues, 1, "N  In so many queues; one without it");
 
     CLI::App *exporting = addVerb(*family, "export", "Write the newsroom in use as a folder",
                                   "  quire newsroom export nr\n"

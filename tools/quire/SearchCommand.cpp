@@ -123,7 +123,7 @@ void SearchCommand::declare(CLI::App &app, Action &chosen)
                              chosen, [this](Host &host) { run(host); });
     addText(*verb, "PATH", m_path, "A queue, or a directory with all below")->required();
     addText(*verb, "QUERY", m_query, "Words to find")->required();
-    verb->add_option("--limit", m_limit, "N  Find at most so many stories; 0 for all")->check(CLI::NonNegativeNumber);
+    addNumber(*verb, "--limit", m_limit, 0, "N  Find at most so many stories; 0 for all");
 }
 
 void SearchCommand::run(Host &host) const

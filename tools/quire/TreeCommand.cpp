@@ -54,9 +54,7 @@ void TreeCommand::declare(CLI::App &app, Action &chosen)
                              "  quire tree --json | jq -r '.entries[].path'",
                              chosen, [this](Host &host) { run(host); });
     addText(*verb, "PATH", m_path, "Where to begin; the root without it");
-    verb->add_option("--depth", m_view.levels, "N  Show only so many levels below PATH")
-        ->type_name("")
-        ->check(CLI::NonNegativeNumber);
+    addNumber(*verb, "--depth", m_view.levels, 0, "N  Show only so many levels below PATH");
     verb->add_flag("--flags", m_view.flags, "Show the three flag words, hexadecimal");
     verb->add_flag("--stories", m_view.stories, "Show the stories with their numbers");
 }

@@ -46,9 +46,7 @@ void WatchCommand::declare(CLI::App &app, Action &chosen)
                              "  quire watch --busy --seconds 5 SHOWS.EVENING.RUNDOWN",
                              chosen, [this](Host &host) { run(host); });
     addTexts(*verb, "PATH", m_paths, "The queues")->required();
-    verb->add_option("--seconds", m_seconds, "N  End by itself after so many seconds")
-        ->type_name("")
-        ->check(CLI::PositiveNumber);
+    addSeconds(*verb, "--seconds", m_seconds, "N  End by itself after so many seconds");
     verb->add_flag("--busy", m_busy, "Have somebody work in the built-in newsroom meanwhile");
 }
 
