@@ -85,6 +85,11 @@ bool Story::GetID(StoryID *out)
     return true;
 }
 
+SID_Diff_t Story::CmpStoryID(StoryID *a, StoryID *b)
+{
+    return Quire::CmpStoryID(a, b);
+}
+
 void Story::GetIDStr(QString &out, bool full)
 {
     out = StoryID2String(m_id, full);

@@ -173,6 +173,13 @@ public:
     static std::vector<Attribute> GetStoryFields(Orvex::IStory2Ptr story);
 
     /// \}
+    /// \name Identifiers
+    /// \{
+
+    /// The same as Quire::CmpStoryID.
+    static SID_Diff_t CmpStoryID(StoryID *a, StoryID *b);
+
+    /// \}
     /// \name Sections within a text, by plain search
     /// \{
 

@@ -64,6 +64,7 @@ void prepare(World &world)
 // NOLINTNEXTLINE(cppcoreguidelines-interfaces-global-init): what it names is read when an operation runs
 const std::vector<QuietOperation> values{
     {"CmpStoryID", [](Scene &s) { CmpStoryID(&s.id, &s.id); }},
+    {"Story::CmpStoryID", [](Scene &s) { Story::CmpStoryID(&s.id, &s.id); }},
     {"ConvertDate2Orvex", [](Scene &) { ConvertDate2Orvex(0); }},
     {"ConvertOrvex2Date",
      [](Scene &) {
@@ -136,8 +137,8 @@ const std::vector<QuietOperation> session{
     {"DispatchWrapper::DispatchWrapper(other)",
      [](Scene &s) {
          const DispatchWrapper wrapper(s.handle);
-         const DispatchWrapper copy(
-             wrapper); // NOLINT(performance-unnecessary-copy-initialization): it is what is tried
+         // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): the copy is what is tried
+         const DispatchWrapper copy(wrapper);
          copy.Handle();
      }},
     {"DispatchWrapper::~DispatchWrapper", [](Scene &s) { const DispatchWrapper wrapper(s.handle); }},

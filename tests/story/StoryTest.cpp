@@ -49,6 +49,15 @@ TEST_F(StoryWithoutSession, DefaultStoryIsEmpty)
     EXPECT_EQ(story.GetError(), 0);
 }
 
+TEST_F(StoryWithoutSession, IdentifiersAreComparedAsEverywhere)
+{
+    StoryID a{1, 2, 3};
+    for (StoryID b : {StoryID{1, 2, 3}, StoryID{9, 2, 3}, StoryID{1, 9, 3}, StoryID{1, 2, 9}, StoryID{1, 9, 9}})
+        EXPECT_EQ(Story::CmpStoryID(&a, &b), CmpStoryID(&a, &b));
+    EXPECT_EQ(Story::CmpStoryID(&a, &a), SID_Identical);
+    EXPECT_EQ(Story::CmpStoryID(&a, nullptr), SID_Different);
+}
+
 TEST_F(StoryWithoutSession, ReadRateIs18)
 {
     EXPECT_EQ(Story().GetReadRate(), 18);
