@@ -51,7 +51,8 @@ void NamedTag::AddAttribute(const QString &attrName, const QString &value)
 
 void NamedTag::DeleteAttribute(const QString &attrName)
 {
-    m_Attributes.remove(attrName);
+    const QString own = attrName; // It may be the key that goes.
+    m_Attributes.remove(own);
 }
 
 void NamedTag::ClearAttributes()
@@ -87,8 +88,9 @@ void NamedTag::ReName(const QString &name)
 
 void NamedTag::SetParams(const QString &params)
 {
+    const QString own = params; // It may be the name, or a value, that is replaced.
     StringPool strings;
-    readStartTag(params, *this, strings);
+    readStartTag(own, *this, strings);
 }
 
 bool NamedTag::HasAttribute(const QString &attrName)
@@ -134,10 +136,11 @@ void NamedTag::SetTagToTextCallback(TagToTextCallback callback)
 
 void NamedTag::SetTagToTextCallback(const QString &name, TagToTextCallback callback)
 {
+    const QString own = name; // It may be the key that goes.
     if (callback)
-        sTagCallbacksMap.insert(name, callback);
+        sTagCallbacksMap.insert(own, callback);
     else
-        sTagCallbacksMap.remove(name);
+        sTagCallbacksMap.remove(own);
 }
 
 } // namespace XML

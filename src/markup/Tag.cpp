@@ -1,6 +1,7 @@
 #include <quire/markup/Tag.h>
 
 #include <memory>
+#include <new>
 #include <utility>
 
 #include "ForeignVisit.h"
@@ -88,6 +89,15 @@ void *Tag::operator new(std::size_t size)
     return NodeArena::allocateSingle(size);
 }
 
+void *Tag::operator new(std::size_t size, const std::nothrow_t &) noexcept
+{
+    try {
+        return NodeArena::allocateSingle(size);
+    } catch (const std::bad_alloc &) {
+        return nullptr;
+    }
+}
+
 void *Tag::operator new(std::size_t size, std::align_val_t alignment)
 {
     return ::operator new(size, alignment);
@@ -97,6 +107,11 @@ void Tag::operator delete(void *memory) noexcept
 {
     if (memory)
         NodeArena::release(memory);
+}
+
+void Tag::operator delete(void *memory, const std::nothrow_t &) noexcept
+{
+    operator delete(memory);
 }
 
 void Tag::operator delete(void *memory, std::align_val_t alignment) noexcept

@@ -54,7 +54,8 @@ public:
     /// Copies the members as they stand, links included: the copy names the same children and must give them up
     /// (m_Child to null) before it is destroyed. Copy and Duplicate are what a host usually wants.
     Tag(const Tag &other);
-    /// Like the copy constructor; the former children are neither destroyed nor unlinked.
+    /// Like the copy constructor; the former children are neither destroyed nor unlinked. Detach a child before
+    /// something is assigned to it: its parent does not learn that its list goes on elsewhere.
     Tag &operator=(const Tag &other);
 
     /// Destroys the children, each with its subtree, from first to last.
@@ -77,7 +78,7 @@ public:
     /// \a keepOwn is true. A null \a from moves nothing. \a from must not lie below this node unless \a keepOwn.
     virtual void AdoptChildren(Tag *from, bool keepOwn);
 
-    /// Appends the text of the node to \a out; a bare node is just its children.
+    /// Appends the text of the node to \a out, which is no text of this tree's own; a bare node is just its children.
     ///
     /// \a terminator is appended after each closed element and each comment-like node unless it is the null character.
     /// \a contentOnly leaves out the element's own tags, not those of its children; \a textOnly leaves out all markup.
@@ -177,9 +178,11 @@ public:
     /// \cond
     // Nodes that the library makes together lie together; these let delete find out about each.
     static void *operator new(std::size_t size);
+    static void *operator new(std::size_t size, const std::nothrow_t &) noexcept;
     static void *operator new(std::size_t size, std::align_val_t alignment);
     static void *operator new(std::size_t, void *place) noexcept { return place; }
     static void operator delete(void *memory) noexcept;
+    static void operator delete(void *memory, const std::nothrow_t &) noexcept;
     static void operator delete(void *memory, std::align_val_t alignment) noexcept;
     static void operator delete(void *, void *) noexcept {}
     /// \endcond
@@ -187,7 +190,7 @@ public:
     /// How many matches FindNthTag has counted since it was last told to reset.
     static int FindNthTagCounter;
 
-    // The links are there to be read; the operations above keep them right.
+    // The links are there to be read. The operations above keep them right, and know more of a list than these say.
     Tag *m_Child = nullptr;  ///< The first child.
     Tag *m_Next = nullptr;   ///< The next sibling under the same parent.
     Tag *m_Parent = nullptr; ///< The parent; null for a root or a detached node.

@@ -316,3 +316,39 @@ TEST(NamedTag, SetParamsReadsNamesAndValuesOfAnyLength)
     EXPECT_EQ(tag.m_Name, name);
     EXPECT_EQ(tag.FindAttribute(key), value);
 }
+
+TEST(NamedTag, ANameOfItsOwnMayBeDeleted)
+{
+    NamedTag tag{QString()};
+    tag.SetParams(text("p a=1 b=2 c=3 d=4 e=5"));
+    ASSERT_EQ(tag.AttributeCount(), 5);
+    while (tag.AttributeCount() > 0)
+        tag.DeleteAttribute(tag.m_Attributes.firstKey());
+    EXPECT_EQ(tag.GetName(), text("p"));
+}
+
+TEST(NamedTag, ItsOwnNameMayBeReadAnew)
+{
+    NamedTag tag(text("p"));
+    tag.m_Name = QString(text("a long name ")).repeated(2) + text("x=1");
+    tag.SetParams(tag.m_Name);
+    EXPECT_EQ(tag.m_Name, text("a"));
+    EXPECT_EQ(tag.FindAttribute(text("x")), text("1"));
+}
+
+TEST(NamedTag, AValueOfItsOwnMayBeReadAnew)
+{
+    NamedTag tag(text("p"));
+    tag.m_Attributes[text("v")] = QString(text("q v=")) + QString(40, QLatin1Char('v')) + text(" w=2");
+    tag.SetParams(tag.m_Attributes[text("v")]);
+    EXPECT_EQ(tag.m_Name, text("q"));
+    EXPECT_EQ(tag.FindAttribute(text("v")), QString(40, QLatin1Char('v')));
+    EXPECT_EQ(tag.FindAttribute(text("w")), text("2"));
+}
+
+TEST(NamedTag, IsMadeWhereMemoryMayBeMissing)
+{
+    const TagPtr tag(new (std::nothrow) NamedTag(text("p")));
+    ASSERT_TRUE(tag);
+    EXPECT_EQ(tag->GetName(), text("p"));
+}

@@ -252,6 +252,16 @@ TEST_F(TagToTextCallbacks, AreNoneAtFirst)
     EXPECT_TRUE(NamedTag::sTagCallbacksMap.isEmpty());
 }
 
+TEST_F(TagToTextCallbacks, AreRemovedByANameOfTheirOwn)
+{
+    const QStringList names = texts({"a", "b", "c", "d", "e"});
+    for (const QString &name : names)
+        NamedTag::SetTagToTextCallback(name, [](Tag *, QString &, QChar, bool, bool) { return false; });
+    while (!NamedTag::sTagCallbacksMap.isEmpty())
+        NamedTag::SetTagToTextCallback(NamedTag::sTagCallbacksMap.firstKey(), nullptr);
+    EXPECT_EQ(written(*parsed("<a/><e/>")), text("<a></a><e></e>"));
+}
+
 TEST_F(TagToTextCallbacks, OfANameThatAnswersFalseRemovesEverySuchElement)
 {
     const TagPtr root = parsed("<a><zeko:meta><zeko:meta/>x</a><ZEKO:meta>y</ZEKO:meta>");
