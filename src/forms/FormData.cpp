@@ -77,7 +77,8 @@ void read(XML::NamedTag &element, Field &field)
     readLength(attribute(element, QStringLiteral("length")), field.m_Length);
     readStyle(attribute(element, QStringLiteral("style")), field.m_Style);
     readAlign(attribute(element, QStringLiteral("align")), field.m_Align);
-    field.m_Label = element.GetEnclosedTextItem();
+    const QString label = element.GetEnclosedTextItem();
+    field.m_Label = label.isEmpty() ? QString() : label;
     readLength(attribute(element, QStringLiteral("llength")), field.m_LabelLength);
     readStyle(attribute(element, QStringLiteral("lstyle")), field.m_LabelStyle);
 }

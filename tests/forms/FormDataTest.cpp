@@ -399,6 +399,12 @@ TEST(FormDataLabel, IsNullInAnEmptyCell)
     EXPECT_TRUE(fieldsOf("<zeko:form><zeko:row><zeko:cell idref=a/></zeko:row></zeko:form>").front().m_Label.isNull());
 }
 
+TEST(FormDataLabel, IsNullWhenTheCellBeginsWithAnEmptyText)
+{
+    EXPECT_TRUE(cell("", "", "", "&unknown;").m_Label.isNull());
+    EXPECT_TRUE(cell("", "", "", "&unknown;<b>bold</b>").m_Label.isNull());
+}
+
 TEST(FormDataLabel, IsNullWhenTheCellBeginsWithAnElement)
 {
     EXPECT_TRUE(cell("", "", "", "<b>bold</b>text").m_Label.isNull());
