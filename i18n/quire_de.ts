@@ -308,7 +308,7 @@
     </message>
     <message>
         <source>Mail</source>
-        <translation>Post</translation>
+        <translation>Mail</translation>
     </message>
     <message>
         <source>Queue</source>

@@ -76,7 +76,7 @@ struct Titled
 
 // clang-format off
 const Titled titled[] = {
-    {"de", "Meldung,Sperre,Wörter,Lesetempo,Pause,Schwebend,Zurückgestellt,Agentur,Post,Warteschlange,Name,Feld,Wert"},
+    {"de", "Meldung,Sperre,Wörter,Lesetempo,Pause,Schwebend,Zurückgestellt,Agentur,Mail,Warteschlange,Name,Feld,Wert"},
     {"es", "Noticia,Bloqueo,Palabras,Ritmo,Pausa,Flotante,Retenida,Agencia,Correo,Cola,Nombre,Campo,Valor"},
     {"fr", "Sujet,Verrou,Mots,Débit,Pause,Flottant,En attente,Dépêche,Courrier,File d'attente,Nom,Champ,Valeur"},
 };
