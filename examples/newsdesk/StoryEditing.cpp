@@ -14,8 +14,8 @@ StoryEditing::StoryEditing(StoryFieldsModel &model, QWidget &window)
     , m_model(model)
     , m_window(window)
 {
-    connect(&m_model, &StoryFieldsModel::storySaved, this, [this] { goOn(true); });
-    connect(&m_model, &StoryFieldsModel::failed, this, [this] { goOn(false); });
+    connect(&m_model, &StoryFieldsModel::storySaved, this, [this] { takeSaved(true); });
+    connect(&m_model, &StoryFieldsModel::failed, this, [this] { takeSaved(false); });
 }
 
 void StoryEditing::begin()
@@ -36,48 +36,52 @@ void StoryEditing::finish()
 void StoryEditing::leave(const std::function<void()> &go, const std::function<void()> &stay)
 {
     if (m_go)
-        return stay(); // a save of somebody who is leaving is running
+        return stay(); // somebody is leaving already
     if (!m_model.isModified())
         return go();
-    switch (ask()) {
-    case Save:
-        m_go = go;
-        m_stay = stay;
-        m_model.save();
-        return;
-    case Discard:
-        m_model.discard();
-        return go();
-    case Stay:
-        return stay();
-    }
+    m_go = go;
+    m_stay = stay;
+    ask();
 }
 
-/// What was to come after a save.
-void StoryEditing::goOn(bool saved)
+/// What asks may be a signal of a model that is changing just now: no event may be handled before that has returned.
+void StoryEditing::ask()
+{
+    auto *const box =
+        new QMessageBox(QMessageBox::Question, tr("Unsaved changes"), tr("This story has changes that are not saved."),
+                        QMessageBox::NoButton, &m_window);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->setInformativeText(tr("Save them before you go on?"));
+    const QPushButton *const save = box->addButton(tr("&Save"), QMessageBox::AcceptRole);
+    const QPushButton *const discard = box->addButton(tr("&Discard"), QMessageBox::DestructiveRole);
+    box->addButton(tr("&Keep editing"), QMessageBox::RejectRole);
+    connect(box, &QMessageBox::finished, this, [this, box, save, discard] {
+        if (box->clickedButton() == save && m_model.isModified()) {
+            m_saving = true;
+            m_model.save();
+            return;
+        }
+        if (box->clickedButton() == discard)
+            m_model.discard();
+        end(!m_model.isModified());
+    });
+    box->open();
+}
+
+void StoryEditing::takeSaved(bool saved)
+{
+    if (std::exchange(m_saving, false))
+        end(saved && !m_model.isModified());
+}
+
+void StoryEditing::end(bool goes)
 {
     const std::function<void()> go = std::exchange(m_go, nullptr);
     const std::function<void()> stay = std::exchange(m_stay, nullptr);
-    if (!go)
-        return;
-    if (saved && !m_model.isModified())
+    if (goes)
         go();
     else
         stay();
-}
-
-StoryEditing::Answer StoryEditing::ask()
-{
-    QMessageBox box(QMessageBox::Question, tr("Unsaved changes"), tr("This story has changes that are not saved."),
-                    QMessageBox::NoButton, &m_window);
-    box.setInformativeText(tr("Save them before you go on?"));
-    const QPushButton *const save = box.addButton(tr("&Save"), QMessageBox::AcceptRole);
-    const QPushButton *const discard = box.addButton(tr("&Discard"), QMessageBox::DestructiveRole);
-    box.addButton(tr("&Keep editing"), QMessageBox::RejectRole);
-    box.exec();
-    if (box.clickedButton() == save)
-        return Save;
-    return box.clickedButton() == discard ? Discard : Stay;
 }
 
 void StoryEditing::resume()

@@ -4,7 +4,6 @@
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
-#include <QTimer>
 #include <QTreeView>
 
 #include <quire/models/ServerModel.h>
@@ -59,20 +58,17 @@ void DeskTest::press(const char *name)
 
 QString DeskTest::answer(const QString &button, const std::function<void()> &act)
 {
-    QString asked;
-    QTimer waiting;
-    QObject::connect(&waiting, &QTimer::timeout, [&] {
-        auto *const box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
-        if (!box)
-            return;
-        asked = box->text();
-        for (QAbstractButton *const each : box->buttons()) {
-            if (each->text().remove(QLatin1Char('&')) == button)
-                each->click();
-        }
-    });
-    waiting.start(10);
     act();
+    auto *const box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+    if (!box)
+        return QString();
+    QString asked = box->text();
+    for (QAbstractButton *const each : box->buttons()) {
+        if (each->text().remove(QLatin1Char('&')) == button) {
+            each->click();
+            break;
+        }
+    }
     return asked;
 }
 

@@ -2,9 +2,11 @@
 
 #include <QLabel>
 #include <QLineEdit>
+#include <QMessageBox>
 #include <QPushButton>
 #include <QTemporaryDir>
 #include <QTextEdit>
+#include <QTimer>
 
 using Newsroom::Fault;
 
@@ -149,6 +151,68 @@ TEST_F(EditingTest, AnotherStoryIsShownOnlyAfterAQuestion)
     ASSERT_TRUE(comes([this] { return storyNumber() != story(); }));
     EXPECT_EQ(title(), before);
     EXPECT_TRUE(comes([this] { return holder().isEmpty(); }));
+}
+
+TEST_F(EditingTest, TheQuestionDoesNotHoldUpWhatBringsItUp)
+{
+    beginEditing();
+    type("title", "Rovers win");
+    bool returned = false;
+    bool held = false;
+    QTimer answering;
+    QObject::connect(&answering, &QTimer::timeout, [&] {
+        auto *const box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+        held = held || (box && !returned);
+        if (box)
+            box->reject();
+    });
+    answering.start(10);
+    window->openQueue(text("WIRES.FLASH"));
+    returned = true;
+    EXPECT_FALSE(held);
+    EXPECT_TRUE(comes([] { return !QApplication::activeModalWidget(); }));
+    EXPECT_EQ(storyNumber(), story());
+}
+
+TEST_F(EditingTest, WhileAQuestionIsOpenNothingElseTakesTheStoryAway)
+{
+    beginEditing();
+    type("title", "Rovers win");
+    window->openQueue(text("WIRES.FLASH"));
+    window->openQueue(text("WIRES.WORLD"));
+    window->story().model().refresh();
+    ASSERT_TRUE(comes([this] { return !window->story().model().isLoading(); }));
+    EXPECT_EQ(storyNumber(), story());
+    answer(text("Discard"), [] {});
+    EXPECT_TRUE(comes([this] { return window->queue().model().path() == text("WIRES.FLASH"); }));
+}
+
+TEST_F(EditingTest, ARefreshThatFailsDuringTheQuestionDoesNotAnswerIt)
+{
+    beginEditing();
+    type("title", "Rovers win");
+    window->openQueue(text("WIRES.FLASH"));
+    server().faults().failNext(text("IStory2::get_Field"), Fault::hresult(E_FAIL));
+    window->story().model().refresh();
+    ASSERT_TRUE(comes([this] { return window->story().model().error() != 0; }));
+    answer(text("Save"), [] {});
+    EXPECT_TRUE(comes([this] { return window->queue().model().path() == text("WIRES.FLASH"); }));
+    EXPECT_EQ(title(), text("Rovers win"));
+}
+
+TEST_F(EditingTest, ASaveThatEndsDuringTheQuestionLeavesNothingToSave)
+{
+    beginEditing();
+    type("title", "Rovers win");
+    server().faults().failNext(text("IStory2::Save"), Fault::hang(patience));
+    press("save");
+    ASSERT_TRUE(server().faults().waitForHang(patience));
+    window->openQueue(text("WIRES.FLASH"));
+    server().faults().clear();
+    ASSERT_TRUE(comes([this] { return !window->story().model().isModified(); }));
+    answer(text("Save"), [] {});
+    EXPECT_TRUE(comes([this] { return window->queue().model().path() == text("WIRES.FLASH"); }));
+    EXPECT_EQ(title(), text("Rovers win"));
 }
 
 TEST_F(EditingTest, SavingInTheQuestionSavesBeforeItGoesOn)
