@@ -178,7 +178,7 @@ void MainWindow::takeSignOn(const QString &user, const QString &place)
     m_tree->open();
     m_queue->refresh();
     if (!m_story->identifier().isEmpty())
-        m_story->editing().resume();
+        m_story->resume();
 }
 
 void MainWindow::openQueue(const QString &path)

@@ -146,7 +146,11 @@ void StoryPane::connectModel()
     connect(&m_model, &StoryFieldsModel::dataChanged, this, &StoryPane::showTitle);
     connect(&m_model, &StoryFieldsModel::rowsInserted, this, &StoryPane::showTitle);
     connect(&m_model, &StoryFieldsModel::loadingChanged, this, &StoryPane::showState);
-    connect(&m_model, &StoryFieldsModel::lockedChanged, this, &StoryPane::showState);
+    connect(&m_model, &StoryFieldsModel::lockedChanged, this, [this](bool locked) {
+        if (locked)
+            m_banner->clear(); // nobody else has the lock any more
+        showState();
+    });
     connect(&m_model, &StoryFieldsModel::modifiedChanged, this, &StoryPane::showState);
     connect(&m_model, &StoryFieldsModel::lockRefused, this, &StoryPane::tellRefusal);
     connect(&m_model, &StoryFieldsModel::failed, this, &StoryPane::tellFailure);
@@ -200,6 +204,12 @@ void StoryPane::noteChanged(const QString &identifier)
     const QChar colon = QLatin1Char(':');
     if (identifier.section(colon, 0, 0) == m_identifier.section(colon, 0, 0) && !m_identifier.isEmpty())
         m_model.refresh();
+}
+
+void StoryPane::resume()
+{
+    m_banner->clear();
+    m_editing->resume();
 }
 
 void StoryPane::showBody()

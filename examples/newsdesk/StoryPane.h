@@ -38,6 +38,8 @@ public:
     QString identifier() const { return m_identifier; }
     /// The story has changed on the server.
     void noteChanged(const QString &identifier);
+    /// After signing on anew, see StoryEditing::resume.
+    void resume();
     /// Takes over the colours of the appearance.
     void repaintText();
 

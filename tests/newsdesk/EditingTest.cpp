@@ -121,6 +121,18 @@ TEST_F(EditingTest, ARefusedLockNamesTheHolder)
     EXPECT_TRUE(banner().isHidden());
 }
 
+TEST_F(EditingTest, TheHolderIsForgottenWhenTheLockComesByTheButton)
+{
+    const auto producer = newsroom().signOn(text("producer"), text("air"), QString());
+    ASSERT_EQ(newsroom().lock(producer.value, story(), 1).refusal, Newsroom::Refusal::None);
+    press("edit");
+    ASSERT_TRUE(comes([this] { return !banner().isHidden(); }));
+    ASSERT_TRUE(comes([this] { return !window->story().model().isLoading(); }));
+    newsroom().signOff(producer.value);
+    beginEditing();
+    EXPECT_TRUE(banner().isHidden());
+}
+
 TEST_F(EditingTest, ASaveThatFailsKeepsWhatWasTyped)
 {
     beginEditing();

@@ -54,6 +54,7 @@ TEST_F(DeskSessionTest, WhatWasTypedOutlivesALogout)
     signOnAgain();
     EXPECT_EQ(line("title").text(), text("Rovers win"));
     ASSERT_TRUE(comes([this] { return window->story().model().isLocked(); }));
+    EXPECT_TRUE(window->story().banner().isHidden());
     press("save");
     EXPECT_TRUE(comes([&] { return onServer(story, "title") == text("Rovers win"); }));
 }
