@@ -146,6 +146,7 @@ void MainWindow::connectPanes()
     connect(m_tree, &TreePane::failed, this, tell);
     connect(m_queue, &QueuePane::storyChosen, this, &MainWindow::openStory);
     connect(m_queue, &QueuePane::storyChanged, m_story, &StoryPane::noteChanged);
+    connect(m_queue, &QueuePane::read, this, &MainWindow::lookForStory);
     connect(m_queue, &QueuePane::failed, this, tell);
     connect(m_hits, &SearchPane::storyChosen, this, &MainWindow::openStory);
     connect(m_hits, &SearchPane::failed, this, tell);
@@ -200,6 +201,16 @@ void MainWindow::openStory(const QString &queue, const QString &identifier)
                                  m_queue->select(m_story->identifier());
                                  m_hits->select(m_story->identifier());
                              });
+}
+
+/// Whether somebody has taken the story that is shown out of the queue; only a queue that has been read whole can tell.
+void MainWindow::lookForStory()
+{
+    const Quire::QueueModel &queue = m_queue->model();
+    const QString story = m_story->identifier();
+    const bool isOfQueue = !story.isEmpty() && m_story->model().queuePath() == queue.path();
+    if (isOfQueue && !queue.canFetchMore(QModelIndex()) && !queue.indexOf(story).isValid())
+        m_story->noteGone();
 }
 
 void MainWindow::search()

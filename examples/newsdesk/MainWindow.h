@@ -47,6 +47,7 @@ private:
     void connectPanes();
     void connectSession();
     void openStory(const QString &queue, const QString &identifier);
+    void lookForStory();
     void search();
     void refreshAll();
     void takeSignOn(const QString &user, const QString &place);

@@ -8,6 +8,7 @@
 #include <quire/tree/AttributeKeys.h>
 #include <quire/tree/Queue.h>
 
+#include "RowChoice.h"
 #include "StoryTable.h"
 
 namespace Desk {
@@ -26,6 +27,7 @@ QString shownPath(const QString &path)
 
 QueuePane::QueuePane(QWidget *parent)
     : TablePane(&m_marks, parent)
+    , m_choice(new RowChoice(table(), m_model))
 {
     head().setContentsMargins(12, 9, 12, 7);
     progress().setObjectName(QStringLiteral("progress"));
@@ -33,7 +35,6 @@ QueuePane::QueuePane(QWidget *parent)
     table().setObjectName(QStringLiteral("queue"));
     table().setAccessibleName(tr("Stories of the queue"));
     m_model.setHeaderColumns({QLatin1String(Quire::Attr_Words)});
-    table().setModel(&m_model);
 
     using Quire::QueueModel;
     connect(&m_model, &QueueModel::columnsInserted, this, &QueuePane::arrange);
@@ -44,7 +45,7 @@ QueuePane::QueuePane(QWidget *parent)
     connect(&m_model, &QueueModel::loadingChanged, this, &QueuePane::showState);
     connect(&m_model, &QueueModel::finished, this, &QueuePane::endLoad);
     connect(&m_model, &QueueModel::failed, this, &QueuePane::failed);
-    connect(table().selectionModel(), &QItemSelectionModel::currentRowChanged, this, &QueuePane::takeCurrent);
+    connect(m_choice, &RowChoice::chosen, this, &QueuePane::takeChosen);
     connect(&m_marks, &UpdateMarks::changed, table().viewport(), QOverload<>::of(&QWidget::update));
     showState();
 }
@@ -75,12 +76,7 @@ void QueuePane::loadAll()
 void QueuePane::select(const QString &identifier)
 {
     const QModelIndex index = m_model.indexOf(identifier);
-    m_selecting = true;
-    if (index.isValid())
-        table().setCurrentIndex(index.siblingAtColumn(table().columnAt(0)));
-    else
-        table().setCurrentIndex(QModelIndex());
-    m_selecting = false;
+    m_choice->select(index.isValid() ? index.siblingAtColumn(table().columnAt(0)) : QModelIndex());
 }
 
 /// The name stands for the story; where the form has a title, it is the same, at the form's own place.
@@ -90,10 +86,8 @@ void QueuePane::arrange()
     table().arrangeColumns(title < 0 ? 0 : title, title < 0 ? QList<int>() : QList<int>{0});
 }
 
-void QueuePane::takeCurrent(const QModelIndex &index)
+void QueuePane::takeChosen(const QModelIndex &index)
 {
-    if (m_selecting || !index.isValid())
-        return;
     const QString identifier = m_model.identifier(index);
     m_marks.see(identifier);
     Q_EMIT storyChosen(m_model.path(), identifier);
@@ -123,6 +117,7 @@ void QueuePane::endLoad()
     m_wasRead = true;
     if (m_loadsAll && m_model.canFetchMore(QModelIndex()))
         m_model.fetchMore(QModelIndex());
+    Q_EMIT read();
 }
 
 void QueuePane::showState()

@@ -7,6 +7,8 @@
 
 namespace Desk {
 
+class RowChoice;
+
 /// The stories of a queue, while they arrive. What changes by itself in a live queue is marked.
 class QueuePane : public TablePane
 {
@@ -29,10 +31,12 @@ public:
 Q_SIGNALS:
     /// A story of the queue has changed on the server.
     void storyChanged(const QString &identifier);
+    /// The queue has been read, or read again, as far as was asked for.
+    void read();
 
 private:
     void arrange();
-    void takeCurrent(const QModelIndex &index);
+    void takeChosen(const QModelIndex &index);
     void noteChanged(const QModelIndex &from, const QModelIndex &to);
     void noteInserted(int first, int last);
     void endLoad();
@@ -42,9 +46,9 @@ private:
 
     Quire::QueueModel m_model;
     UpdateMarks m_marks;
-    bool m_wasRead = false;   // the queue has been read once
-    bool m_loadsAll = false;  // and is to be read to its end
-    bool m_selecting = false; // by the program
+    RowChoice *m_choice;
+    bool m_wasRead = false;  // the queue has been read once
+    bool m_loadsAll = false; // and is to be read to its end
 };
 
 } // namespace Desk

@@ -6,18 +6,19 @@
 #include <QProgressBar>
 #include <QPushButton>
 
+#include "RowChoice.h"
 #include "StoryTable.h"
 
 namespace Desk {
 
 SearchPane::SearchPane(QWidget *parent)
     : TablePane(nullptr, parent)
+    , m_choice(new RowChoice(table(), m_model))
     , m_stop(new QPushButton(tr("S&top"), this))
 {
     progress().setAccessibleName(tr("Searching"));
     table().setObjectName(QStringLiteral("hits"));
     table().setAccessibleName(tr("Stories found"));
-    table().setModel(&m_model);
     auto *const back = new QPushButton(tr("&Back to the queue"), this);
     back->setObjectName(QStringLiteral("back"));
     head().setContentsMargins(12, 4, 12, 3);
@@ -32,7 +33,7 @@ SearchPane::SearchPane(QWidget *parent)
     connect(&m_model, &SearchModel::rowsRemoved, this, &SearchPane::showState);
     connect(&m_model, &SearchModel::loadingChanged, this, &SearchPane::showState);
     connect(&m_model, &SearchModel::failed, this, &SearchPane::failed);
-    connect(table().selectionModel(), &QItemSelectionModel::currentRowChanged, this, &SearchPane::takeCurrent);
+    connect(m_choice, &RowChoice::chosen, this, &SearchPane::takeChosen);
     connect(m_stop, &QPushButton::clicked, this, [this] { m_model.stop(); });
     connect(back, &QPushButton::clicked, this, &SearchPane::closed);
     showState();
@@ -56,19 +57,17 @@ void SearchPane::arrange()
 
 void SearchPane::select(const QString &identifier)
 {
-    m_selecting = true;
-    table().setCurrentIndex(QModelIndex());
+    QModelIndex found;
     for (int row = 0; row < m_model.rowCount(); ++row) {
         if (m_model.index(row, 0).data(Quire::IdentifierRole).toString() == identifier)
-            table().setCurrentIndex(m_model.index(row, 0));
+            found = m_model.index(row, 0);
     }
-    m_selecting = false;
+    m_choice->select(found);
 }
 
-void SearchPane::takeCurrent(const QModelIndex &index)
+void SearchPane::takeChosen(const QModelIndex &index)
 {
-    if (!m_selecting && index.isValid())
-        Q_EMIT storyChosen(index.data(Quire::PathRole).toString(), index.data(Quire::IdentifierRole).toString());
+    Q_EMIT storyChosen(index.data(Quire::PathRole).toString(), index.data(Quire::IdentifierRole).toString());
 }
 
 void SearchPane::showState()

@@ -8,6 +8,8 @@ class QPushButton;
 
 namespace Desk {
 
+class RowChoice;
+
 /// The hits of a search, while they arrive.
 class SearchPane : public TablePane
 {
@@ -29,14 +31,14 @@ Q_SIGNALS:
 
 private:
     void arrange();
-    void takeCurrent(const QModelIndex &index);
+    void takeChosen(const QModelIndex &index);
     void showState();
 
     Quire::SearchModel m_model;
     QString m_words;
     QString m_path;
+    RowChoice *m_choice;
     QPushButton *m_stop;
-    bool m_selecting = false; // by the program
 };
 
 } // namespace Desk

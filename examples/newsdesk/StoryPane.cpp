@@ -184,6 +184,7 @@ void StoryPane::addStyleKeys()
 void StoryPane::open(const QString &queue, const QString &identifier)
 {
     m_banner->clear();
+    m_gone = false;
     m_identifier = identifier;
     Quire::StoryID id{};
     Quire::String2StoryID(identifier, &id, 10);
@@ -204,6 +205,14 @@ void StoryPane::noteChanged(const QString &identifier)
     const QChar colon = QLatin1Char(':');
     if (identifier.section(colon, 0, 0) == m_identifier.section(colon, 0, 0) && !m_identifier.isEmpty())
         m_model.refresh();
+}
+
+void StoryPane::noteGone()
+{
+    if (!std::exchange(m_gone, true))
+        m_banner->tell(m_model.isModified()
+                           ? tr("This story is no longer in the queue. What you typed is still here.")
+                           : tr("This story is no longer in the queue. What you see was read before that."));
 }
 
 void StoryPane::resume()

@@ -38,6 +38,8 @@ public:
     QString identifier() const { return m_identifier; }
     /// The story has changed on the server.
     void noteChanged(const QString &identifier);
+    /// The story is no longer in its queue: what has been read of it stays.
+    void noteGone();
     /// After signing on anew, see StoryEditing::resume.
     void resume();
     /// Takes over the colours of the appearance.
@@ -75,6 +77,7 @@ private:
     QTextEdit *m_text;
     BodyDocument *m_document;
     FieldsForm *m_form;
+    bool m_gone = false;    // from its queue, which has been told
     bool m_refused = false; // somebody else has the lock
     bool m_typing = false;  // what the model has is on its way from here
 };

@@ -5,6 +5,7 @@
 #include <QVBoxLayout>
 
 #include "EntryDelegate.h"
+#include "RowChoice.h"
 
 namespace Desk {
 
@@ -32,12 +33,12 @@ TreePane::TreePane(QWidget *parent)
 
 void TreePane::open()
 {
-    if (m_view->model()) {
+    if (!m_choice) {
+        m_choice = new RowChoice(*m_view, m_model); // and the view begins to read
+        connect(m_choice, &RowChoice::chosen, this, &TreePane::takeChosen);
+    } else {
         m_model.setRootPath(m_model.rootPath());
-        return;
     }
-    m_view->setModel(&m_model); // which begins to read
-    connect(m_view->selectionModel(), &QItemSelectionModel::currentChanged, this, &TreePane::takeCurrent);
 }
 
 void TreePane::refresh()
@@ -48,15 +49,13 @@ void TreePane::refresh()
 void TreePane::select(const QString &path)
 {
     const QModelIndex index = m_model.indexOf(path);
-    m_selecting = true;
     if (index.isValid())
-        m_view->setCurrentIndex(index);
-    m_selecting = false;
+        m_choice->select(index);
 }
 
-void TreePane::takeCurrent(const QModelIndex &index)
+void TreePane::takeChosen(const QModelIndex &index)
 {
-    if (!m_selecting && index.isValid() && m_model.isQueue(index))
+    if (m_model.isQueue(index))
         Q_EMIT queueChosen(m_model.path(index));
 }
 

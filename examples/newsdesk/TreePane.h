@@ -9,6 +9,8 @@ class QTreeView;
 
 namespace Desk {
 
+class RowChoice;
+
 /// The newsroom's tree of directories and queues.
 class TreePane : public QWidget
 {
@@ -32,11 +34,11 @@ Q_SIGNALS:
     void failed(const QString &text);
 
 private:
-    void takeCurrent(const QModelIndex &index);
+    void takeChosen(const QModelIndex &index);
 
     Quire::DirectoryModel m_model;
     QTreeView *m_view;
-    bool m_selecting = false;
+    RowChoice *m_choice = nullptr; // from the first signing on
 };
 
 } // namespace Desk

@@ -72,6 +72,20 @@ QString DeskTest::answer(const QString &button, const std::function<void()> &act
     return asked;
 }
 
+void DeskTest::changeElsewhere(qint32 story, const char *title)
+{
+    const auto producer = newsroom().signOn(text("producer"), text("air"), QString());
+    Newsroom::StoryDraft draft = newsroom().edit(producer.value, story).value;
+    draft.putField(text("title"), text(title));
+    ASSERT_TRUE(newsroom().save(producer.value, draft).ok());
+}
+
+void DeskTest::deleteElsewhere(qint32 story)
+{
+    const auto producer = newsroom().signOn(text("producer"), text("air"), QString());
+    ASSERT_EQ(newsroom().deleteStory(producer.value, story), Newsroom::Refusal::None);
+}
+
 void DeskTest::openQueue(const char *path)
 {
     QTreeView &view = window->tree().view();
@@ -100,6 +114,20 @@ void DeskTest::openStory(int row)
         comes([this] { return window->story().model().rowCount() > 0 && !window->story().model().isLoading(); }));
 }
 
+void DeskTest::beginSearch(const char *words)
+{
+    window->searchLine().setFocus();
+    window->searchLine().clear();
+    QTest::keyClicks(&window->searchLine(), text(words));
+    QTest::keyClick(&window->searchLine(), Qt::Key_Return);
+}
+
+void DeskTest::search(const char *words)
+{
+    beginSearch(words);
+    ASSERT_TRUE(comes([this] { return !window->hits().model().isLoading(); }));
+}
+
 void DeskTest::beginEditing()
 {
     press("edit");
@@ -123,6 +151,22 @@ QLineEdit &DeskTest::line(const char *field)
 QString DeskTest::label(const char *name)
 {
     return window->findChild<QLabel *>(text(name))->text();
+}
+
+QString DeskTest::cell(int row, const char *column)
+{
+    const Quire::QueueModel &queue = window->queue().model();
+    return queue.index(row, queue.columnOf(text(column))).data().toString();
+}
+
+QString DeskTest::count(const Desk::TablePane &pane)
+{
+    return pane.findChild<QLabel *>(text("count"))->text();
+}
+
+QString DeskTest::emptyText(const Desk::TablePane &pane)
+{
+    return pane.findChild<QLabel *>(text("empty"))->text();
 }
 
 QPushButton &DeskTest::button(const char *name)

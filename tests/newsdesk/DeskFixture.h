@@ -56,10 +56,20 @@ protected:
     QString answer(const QString &button, const std::function<void()> &act);
     /// \}
 
+    /// \name What a colleague does meanwhile: "producer"
+    /// \{
+    void changeElsewhere(qint32 story, const char *title);
+    void deleteElsewhere(qint32 story);
+    /// \}
+
     /// Opens a queue by clicks in the tree, and waits for its stories.
     void openQueue(const char *path);
     /// Clicks on the story and waits for its fields.
     void openStory(int row);
+    /// Types words to be searched for, and Enter.
+    void beginSearch(const char *words);
+    /// The same, and waits for all hits.
+    void search(const char *words);
     /// Takes the lock of the story.
     void beginEditing();
     /// Types into the field \a name, in place of what is there.
@@ -68,6 +78,11 @@ protected:
     QLineEdit &line(const char *field);
     QString label(const char *name);
     QPushButton &button(const char *name);
+    /// What the queue has in that row under \a column.
+    QString cell(int row, const char *column);
+    /// What stands at the right above the table, and in its place when it is empty.
+    static QString count(const Desk::TablePane &pane);
+    static QString emptyText(const Desk::TablePane &pane);
     /// The first number of the story that is shown.
     qint32 storyNumber();
     /// The field of the story on the server.

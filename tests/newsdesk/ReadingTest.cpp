@@ -18,29 +18,8 @@ namespace {
 class ReadingTest : public DeskTest
 {
 protected:
-    QString cell(int row, const char *column)
-    {
-        const Quire::QueueModel &queue = window->queue().model();
-        return queue.index(row, queue.columnOf(text(column))).data().toString();
-    }
-    QString count() { return window->queue().findChild<QLabel *>(text("count"))->text(); }
-    void search(const char *words)
-    {
-        window->searchLine().setFocus();
-        window->searchLine().clear();
-        QTest::keyClicks(&window->searchLine(), text(words));
-        QTest::keyClick(&window->searchLine(), Qt::Key_Return);
-        ASSERT_TRUE(comes([this] { return !window->hits().model().isLoading(); }));
-    }
     /// A colour of the window as it is seen.
     QColor seen(QWidget &widget) { return widget.grab().toImage().pixelColor(3, widget.height() - 3); }
-    void changeElsewhere(qint32 story, const char *title)
-    {
-        const auto producer = newsroom().signOn(text("producer"), text("air"), QString());
-        Newsroom::StoryDraft draft = newsroom().edit(producer.value, story).value;
-        draft.putField(text("title"), text(title));
-        ASSERT_TRUE(newsroom().save(producer.value, draft).ok());
-    }
 };
 
 } // namespace
@@ -64,14 +43,14 @@ TEST_F(ReadingTest, AQueueShowsItsStories)
     EXPECT_EQ(window->queue().model().rowCount(), 28);
     EXPECT_EQ(cell(2, "title"), text("Harbour tunnel floods"));
     EXPECT_TRUE(window->queue().table().isVisible());
-    EXPECT_EQ(count(), text("28 stories, live"));
+    EXPECT_EQ(count(window->queue()), text("28 stories, live"));
 }
 
 TEST_F(ReadingTest, AnEmptyQueueSaysSo)
 {
     openQueue("ARCHIVE.EMPTY");
     EXPECT_FALSE(window->queue().table().isVisible());
-    EXPECT_EQ(window->queue().findChild<QLabel *>(text("empty"))->text(), text("There are no stories in this queue."));
+    EXPECT_EQ(emptyText(window->queue()), text("There are no stories in this queue."));
 }
 
 TEST_F(ReadingTest, TheBarRunsWhileAQueueLoads)
@@ -84,12 +63,12 @@ TEST_F(ReadingTest, TheBarRunsWhileAQueueLoads)
     ASSERT_TRUE(comes([this] { return window->queue().model().rowCount() == 20; }));
     EXPECT_EQ(bar.maximum(), 0);
     EXPECT_TRUE(bar.isVisible());
-    EXPECT_EQ(count(), text("loading, 20 so far"));
+    EXPECT_EQ(count(window->queue()), text("loading, 20 so far"));
     EXPECT_EQ(cell(0, "title").isEmpty(), false); // and what has come can be read
     server().faults().clear();
     ASSERT_TRUE(comes([this] { return !window->queue().model().isLoading(); }));
     EXPECT_EQ(bar.maximum(), 1);
-    EXPECT_EQ(count(), text("45 stories"));
+    EXPECT_EQ(count(window->queue()), text("45 stories"));
 }
 
 TEST_F(ReadingTest, AQueueThatCannotBeReadAgainKeepsItsRowsAndSaysWhy)
@@ -99,7 +78,7 @@ TEST_F(ReadingTest, AQueueThatCannotBeReadAgainKeepsItsRowsAndSaysWhy)
     QTest::keyClick(window.get(), Qt::Key_F5);
     ASSERT_TRUE(comes([this] { return !window->queue().model().errorText().isEmpty(); }));
     EXPECT_EQ(window->queue().model().rowCount(), 28);
-    EXPECT_EQ(count(), text("28 stories, not up to date: Command is not authorized."));
+    EXPECT_EQ(count(window->queue()), text("28 stories, not up to date: Command is not authorized."));
 }
 
 TEST_F(ReadingTest, AStoryShowsItsFieldsAndItsFormattedText)
@@ -147,7 +126,7 @@ TEST_F(ReadingTest, ASearchShowsItsHitsAndAHitItsStory)
     const Quire::SearchModel &hits = window->hits().model();
     EXPECT_TRUE(window->hits().isVisible());
     ASSERT_GT(hits.rowCount(), 1);
-    EXPECT_EQ(window->hits().findChild<QLabel *>(text("count"))->text(), text("%1 stories found").arg(hits.rowCount()));
+    EXPECT_EQ(count(window->hits()), text("%1 stories found").arg(hits.rowCount()));
     click(window->hits().table(), hits.index(0, 0));
     ASSERT_TRUE(comes([this] { return !window->story().identifier().isEmpty(); }));
     ASSERT_TRUE(comes([this] { return !window->story().model().isLoading(); }));
@@ -161,32 +140,9 @@ TEST_F(ReadingTest, ASearchInVainSaysSoAndLeadsBack)
     openQueue("SPORT.FOOTBALL");
     search("nosuchwordanywhere");
     EXPECT_EQ(window->hits().model().rowCount(), 0);
-    EXPECT_EQ(window->hits().findChild<QLabel *>(text("empty"))->text(), text("Nothing was found."));
+    EXPECT_EQ(emptyText(window->hits()), text("Nothing was found."));
     QTest::mouseClick(window->hits().findChild<QPushButton *>(text("back")), Qt::LeftButton);
     EXPECT_TRUE(window->queue().isVisible());
-}
-
-TEST_F(ReadingTest, WhatChangesInALiveQueueIsMarkedUntilItIsRead)
-{
-    openQueue("SHOWS.EVENING.RUNDOWN");
-    const Quire::QueueModel &queue = window->queue().model();
-    const QString identifier = queue.identifier(queue.index(5, 0));
-    const auto number = identifier.section(QLatin1Char(':'), 0, 0).toInt();
-    EXPECT_FALSE(window->queue().marks().isMarked(identifier));
-    changeElsewhere(number, "Rail strike called off");
-    ASSERT_TRUE(comes([&] { return window->queue().marks().isMarked(identifier); }));
-    EXPECT_EQ(cell(5, "title"), text("Rail strike called off"));
-    EXPECT_TRUE(window->queue().marks().isFresh(identifier));
-    openStory(5);
-    EXPECT_FALSE(window->queue().marks().isMarked(identifier));
-}
-
-TEST_F(ReadingTest, AStoryThatIsShownFollowsItsChanges)
-{
-    openQueue("SHOWS.EVENING.RUNDOWN");
-    openStory(5);
-    changeElsewhere(storyNumber(), "Rail strike called off");
-    EXPECT_TRUE(comes([this] { return label("title") == text("Rail strike called off"); }));
 }
 
 TEST_F(ReadingTest, ColoursAreLightOrDark)
