@@ -6,6 +6,7 @@
 #include <QProgressBar>
 #include <QPushButton>
 
+#include "Reason.h"
 #include "RowChoice.h"
 #include "StoryTable.h"
 
@@ -32,7 +33,7 @@ SearchPane::SearchPane(QWidget *parent)
     connect(&m_model, &SearchModel::rowsInserted, this, &SearchPane::showState);
     connect(&m_model, &SearchModel::rowsRemoved, this, &SearchPane::showState);
     connect(&m_model, &SearchModel::loadingChanged, this, &SearchPane::showState);
-    connect(&m_model, &SearchModel::failed, this, &SearchPane::failed);
+    connect(&m_model, &SearchModel::failed, this, [this] { Q_EMIT failed(reason(m_model)); });
     connect(m_choice, &RowChoice::chosen, this, &SearchPane::takeChosen);
     connect(m_stop, &QPushButton::clicked, this, [this] { m_model.stop(); });
     connect(back, &QPushButton::clicked, this, &SearchPane::closed);
@@ -73,16 +74,21 @@ void SearchPane::takeChosen(const QModelIndex &index)
 void SearchPane::showState()
 {
     const QString place = m_path == QLatin1String(".") ? tr("the whole newsroom") : m_path;
-    const QString count = QLocale().toString(m_model.rowCount());
-    showHead(tr("“%1” in %2").arg(m_words, place), m_model.isLoading()       ? tr("searching, %1 so far").arg(count)
-                                                   : m_model.rowCount() == 1 ? tr("1 story found")
-                                                                             : tr("%1 stories found").arg(count));
+    showHead(tr("“%1” in %2").arg(m_words, place), countText());
     m_stop->setVisible(m_model.isLoading());
-    const QString error = m_model.errorText();
     showRows(m_model.rowCount(), m_model.isLoading(),
-             m_model.isLoading() ? tr("Searching…")
-             : error.isEmpty()   ? tr("Nothing was found.")
-                                 : error);
+             m_model.isLoading()    ? tr("Searching…")
+             : m_model.error() == 0 ? tr("Nothing was found.")
+                                    : reason(m_model));
+}
+
+QString SearchPane::countText() const
+{
+    const QString count = QLocale().toString(m_model.rowCount());
+    if (m_model.isLoading())
+        return tr("searching, %1 so far").arg(count);
+    const QString found = m_model.rowCount() == 1 ? tr("1 story found") : tr("%1 stories found").arg(count);
+    return m_model.error() == 0 ? found : tr("%1 before it failed: %2").arg(found, reason(m_model));
 }
 
 } // namespace Desk

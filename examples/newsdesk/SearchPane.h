@@ -33,6 +33,7 @@ private:
     void arrange();
     void takeChosen(const QModelIndex &index);
     void showState();
+    QString countText() const;
 
     Quire::SearchModel m_model;
     QString m_words;

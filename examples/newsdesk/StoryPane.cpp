@@ -19,6 +19,7 @@
 #include "Banner.h"
 #include "BodyDocument.h"
 #include "FieldsForm.h"
+#include "Reason.h"
 #include "StoryEditing.h"
 
 namespace Desk {
@@ -286,10 +287,11 @@ void StoryPane::tellRefusal(const QString &holder)
     m_banner->tell(tr("%1 is editing this story. You can read it meanwhile.").arg(holder), tr("&Try again"));
 }
 
-void StoryPane::tellFailure(const QString &text)
+void StoryPane::tellFailure()
 {
     if (std::exchange(m_refused, false))
         return; // which says it better
+    const QString text = reason(m_model);
     m_banner->tell(m_model.isModified() ? tr("Not saved: %1 What you typed is still here.").arg(text) : text,
                    tr("&Try again"));
 }

@@ -61,7 +61,7 @@ private:
     void showState();
     void showTitle();
     void tellRefusal(const QString &holder);
-    void tellFailure(const QString &text);
+    void tellFailure();
     void tryAgain();
 
     Quire::StoryFieldsModel m_model;

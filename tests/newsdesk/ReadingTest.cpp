@@ -8,11 +8,16 @@
 #include <QTextEdit>
 #include <QTreeView>
 
+#include <quire/notify/Search.h>
+#include <quire/tree/ItemList.h>
+
 #include "Appearance.h"
 
 using Newsroom::Fault;
 
 namespace {
+
+const auto codeWithoutSentence = static_cast<HRESULT>(0x80040403);
 
 /// Reading: the tree, queues, stories, searches.
 class ReadingTest : public DeskTest
@@ -20,6 +25,19 @@ class ReadingTest : public DeskTest
 protected:
     /// A colour of the window as it is seen.
     QColor seen(QWidget &widget) { return widget.grab().toImage().pixelColor(3, widget.height() - 3); }
+    /// Adds a hit to the search that runs; false when none does.
+    static bool addHit()
+    {
+        Quire::Search *const searcher = Quire::Search::GetSearcher();
+        for (long id = 1; id < 10; ++id) {
+            if (Quire::ItemList *const list = searcher->AccessSearchResults(id)) {
+                list->Append(Quire::Item(text("Found early"), Quire::Item_SearchHit));
+                searcher->EndAccessSearchResults(id);
+                return true;
+            }
+        }
+        return false;
+    }
 };
 
 } // namespace
@@ -81,6 +99,25 @@ TEST_F(ReadingTest, AQueueThatCannotBeReadAgainKeepsItsRowsAndSaysWhy)
     EXPECT_EQ(count(window->queue()), text("28 stories, not up to date: Command is not authorized."));
 }
 
+TEST_F(ReadingTest, AQueueThatIsRefusedWithoutASentenceIsNotCalledEmpty)
+{
+    server().faults().failEvery(text("IQueue2::GetList"), Fault::hresult(codeWithoutSentence));
+    window->openQueue(text("SPORT.FOOTBALL"));
+    ASSERT_TRUE(comes([this] { return !window->queue().model().isLoading(); }));
+    EXPECT_EQ(window->queue().model().rowCount(), 0);
+    EXPECT_EQ(emptyText(window->queue()), text("The server refuses this (0x80040403)."));
+    EXPECT_EQ(count(window->queue()), text("0 stories, not up to date: The server refuses this (0x80040403)."));
+}
+
+TEST_F(ReadingTest, AQueueThatIsRefusedWithoutASentenceWhenItIsReadAgainSaysSo)
+{
+    openQueue("SHOWS.EVENING.RUNDOWN");
+    server().faults().failNext(text("IQueue2::GetList"), Fault::hresult(codeWithoutSentence));
+    QTest::keyClick(window.get(), Qt::Key_F5);
+    ASSERT_TRUE(comes([this] { return window->queue().model().error() != 0; }));
+    EXPECT_EQ(count(window->queue()), text("28 stories, not up to date: The server refuses this (0x80040403)."));
+}
+
 TEST_F(ReadingTest, AStoryShowsItsFieldsAndItsFormattedText)
 {
     openQueue("SHOWS.EVENING.RUNDOWN");
@@ -133,6 +170,18 @@ TEST_F(ReadingTest, ASearchShowsItsHitsAndAHitItsStory)
     EXPECT_EQ(window->story().model().queuePath(), hits.index(0, 0).data(Quire::PathRole).toString());
     const QString all = label("title") + window->story().text().toPlainText() + line("title").text();
     EXPECT_TRUE(all.contains(text("Solheim"))) << all.toStdString();
+}
+
+TEST_F(ReadingTest, ASearchThatFailsHalfwaySaysThatItsHitsAreNotAll)
+{
+    server().delivery().pause();
+    beginSearch("solheim");
+    ASSERT_TRUE(comes([] { return addHit(); }));
+    ASSERT_TRUE(comes([this] { return window->hits().model().rowCount() == 1; }));
+    server().triggerLogout();
+    server().delivery().resume();
+    ASSERT_TRUE(comes([this] { return !window->hits().model().isLoading(); }));
+    EXPECT_EQ(count(window->hits()), text("1 story found before it failed: User not logged in."));
 }
 
 TEST_F(ReadingTest, ASearchInVainSaysSoAndLeadsBack)
