@@ -37,6 +37,8 @@ void TreePane::open()
     if (!m_choice) {
         m_choice = new RowChoice(*m_view, m_model); // and the view begins to read
         connect(m_choice, &RowChoice::chosen, this, &TreePane::takeChosen);
+    } else if (m_model.rowCount() > 0) {
+        m_model.refresh(); // and what is open stays open
     } else {
         m_model.setRootPath(m_model.rootPath());
     }

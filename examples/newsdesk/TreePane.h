@@ -22,7 +22,7 @@ public:
     Quire::DirectoryModel &model() { return m_model; }
     QTreeView &view() { return *m_view; }
 
-    /// Reads the top of the tree, as after signing on.
+    /// Reads the tree, as after signing on: the top, or again all that has been read.
     void open();
     /// Reads again what has been read.
     void refresh();

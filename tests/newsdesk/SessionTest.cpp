@@ -3,6 +3,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QTemporaryDir>
 #include <QTreeView>
 
@@ -36,7 +37,33 @@ TEST_F(DeskSessionTest, ALogoutIsToldAndSigningOnAgainGoesOn)
     signOnAgain();
     EXPECT_TRUE(window->notice().isHidden());
     ASSERT_TRUE(comes([this] { return !window->queue().model().isLoading(); }));
-    EXPECT_EQ(window->queue().model().errorText(), QString());
+    EXPECT_EQ(window->queue().model().error(), 0);
+    EXPECT_EQ(label("title"), text("Harbour tunnel floods"));
+}
+
+TEST_F(DeskSessionTest, TheTreeStaysAsItWasOpenedWhenOneSignsOnAgain)
+{
+    openQueue("SHOWS.EVENING.RUNDOWN");
+    const Quire::DirectoryModel &tree = window->tree().model();
+    QTreeView &view = window->tree().view();
+    for (const char *path : {"MAIL", "SPORT", "ARCHIVE", "WIRES", "DESKS"}) {
+        view.expand(tree.indexOf(text(path)));
+        ASSERT_TRUE(comes([&] { return !tree.isLoading(); }));
+    }
+    view.verticalScrollBar()->setValue(view.verticalScrollBar()->maximum());
+    const int scrolled = view.verticalScrollBar()->value();
+    ASSERT_GT(scrolled, 0);
+    server().triggerLogout();
+    ASSERT_TRUE(comes([this] { return !window->notice().isHidden(); }));
+    ASSERT_FALSE(newsroom().addQueue(text("SHOWS.EVENING.LATE")).value == 0);
+    signOnAgain();
+    ASSERT_TRUE(comes([&] { return tree.indexOf(text("SHOWS.EVENING.LATE")).isValid(); })); // it has been read anew
+    ASSERT_TRUE(comes([&] { return !tree.isLoading(); }));
+    for (const char *path : {"SHOWS", "SHOWS.EVENING"})
+        EXPECT_TRUE(view.isExpanded(tree.indexOf(text(path)))) << path;
+    EXPECT_EQ(tree.path(view.currentIndex()), text("SHOWS.EVENING.RUNDOWN"));
+    EXPECT_TRUE(view.selectionModel()->isSelected(tree.indexOf(text("SHOWS.EVENING.RUNDOWN"))));
+    EXPECT_EQ(view.verticalScrollBar()->value(), scrolled);
 }
 
 TEST_F(DeskSessionTest, WhatWasTypedOutlivesALogout)
