@@ -26,7 +26,8 @@ using Newsroom::Fault;
 /// When it goes, it ends the library's notices and session, deletes the searches that the host left (their lists go
 /// with them), forgets the forms that the library keeps, and sets the library's settings to what they were. What the
 /// host still holds of the server then (objects, connections, the server access lock) is reported as a failure at the
-/// line where the newsroom was made.
+/// line where the newsroom was made. Models must have gone before that, and ServerModel::waitForServer must have told
+/// that nothing of theirs still runs.
 ///
 /// The newsroom is described as Newsroom::NewsroomText says. A text that names no user gets one: "host", password
 /// "host". A text that is wrong is reported, with its line; what stood before that is there.

@@ -15,6 +15,8 @@
 ///         QUIRE_EVENTUALLY(window.rowCount() == 1);
 ///     }
 ///
+/// A window with models wants ServerModel::waitForServer after its end, before the newsroom goes, see StandIn.
+///
 /// When the newsroom goes, whatever the host has not given back is a failure of that test. Failures are injected
 /// through StandIn::faults() and failEachCall().
 ///
