@@ -15,7 +15,8 @@ enum ModelRole {
     NameRole, ///< QString: the name as the server gives it, whatever the column.
     PathRole, ///< QString: the path of the directory or queue; of stories and hits that of the queue that holds them.
     TypeRole, ///< int: an ItemType.
-    LockRole, ///< QString, there only on what is locked: "E" for an edit lock, what a story's header says, or empty.
+    LockRole, ///< QString, there only on what is locked: "E" for an edit lock of a directory or queue, otherwise empty;
+              ///< of a story what its header says. That somebody edits a story shows in no list: Story::IsLocked tells.
     UrgencyRole, ///< int: 0, 1 or 2, how urgent the cell is; in the column of the name, the most urgent of the story.
     FlagsRole,   ///< int: the flags of the cell's attribute, see Attribute.
     CountRole,   ///< int: the number of entries that the server tells of a sub-directory.
