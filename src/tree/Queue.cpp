@@ -94,7 +94,7 @@ bool Queue::Describe(const IDispatchPtr &object)
 Queue::~Queue()
 {
     // Loads that were abandoned before have had their time.
-    const QDeadlineTimer deadline(AbandonLoad(longestWait));
+    const QDeadlineTimer deadline(AbandonLoad());
     m_presence->close();
     if (m_liveRefresh)
         StopUpdates(deadline);
@@ -231,15 +231,19 @@ void Queue::LoadNow(const Orvex::IQueue2Ptr &queue)
 /// A load without a worker, which other threads can abandon as they can any other.
 std::shared_ptr<QueueLoad> Queue::StartNow()
 {
-    AbandonLoad(0);
-    const ListMutexLocker lock("Queue::Populate()", listMutex().get());
-    AbandonOutdated();
-    m_loadLimit = NextLimit();
-    auto load = std::make_shared<QueueLoad>(this, m_loadLimit);
-    MarkStarted(load.get(), false);
-    const MutexLocker guard(m_workerMutex);
-    ForgetEnded();
-    m_outdatedLoads.push_back(load);
+    std::unique_ptr<QueueListThread> outdated;
+    std::shared_ptr<QueueLoad> load;
+    {
+        const ListMutexLocker lock("Queue::Populate()", listMutex().get());
+        outdated = TakeWorker();
+        AbandonOutdated();
+        m_loadLimit = NextLimit();
+        load = std::make_shared<QueueLoad>(this, m_loadLimit);
+        MarkStarted(load.get(), false);
+        const MutexLocker guard(m_workerMutex);
+        m_outdatedLoads.push_back(load);
+    }
+    QueueListThread::retire(std::move(outdated));
     return load;
 }
 
@@ -307,7 +311,7 @@ void Queue::Completed()
     const std::shared_ptr<WorkerPresence> presence = m_presence;
     if (m_liveRefresh)
         QueueUpdateMgr::BeginQueueUpdates(this);
-    if (!presence->isClosed())
+    if (!presence->isShutOut())
         MarkComplete(QueueLoad::completing());
 }
 
@@ -378,7 +382,7 @@ long Queue::GetError()
 void Queue::cancelQueueLoad(bool wait)
 {
     if (wait) {
-        AbandonLoad(longestWait);
+        AbandonLoad();
         return;
     }
     const MutexLocker guard(m_workerMutex);
@@ -417,18 +421,37 @@ void Queue::AbandonOutdated()
         load->abandon();
 }
 
-/// Cancels the load and lets go of it, at the latest after \a wait ms; also of the host's Completed for a load before
-/// it. Returns what is left of that time, which is none without a worker.
-QDeadlineTimer Queue::AbandonLoad(int wait)
+/// Cancels the load and lets go of it, at the latest when longestWait is over; also of the host's Completed for a load
+/// before it. Returns what is left of that time, which is none without a worker.
+QDeadlineTimer Queue::AbandonLoad()
 {
-    QDeadlineTimer deadline(wait);
+    QDeadlineTimer deadline(longestWait);
     std::unique_ptr<QueueListThread> worker = TakeWorker();
     const bool hasWorker = worker != nullptr;
-    if (hasWorker)
+    if (hasWorker) {
         worker->load()->cancel();
+        WaitFor(*worker, QDeadlineTimer(longestWait / 2));
+    }
+    ShutOutdatedOut(); // with time left for those that are just inside
     LetGo(std::move(worker), deadline);
     const bool hadOthers = m_presence->waitForOthers(deadline);
     return hasWorker || hadOthers ? deadline : QDeadlineTimer();
+}
+
+/// No worker that was taken gets any further into the queue, but for this one.
+void Queue::ShutOutdatedOut()
+{
+    const MutexLocker guard(m_workerMutex);
+    for (const std::shared_ptr<QueueLoad> &load : m_outdatedLoads) {
+        if (load.get() != QueueLoad::completing())
+            load->shutOut();
+    }
+}
+
+void Queue::WaitFor(QueueListThread &worker, const QDeadlineTimer &deadline)
+{
+    if (!deadline.hasExpired() && QThread::currentThread() != &worker)
+        worker.wait(deadline);
 }
 
 /// Nothing arrives of its load any more, at the latest after \a deadline.
@@ -436,8 +459,7 @@ void Queue::LetGo(std::unique_ptr<QueueListThread> worker, const QDeadlineTimer 
 {
     if (!worker)
         return;
-    if (!deadline.hasExpired() && QThread::currentThread() != worker.get())
-        worker->wait(deadline);
+    WaitFor(*worker, deadline);
     worker->load()->abandon();
     QueueListThread::retire(std::move(worker));
 }

@@ -61,8 +61,8 @@ public:
     /// The queue that \a object is; begins to load it. An empty list without a name for any other object.
     explicit Queue(IDispatchPtr object);
     /// Ends the load and the server's reports; see above for how long that may take. A subclass that overrides
-    /// Completed calls cancelQueueLoad(true) in its own destructor; that gives a running Completed the same 100 ms, and
-    /// one that takes longer touches no members of its own after the call of Queue::Completed.
+    /// Completed or SetUpdate calls cancelQueueLoad(true) in its own destructor; that gives what runs of them the same
+    /// 100 ms, and a Completed that takes longer touches no members of its own after the call of Queue::Completed.
     ~Queue() override;
 
     bool IsDirectory() override;
@@ -78,8 +78,9 @@ public:
     virtual bool IsComplete();
     /// Called by the worker when a load has ended without being cancelled: registers a queue with live refresh for
     /// updates and makes IsComplete true. Overrides call it first. Not called for a load that got no thread. Where the
-    /// queue goes while the server has not answered yet, this leaves on the worker by an exception, which is no
-    /// std::exception, and so does SetUpdate: let it pass, there is nothing left to do.
+    /// queue goes, or lets go of the load, while the server has not answered yet, this leaves on the worker by an
+    /// exception, which is neither a std::exception nor a _com_error, and so does SetUpdate: let it pass, there is
+    /// nothing left to do.
     virtual void Completed();
     /// No worker is running. Collects the worker.
     virtual bool IsFinished();
@@ -87,7 +88,8 @@ public:
     /// when it got no thread.
     long GetError();
     /// Tells the worker to stop after the chunk that it is reading. With \a wait also lets go of it: after at most 100
-    /// ms nothing arrives any more.
+    /// ms nothing arrives any more, and the worker calls neither Completed nor SetUpdate. Half of that time is the
+    /// worker's to complete a load that it has read. The queue can be refreshed and loaded on afterwards.
     void cancelQueueLoad(bool wait);
 
     /// \}
@@ -173,7 +175,9 @@ private:
     std::shared_ptr<QueueLoad> StartNow();
     static void ReadAll(QueueLoad &load, const Orvex::IQueuePtr &list);
     void RegisterIfLoaded();
-    QDeadlineTimer AbandonLoad(int wait);
+    QDeadlineTimer AbandonLoad();
+    void ShutOutdatedOut();
+    static void WaitFor(QueueListThread &worker, const QDeadlineTimer &deadline);
     static void LetGo(std::unique_ptr<QueueListThread> worker, const QDeadlineTimer &deadline);
     std::unique_ptr<QueueListThread> TakeWorker();
     std::unique_ptr<QueueListThread> TakeWorkerLocked() QUIRE_REQUIRES(m_workerMutex);

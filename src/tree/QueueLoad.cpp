@@ -5,7 +5,6 @@
 
 #include "ObjectArray.h"
 #include "ServerCall.h"
-#include "WorkerPresence.h"
 #include <quire/platform/Variant.h>
 #include <quire/session/QuireCOMMutex.h>
 #include <quire/tree/ListMutexLocker.h>
@@ -111,8 +110,8 @@ void QueueLoad::complete()
 {
     Queue *queue = nullptr;
     publish([&](Queue &current) {
-        queue = &current;
-        m_presence->enter();
+        if (m_presence->enter(m_pass))
+            queue = &current;
     });
     if (!queue)
         return;

@@ -11,6 +11,7 @@
 #include <atomic>
 #include <memory>
 
+#include "WorkerPresence.h"
 #include <quire/orvex/Orvex.h>
 #include <quire/session/Mutex.h>
 #include <quire/tree/ListMutexLocker.h>
@@ -18,7 +19,6 @@
 namespace Quire {
 
 class Queue;
-class WorkerPresence;
 
 /// Reads chunks of stories from the server into a queue's list, for as long as it is the queue's load: once abandoned
 /// it never touches the queue again, which may then be gone.
@@ -39,6 +39,8 @@ public:
     bool isCancelled() const { return m_cancelled; }
     /// Nothing of this load reaches the queue from now on.
     void abandon();
+    /// The worker gets no further in the queue's Completed than it is, as soon as it calls the server or waits for it.
+    void shutOut() { m_pass.withdraw(); }
 
     /// The load ends with a failure: there is more to load.
     void fail(HRESULT error);
@@ -68,6 +70,7 @@ private:
     const qint32 m_limit;
 
     std::atomic<bool> m_cancelled{false};
+    WorkerPresence::Pass m_pass;
     Queue *m_queue QUIRE_GUARDED_BY(*m_listMutex);         // null once abandoned
     bool m_hasNews QUIRE_GUARDED_BY(*m_listMutex) = false; // stories of which the host has not been told
 

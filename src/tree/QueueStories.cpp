@@ -168,7 +168,12 @@ void Queue::SetUpdate(bool on)
     const qint32 queueId = m_queueId;
     // The server may take its time, and the queue may go meanwhile.
     WorkerPresence::Outside outside(m_presence);
-    SwitchUpdate(name, queueId, on);
+    try {
+        SwitchUpdate(name, queueId, on);
+    } catch (...) {
+        outside.comeBack(); // or else an override that catches what the server refuses would go on
+        throw;
+    }
     outside.comeBack();
 }
 

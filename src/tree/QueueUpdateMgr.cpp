@@ -130,7 +130,7 @@ void QueueUpdateMgr::pBeginQueueUpdates(Queue *queue)
     Beginning beginning(*this, queueId);
     queue->SetUpdate(true);
     const MutexLocker state(m_stateMutex);
-    if (presence->isClosed()) // cppcheck-suppress knownConditionTrueFalse; another thread closes it
+    if (presence->isShutOut())
         return; // its SetUpdate kept to itself that the queue has gone; its load switches the reports off again
     removeOne(m_pendingQueues, queueId);
     addOnce(m_watchedQueues, queueId);

@@ -8,39 +8,70 @@ namespace Quire {
 
 namespace {
 
-/// The queue that this thread is inside of; a worker belongs to one.
-thread_local const WorkerPresence *currentPresence = nullptr;
+/// Where this thread, a worker, has entered. A worker belongs to one queue.
+struct Visit
+{
+    const WorkerPresence *presence = nullptr;
+    const WorkerPresence::Pass *pass = nullptr;
+    bool isInside = false;
+};
+
+thread_local Visit visit;
 
 } // namespace
 
-void WorkerPresence::enter()
+bool WorkerPresence::enter(const Pass &pass)
 {
-    const MutexLocker lock(m_mutex);
-    ++m_inside;
-    currentPresence = this;
+    visit = {this, &pass, false};
+    const bool entered = comeIn();
+    if (!entered)
+        visit = {};
+    return entered;
 }
 
 void WorkerPresence::leave()
 {
-    if (!isInside())
+    if (visit.presence != this)
         return;
-    const MutexLocker lock(m_mutex);
-    --m_inside;
-    currentPresence = nullptr;
-    m_left.wakeAll();
+    if (visit.isInside)
+        goOut();
+    visit = {};
 }
 
 bool WorkerPresence::isInside() const
 {
-    return currentPresence == this;
+    return visit.presence == this && visit.isInside;
 }
 
-void WorkerPresence::close()
+bool WorkerPresence::isShutOut() const
+{
+    return visit.presence == this && !visit.isInside;
+}
+
+bool WorkerPresence::comeIn()
+{
+    const MutexLocker lock(m_mutex);
+    if (m_closed || visit.pass->isWithdrawn())
+        return false;
+    ++m_inside;
+    visit.isInside = true;
+    return true;
+}
+
+void WorkerPresence::goOut()
+{
+    const MutexLocker lock(m_mutex);
+    --m_inside;
+    visit.isInside = false;
+    m_left.wakeAll();
+}
+
+bool WorkerPresence::close()
 {
     const MutexLocker lock(m_mutex);
     m_closed = true;
     m_closer = QThread::currentThreadId();
-    waitForOthersLocked(QDeadlineTimer(QDeadlineTimer::Forever));
+    return waitForOthersLocked(QDeadlineTimer(QDeadlineTimer::Forever));
 }
 
 bool WorkerPresence::waitForOthers(const QDeadlineTimer &deadline)
@@ -71,33 +102,23 @@ bool WorkerPresence::isClosedHere() const
     return m_closed && m_closer == QThread::currentThreadId();
 }
 
-bool WorkerPresence::enterAgain()
-{
-    const MutexLocker lock(m_mutex);
-    if (m_closed)
-        return false;
-    ++m_inside;
-    currentPresence = this;
-    return true;
-}
-
 WorkerPresence::Outside::Outside(std::shared_ptr<WorkerPresence> presence)
     : m_presence(std::move(presence))
     , m_isOutside(m_presence->isInside() && !m_presence->isClosedHere())
 {
     if (m_isOutside)
-        m_presence->leave();
+        m_presence->goOut();
 }
 
 WorkerPresence::Outside::~Outside()
 {
     if (m_isOutside)
-        m_presence->enterAgain(); // an exception is on its way: it does what QueueGone would do
+        m_presence->comeIn();
 }
 
 void WorkerPresence::Outside::comeBack()
 {
-    if (std::exchange(m_isOutside, false) && !m_presence->enterAgain())
+    if (std::exchange(m_isOutside, false) && !m_presence->comeIn())
         throw QueueGone();
 }
 

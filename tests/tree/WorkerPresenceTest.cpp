@@ -28,6 +28,7 @@ protected:
     }
 
     const std::shared_ptr<WorkerPresence> presence = std::make_shared<WorkerPresence>();
+    WorkerPresence::Pass pass;
 };
 
 } // namespace
@@ -35,7 +36,7 @@ protected:
 TEST_F(WorkerPresenceTest, AThreadIsInsideFromEnteringToLeaving)
 {
     EXPECT_FALSE(presence->isInside());
-    presence->enter();
+    EXPECT_TRUE(presence->enter(pass));
     EXPECT_TRUE(presence->isInside());
     EXPECT_FALSE(onOtherThread([&] { return presence->isInside(); }));
     presence->leave();
@@ -46,7 +47,7 @@ TEST_F(WorkerPresenceTest, AThreadIsInsideFromEnteringToLeaving)
 
 TEST_F(WorkerPresenceTest, ItClosesWhenTheLastOtherThreadHasLeft)
 {
-    presence->enter();
+    EXPECT_TRUE(presence->enter(pass));
     std::future<void> closing = closeElsewhere();
     EXPECT_FALSE(closes(closing, 20));
     presence->leave();
@@ -55,7 +56,7 @@ TEST_F(WorkerPresenceTest, ItClosesWhenTheLastOtherThreadHasLeft)
 
 TEST_F(WorkerPresenceTest, WaitingForOthersEndsAtItsDeadline)
 {
-    presence->enter();
+    EXPECT_TRUE(presence->enter(pass));
     EXPECT_FALSE(presence->waitForOthers(QDeadlineTimer(QDeadlineTimer::Forever))); // this thread does not count
     EXPECT_TRUE(onOtherThread([&] { return presence->waitForOthers(QDeadlineTimer(1)); }));
     presence->leave();
@@ -63,7 +64,7 @@ TEST_F(WorkerPresenceTest, WaitingForOthersEndsAtItsDeadline)
 
 TEST_F(WorkerPresenceTest, WhoIsOutsideComesBackToAQueueThatIsThere)
 {
-    presence->enter();
+    EXPECT_TRUE(presence->enter(pass));
     WorkerPresence::Outside outside(presence);
     EXPECT_FALSE(presence->isInside());
     outside.comeBack();
@@ -82,17 +83,83 @@ TEST_F(WorkerPresenceTest, WhoWasNotInsideIsNotAfterwards)
 
 TEST_F(WorkerPresenceTest, WhoIsOutsideIsToldThatTheQueueHasGone)
 {
-    presence->enter();
+    EXPECT_TRUE(presence->enter(pass));
     WorkerPresence::Outside outside(presence);
     std::future<void> closing = closeElsewhere();
     EXPECT_TRUE(closes(closing, patience));
     EXPECT_THROW(outside.comeBack(), WorkerPresence::QueueGone);
     EXPECT_FALSE(presence->isInside());
+    presence->leave();
+}
+
+TEST_F(WorkerPresenceTest, WhoHasEnteredAndIsOutsideIsShutOut)
+{
+    EXPECT_FALSE(presence->isShutOut());
+    EXPECT_TRUE(presence->enter(pass));
+    EXPECT_FALSE(presence->isShutOut());
+    {
+        WorkerPresence::Outside outside(presence);
+        EXPECT_TRUE(presence->isShutOut());
+        EXPECT_FALSE(onOtherThread([&] { return presence->isShutOut(); }));
+        outside.comeBack();
+    }
+    EXPECT_FALSE(presence->isShutOut());
+    presence->leave();
+    EXPECT_FALSE(presence->isShutOut());
+}
+
+TEST_F(WorkerPresenceTest, NobodyEntersAClosedOne)
+{
+    presence->close();
+    EXPECT_FALSE(presence->enter(pass));
+    EXPECT_FALSE(presence->isInside());
+    EXPECT_FALSE(presence->isShutOut());
+}
+
+TEST_F(WorkerPresenceTest, AWithdrawnPassLetsNobodyInButForOthersPasses)
+{
+    pass.withdraw();
+    EXPECT_FALSE(presence->enter(pass));
+    EXPECT_FALSE(presence->isInside());
+    const WorkerPresence::Pass another;
+    EXPECT_TRUE(presence->enter(another));
+    presence->leave();
+}
+
+TEST_F(WorkerPresenceTest, WhoIsInsideStaysWhenItsPassIsWithdrawn)
+{
+    EXPECT_TRUE(presence->enter(pass));
+    pass.withdraw();
+    EXPECT_TRUE(presence->isInside());
+    EXPECT_TRUE(onOtherThread([&] { return presence->waitForOthers(QDeadlineTimer(1)); }));
+    presence->leave();
+}
+
+TEST_F(WorkerPresenceTest, WhoIsOutsideWithAWithdrawnPassDoesNotComeBack)
+{
+    EXPECT_TRUE(presence->enter(pass));
+    WorkerPresence::Outside outside(presence);
+    pass.withdraw();
+    EXPECT_THROW(outside.comeBack(), WorkerPresence::QueueGone);
+    EXPECT_TRUE(presence->isShutOut());
+    presence->leave();
+}
+
+TEST_F(WorkerPresenceTest, ClosingTellsWhetherItWaited)
+{
+    EXPECT_FALSE(presence->close());
+    EXPECT_FALSE(presence->enter(pass));
+    const auto other = std::make_shared<WorkerPresence>();
+    EXPECT_TRUE(other->enter(pass));
+    auto closing = std::async(std::launch::async, [&] { return other->close(); });
+    EXPECT_TRUE(comesTrue([&] { return other->isClosed(); }));
+    other->leave();
+    EXPECT_TRUE(closing.get());
 }
 
 TEST_F(WorkerPresenceTest, AnExceptionBringsBackIntoAQueueThatIsThere)
 {
-    presence->enter();
+    EXPECT_TRUE(presence->enter(pass));
     EXPECT_THROW(
         {
             const WorkerPresence::Outside outside(presence);
@@ -106,7 +173,7 @@ TEST_F(WorkerPresenceTest, AnExceptionBringsBackIntoAQueueThatIsThere)
 // A worker that was about to call the server stayed inside for as long as the server took.
 TEST_F(WorkerPresenceTest, AWorkerLeavesAQueueThatAnotherThreadHasBegunToEnd)
 {
-    presence->enter();
+    EXPECT_TRUE(presence->enter(pass));
     std::future<void> closing = closeElsewhere();
     WorkerPresence::Outside outside(presence);
     EXPECT_TRUE(closes(closing, patience));
@@ -116,7 +183,7 @@ TEST_F(WorkerPresenceTest, AWorkerLeavesAQueueThatAnotherThreadHasBegunToEnd)
 
 TEST_F(WorkerPresenceTest, AThreadThatEndsTheQueueItselfStaysInside)
 {
-    presence->enter();
+    EXPECT_TRUE(presence->enter(pass));
     presence->close(); // does not wait for its own thread
     {
         WorkerPresence::Outside outside(presence);
