@@ -90,6 +90,7 @@ constexpr Message messages[] = {
     {0x00002AF9, "No such host is known."},
     {0x8000000A, "The data necessary to complete this operation is not yet available."},
     {0x8000000B, "The operation attempted to access data outside the valid range"},
+    {0x8000000C, "A concurrent or interleaved operation changed the state of the object, invalidating this operation."},
     {0x80004001, "Not implemented"},
     {0x80004002, "No such interface supported"},
     {0x80004003, "Invalid pointer"},
