@@ -13,6 +13,7 @@ namespace Quire {
 namespace {
 
 const int bodySection = 8;
+const QLatin1String totalTimeField("total-time");
 
 } // namespace
 
@@ -58,8 +59,12 @@ StoryContent OpenStory::content(const StoryWish &wish)
     StoryContent content;
     content.values.resize(wish.fields.size());
     for (std::size_t index = 0; index < wish.fields.size(); ++index) {
-        GetField(wish.fields[index], content.values[index]);
+        const QString &name = wish.fields[index];
+        QString &value = content.values[index];
+        GetField(name, value);
         raiseError();
+        if (value.isEmpty() && name.compare(totalTimeField, Qt::CaseInsensitive) == 0)
+            value = totalTime();
     }
     if (wish.body) {
         GetSection(bodySection, content.body, true);
@@ -68,6 +73,16 @@ StoryContent OpenStory::content(const StoryWish &wish)
             content.body = QLatin1String(""); // there, but empty
     }
     return content;
+}
+
+QString OpenStory::totalTime()
+{
+    const QuireCOMMutex lock("StoryFieldsModel::totalTime");
+    for (const Attribute &field : GetStoryFields(Dispatch2Story(m_handle))) {
+        if (field.name == totalTimeField)
+            return field.value;
+    }
+    return QString();
 }
 
 void OpenStory::raiseError()

@@ -45,7 +45,7 @@ public:
 
     /// The fields of the form, the first of those with the same name; none without a form.
     std::vector<Field> formFields();
-    /// What is there of it. Raises what the server refuses.
+    /// What is there of it; an empty total time is computed as in lists. Raises what the server refuses.
     StoryContent content(const StoryWish &wish);
     /// Gets a handle from the server: the one from before may hold changes that could not be saved, or be of a session
     /// that has ended. Raises when there is no such story any more.
@@ -64,6 +64,7 @@ public:
 private:
     void write(const StoryChange &change);
     OpenStory(const QString &queuePath, const StoryID &id);
+    QString totalTime();
     void raiseError();
     static void end(OpenStory *story);
 

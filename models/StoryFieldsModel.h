@@ -36,6 +36,9 @@ struct StoryWish;
 ///
 /// Those who show the text as well ask for it by setReadsBody; it is saved in the same way.
 ///
+/// The field "total-time" shows the sum of "audio-time" and "tape-time" while the story does not state it, as the lists
+/// do.
+///
 /// Roles: IdentifierRole and NameRole (the field's name), PathRole, ReadOnlyRole, PendingRole, WidthRole, StyleRole (of
 /// the field, as Field tells them) and Qt::TextAlignmentRole.
 class QUIRE_MODELS_EXPORT StoryFieldsModel : public ServerTable

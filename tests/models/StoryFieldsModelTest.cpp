@@ -1,6 +1,4 @@
-#include <quire/models/StoryFieldsModel.h>
-
-#include "models/ModelFixture.h"
+#include "models/StoryFieldsModelFixture.h"
 
 using namespace Quire;
 using Newsroom::Fault;
@@ -8,7 +6,7 @@ using Newsroom::Refusal;
 
 namespace {
 
-class StoryFieldsModelTest : public ModelTest
+class StoryFieldsModelTest : public StoryFieldsFixture
 {
 protected:
     static constexpr int titleRow = 0;
@@ -24,6 +22,9 @@ protected:
                    "<zeko:row><zeko:cell idref=note ro=yes>Note</zeko:cell>"
                    "<zeko:cell idref=TITLE>Once more</zeko:cell><zeko:cell idref=create-by>By</zeko:cell>"
                    "</zeko:row></zeko:form>\n"
+                   "form TIMES\n"
+                   "  <zeko:form><zeko:row><zeko:cell idref=audio-time>Audio</zeko:cell>"
+                   "<zeko:cell idref=total-time>Total</zeko:cell></zeko:row></zeko:form>\n"
                    "directory Q\n"
                    "  queue X number=12 form=STORY\n"
                    "    story id=5:12:1\n"
@@ -31,28 +32,16 @@ protected:
                    "      audio-time: 90\n"
                    "      note: seen\n"
                    "    story id=6:12:1 form=NONE\n"
-                   "      title: Sun\n"));
+                   "      title: Sun\n"
+                   "    story id=7:12:1 form=TIMES\n"
+                   "      audio-time: 90\n"
+                   "      tape-time: 60\n"
+                   "    story id=8:12:1 form=TIMES\n"
+                   "      audio-time: 90\n"
+                   "      total-time: 75\n"));
         ben = signOnBen();
     }
 
-    static void open(StoryFieldsModel &model, int part1 = 5)
-    {
-        model.open(text("Q.X"), StoryID{part1, 0, 0});
-        ASSERT_TRUE(settles(model));
-    }
-    static QString value(const StoryFieldsModel &model, int row) { return cell(model, row).data().toString(); }
-    static QModelIndex cell(const StoryFieldsModel &model, int row)
-    {
-        return model.index(row, StoryFieldsModel::ValueColumn);
-    }
-    /// Notes each change of the lock in words.
-    static void noteLocks(StoryFieldsModel &model, QStringList &told)
-    {
-        QObject::connect(&model, &StoryFieldsModel::lockedChanged,
-                         [&told](bool locked) { told.append(text(locked ? "locked" : "free")); });
-    }
-    QString onServer(const char *field) { return newsroom->story(5).value->text().fieldValue(text(field)); }
-    QString holder() { return newsroom->lockHolder(5).value; }
     QStringList writes()
     {
         QStringList all;
@@ -63,8 +52,6 @@ protected:
         }
         return all;
     }
-
-    Newsroom::SessionId ben = 0;
 };
 
 } // namespace
@@ -166,6 +153,26 @@ TEST_F(StoryFieldsModelTest, WhatTheServerMakesOfAValueIsShown)
     ASSERT_TRUE(model.setData(cell(model, lengthRow), text("90")));
     ASSERT_TRUE(settles(model));
     EXPECT_EQ(value(model, lengthRow), text("1:30"));
+}
+
+TEST_F(StoryFieldsModelTest, ATotalTimeThatIsNotStatedIsTheSumOfItsParts)
+{
+    StoryFieldsModel model;
+    open(model, 7);
+    EXPECT_EQ(value(model, "total-time"), text("2:30"));
+    EXPECT_EQ(cell(model, "total-time").data(ReadOnlyRole), true);
+    ASSERT_TRUE(set(model, "audio-time", "2:05"));
+    ASSERT_TRUE(settles(model));
+    EXPECT_EQ(value(model, "total-time"), text("3:05"));
+}
+
+TEST_F(StoryFieldsModelTest, ATotalTimeThatIsStatedIsShown)
+{
+    StoryFieldsModel model;
+    server->calls().take();
+    open(model, 8);
+    EXPECT_EQ(value(model, "total-time"), text("1:15"));
+    EXPECT_EQ(server->calls().takeTexts().filter(text("get_SectionXml(4)")), QStringList());
 }
 
 TEST_F(StoryFieldsModelTest, TheSameValueIsNotWritten)
@@ -389,10 +396,8 @@ TEST_F(StoryFieldsModelTest, RefreshingTellsOfTheValuesThatDiffer)
     StoryFieldsModel model;
     open(model);
     SignalLog signals(model);
-    Newsroom::StoryDraft draft = newsroom->edit(ben, 5).value;
-    ASSERT_EQ(draft.putField(text("title"), text("Sun")), Refusal::None);
-    ASSERT_EQ(draft.putField(text("audio-time"), text("7")), Refusal::None);
-    ASSERT_TRUE(newsroom->save(ben, draft).ok());
+    benSaves("title", "Sun");
+    benSaves("audio-time", "7");
     model.refresh();
     ASSERT_TRUE(settles(model));
     EXPECT_EQ(signals.take(), texts({"loading", "changed . 0-1", "finished"}));
