@@ -1,12 +1,18 @@
 #include "OpenStory.h"
 
+#include <algorithm>
+#include <utility>
+
 #include "ServerReading.h"
 #include "ServerThread.h"
+#include "ServerWork.h"
 #include "StoryCells.h"
 #include <quire/forms/FormCache.h>
 #include <quire/session/Dispatch2.h>
 #include <quire/session/QuireCOM.h>
 #include <quire/session/QuireCOMMutex.h>
+
+#include <QScopeGuard>
 
 namespace Quire {
 
@@ -26,15 +32,31 @@ OpenStory::OpenStory(const QString &queuePath, const StoryID &id)
 }
 
 void OpenStory::find()
-{
+try {
+    if (m_locked && !holdsLock())
+        unlock();
     QuireCOM *const session = QuireCOM::TheQuireCOM;
-    m_handle = session ? session->GetStoryDirect(m_queuePath, &m_id) : IDispatchPtr();
+    const IDispatchPtr handle = session ? session->GetStoryDirect(m_queuePath, &m_id) : IDispatchPtr();
     const QuireCOMMutex lock("StoryFieldsModel::open");
-    const Orvex::IStory2Ptr story = Dispatch2Story(m_handle);
+    const Orvex::IStory2Ptr story = Dispatch2Story(handle);
     if (!story)
         raiseMissing();
+    m_handle = handle;
     GetStoryID(story, m_id);
     m_loaded = true;
+} catch (const _com_error &) {
+    unlock(); // as long as there is a handle to do it with
+    m_handle = nullptr;
+    throw;
+}
+
+/// Asks the handle with which the lock was got: that is of no use once its session has ended, while another one would
+/// answer for whoever has the lock now.
+bool OpenStory::holdsLock()
+try {
+    return IsLocked(m_lockType);
+} catch (const _com_error &) {
+    return false;
 }
 
 std::shared_ptr<OpenStory> OpenStory::open(const QString &queuePath, const StoryID &id)
@@ -54,6 +76,13 @@ std::vector<Field> OpenStory::formFields()
     return form ? uniqueFields(form->m_Fields) : std::vector<Field>();
 }
 
+void OpenStory::refresh(const StoryWish &wish, StoryAnswer *answer)
+{
+    const auto note = qScopeGuard([&] { answer->isFree = !m_locked; });
+    find();
+    answer->content = content(wish);
+}
+
 StoryContent OpenStory::content(const StoryWish &wish)
 {
     StoryContent content;
@@ -63,6 +92,7 @@ StoryContent OpenStory::content(const StoryWish &wish)
         QString &value = content.values[index];
         GetField(name, value);
         raiseError();
+        noteRead(name, value);
         if (value.isEmpty() && name.compare(totalTimeField, Qt::CaseInsensitive) == 0)
             value = totalTime();
     }
@@ -71,6 +101,7 @@ StoryContent OpenStory::content(const StoryWish &wish)
         raiseError();
         if (content.body.isNull())
             content.body = QLatin1String(""); // there, but empty
+        noteRead(QString(), content.body);
     }
     return content;
 }
@@ -92,45 +123,86 @@ void OpenStory::raiseError()
         throw _com_error(error);
 }
 
-void OpenStory::lock(int type, QString *holder)
+// ---- the lock -------------------------------------------------------------------------------------------------------
+
+void OpenStory::getLock(int type, QString *holder)
 {
-    if (Lock(type, *holder)) {
-        m_locked = true;
-        return;
+    if (!Lock(type, *holder)) {
+        raiseError();
+        raiseMissing();
     }
-    raiseError();
-    raiseMissing();
+    m_locked = true;
+    m_lockType = type;
+}
+
+/// Has that done under the lock. One that was got for it stays, unless the work raises.
+void OpenStory::underLock(int type, QString *holder, const std::function<void()> &work)
+{
+    const bool wasLocked = m_locked;
+    if (!wasLocked)
+        getLock(type, holder);
+    try {
+        work();
+    } catch (...) {
+        if (!wasLocked)
+            unlock();
+        throw;
+    }
+}
+
+void OpenStory::lock(int type, const StoryWish &wish, StoryAnswer *answer)
+{
+    const auto note = qScopeGuard([&] { answer->isFree = !m_locked; });
+    underLock(type, &answer->holder, [&] { answer->content = content(wish); });
 }
 
 void OpenStory::unlock()
 try {
-    if (m_locked)
+    if (std::exchange(m_locked, false))
         Unlock();
-    m_locked = false;
 } catch (const _com_error &) {
-    m_locked = false; // the server frees it when the user signs off
+    // the server frees it when the user signs off
 }
 
-void OpenStory::change(const StoryChange &change, int lockType, QString *holder)
+// ---- a change -------------------------------------------------------------------------------------------------------
+
+void OpenStory::change(const StoryChange &change, const StoryWish &wish, int lockType, StoryAnswer *answer)
 {
-    if (m_locked) {
+    const auto note = qScopeGuard([&] { answer->isFree = !m_locked; });
+    const bool wasLocked = m_locked;
+    underLock(lockType, &answer->holder, [&] {
+        if (!wasLocked || !change.underLock)
+            requireUnchanged(change, wish, answer);
         write(change);
-        return;
-    }
-    lock(lockType, holder);
-    try {
-        write(change);
-    } catch (...) {
+        readBack(change, wish, answer);
+    });
+    if (!wasLocked)
         unlock();
-        throw;
+}
+
+/// Only what is going to be written is looked at, the rest is nobody's loss.
+void OpenStory::requireUnchanged(const StoryChange &change, const StoryWish &wish, StoryAnswer *answer)
+{
+    StoryWish written{{}, !change.body.isNull()};
+    for (const StoryChange::FieldChange &field : change.fields)
+        written.fields.push_back(field.name);
+    const StoryContent now = content(written);
+    for (std::size_t index = 0; index < change.fields.size(); ++index) {
+        const StoryChange::FieldChange &field = change.fields[index];
+        if (isForeign(field.name, now.values[index], field.before))
+            answer->fields.append(field.name);
     }
-    unlock();
+    answer->body = written.body && isForeign(QString(), now.body, change.bodyBefore);
+    if (!answer->isOutdated())
+        return;
+    answer->content = content(wish);
+    throw _com_error(changedState);
 }
 
 void OpenStory::write(const StoryChange &change)
 try {
-    for (const auto &[name, value] : change.fields) {
-        SetField(name, value);
+    for (const StoryChange::FieldChange &field : change.fields) {
+        SetField(field.name, field.value);
         raiseError();
     }
     QString body = change.body;
@@ -145,6 +217,37 @@ try {
 } catch (const _com_error &) {
     find(); // the next one that is saved must not bring this change along
     throw;
+}
+
+/// The server may have something else of what it was given, a "1:05" of "65".
+void OpenStory::readBack(const StoryChange &change, const StoryWish &wish, StoryAnswer *answer)
+{
+    answer->unread = failureOf([&] { answer->content = content(wish); });
+    if (FAILED(answer->unread))
+        return m_own.clear();
+    for (const StoryChange::FieldChange &field : change.fields) {
+        const auto place = std::find(wish.fields.begin(), wish.fields.end(), field.name) - wish.fields.begin();
+        m_own[field.name] = answer->content.values[static_cast<std::size_t>(place)];
+    }
+    if (!change.body.isNull())
+        m_own[QString()] = answer->content.body;
+}
+
+// ---- what is whose --------------------------------------------------------------------------------------------------
+
+/// Whether somebody else has saved \a value since \a before was seen. Of several changes on their way one after the
+/// other each was set when that before it had not been saved yet.
+bool OpenStory::isForeign(const QString &name, const QString &value, const QString &before) const
+{
+    const auto own = m_own.find(name);
+    return value != before && (own == m_own.end() || own->second != value);
+}
+
+void OpenStory::noteRead(const QString &name, const QString &value)
+{
+    const auto own = m_own.find(name);
+    if (own != m_own.end() && own->second != value)
+        m_own.erase(own);
 }
 
 } // namespace Quire

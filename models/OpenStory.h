@@ -4,7 +4,10 @@
 /// A story whose fields a model shows. Not part of the public surface.
 
 #include <QString>
+#include <QStringList>
 
+#include <functional>
+#include <map>
 #include <memory>
 #include <utility>
 #include <vector>
@@ -21,11 +24,19 @@ struct StoryContent
     QString body;                ///< Section 8 with its markup; null when it was not asked for.
 };
 
-/// What is to be written of a story. A plain value.
+/// What is to be written of a story, and what somebody saw there when it was set. A plain value.
 struct StoryChange
 {
-    std::vector<std::pair<QString, QString>> fields; ///< Names and values.
-    QString body;                                    ///< Null: it stays as it is.
+    struct FieldChange
+    {
+        QString name;
+        QString value;
+        QString before;
+    };
+    std::vector<FieldChange> fields;
+    QString body; ///< Null: it stays as it is.
+    QString bodyBefore;
+    bool underLock = false; ///< What was seen was read under the lock, and that was held when this was set.
 };
 
 /// What a model wants to see of a story. A plain value.
@@ -34,6 +45,22 @@ struct StoryWish
     std::vector<QString> fields; ///< Their names.
     bool body = false;
 };
+
+/// What comes of a job for a story, whether it fails or not. A plain value.
+struct StoryAnswer
+{
+    StoryContent content;  ///< What is there now.
+    HRESULT unread = S_OK; ///< Why that could not be read, though the change has been saved.
+    QString holder;        ///< Who has the lock, when it was refused because of somebody.
+    QStringList fields;    ///< Those that were not written since somebody else has saved them meanwhile.
+    bool body = false;     ///< The same for the text.
+    bool isFree = false;   ///< The lock is not held any more.
+    /// Whether that is why nothing was written.
+    bool isOutdated() const { return body || !fields.isEmpty(); }
+};
+
+/// What Windows calls E_CHANGED_STATE: somebody else has changed it meanwhile.
+constexpr auto changedState = static_cast<HRESULT>(0x8000000C);
 
 /// A story that the server is asked for by its identifier: a long queue is not searched for it. On the ServerThread.
 class OpenStory : public Story
@@ -48,27 +75,41 @@ public:
     /// What is there of it; an empty total time is computed as in lists. Raises what the server refuses.
     StoryContent content(const StoryWish &wish);
     /// Gets a handle from the server: the one from before may hold changes that could not be saved, or be of a session
-    /// that has ended. Raises when there is no such story any more.
+    /// that has ended. A lock goes with its session, and with the story. Raises when there is no such story any more.
     void find();
+    /// Finds it anew and reads what is there.
+    void refresh(const StoryWish &wish, StoryAnswer *answer);
 
-    /// Asks for the lock. When that is refused because of somebody, \a holder names who. Raises any refusal.
-    void lock(int type, QString *holder);
+    /// Gets the lock unless it is held, and reads what is there then: it does not change any more. Raises any refusal,
+    /// and does not keep a lock that it got then.
+    void lock(int type, const StoryWish &wish, StoryAnswer *answer);
     /// Gives it back if it was got; what the server refuses is dropped.
     void unlock();
     bool isLocked() const { return m_locked; }
 
     /// Writes and saves all of \a change at once, under the story's lock: one that is not held is got, as by lock, and
-    /// given back. Raises what the server refuses; then nothing is left of the change.
-    void change(const StoryChange &change, int lockType, QString *holder);
+    /// given back. Raises what the server refuses, and E_CHANGED_STATE when somebody else has saved any of it since it
+    /// was seen; then nothing is left of the change.
+    void change(const StoryChange &change, const StoryWish &wish, int lockType, StoryAnswer *answer);
 
 private:
-    void write(const StoryChange &change);
     OpenStory(const QString &queuePath, const StoryID &id);
-    QString totalTime();
-    void raiseError();
     static void end(OpenStory *story);
 
-    bool m_locked = false;
+    bool holdsLock();
+    void getLock(int type, QString *holder);
+    void underLock(int type, QString *holder, const std::function<void()> &work);
+    void requireUnchanged(const StoryChange &change, const StoryWish &wish, StoryAnswer *answer);
+    void write(const StoryChange &change);
+    void readBack(const StoryChange &change, const StoryWish &wish, StoryAnswer *answer);
+    bool isForeign(const QString &name, const QString &value, const QString &before) const;
+    void noteRead(const QString &name, const QString &value);
+    QString totalTime();
+    void raiseError();
+
+    bool m_locked = false; // by m_handle
+    int m_lockType = 0;
+    std::map<QString, QString> m_own; // what is there since this saved it, by field; the text under the empty name
 };
 
 } // namespace Quire

@@ -51,6 +51,7 @@ void StoryFieldsModel::reset(const QString &queuePath, const StoryID &id)
     m_rows.clear();
     m_body.clear();
     m_setBody.clear();
+    m_bodyWrites = 0;
     endResetModel();
     m_wantedLock = 0;
     setLocked(false);
@@ -105,26 +106,52 @@ void StoryFieldsModel::refresh()
         return;
     }
     beginLoad();
+    const auto answer = std::make_shared<StoryAnswer>();
     work().run(
-        [this, story = m_story, wish = wish()]() -> ServerWork::Delivery {
-            story->find(); // the session may be another one by now
-            return [this, content = story->content(wish)] {
-                showContent(content);
+        [this, story = m_story, wish = wish(), answer]() -> ServerWork::Delivery {
+            story->refresh(wish, answer.get());
+            return [this, answer] {
+                tell(showContent(answer->content));
+                noteLock(*answer);
                 endLoad(0);
             };
         },
-        [this](HRESULT error) { endLoad(error); });
+        [this, answer](HRESULT error) {
+            noteLock(*answer);
+            endLoad(error);
+        });
 }
 
-/// Takes what the server has now.
-void StoryFieldsModel::showContent(const StoryContent &content)
+/// Takes what the server has now. Tells what of it is news to somebody who is editing that.
+StoryFieldsModel::Outdated StoryFieldsModel::showContent(const StoryContent &content)
 {
+    Outdated outdated{outdatedFields(content.values)};
     showValues(content.values);
     if (content.body.isNull() || content.body == m_body)
-        return;
+        return outdated;
     m_body = content.body;
+    outdated.body = !m_setBody.isNull() && m_bodyWrites == 0 && m_setBody != m_body;
     if (m_setBody.isNull())
         Q_EMIT bodyChanged();
+    return outdated;
+}
+
+/// Not those that are being written: what is new there was saved here, or the writing finds out.
+QStringList StoryFieldsModel::outdatedFields(const std::vector<QString> &values) const
+{
+    QStringList fields;
+    for (std::size_t place = 0; place < m_rows.size(); ++place) {
+        const Row &row = m_rows[place];
+        if (row.kept && row.writing == 0 && values[place] != row.value && values[place] != row.set)
+            fields.append(row.field.m_Id);
+    }
+    return fields;
+}
+
+void StoryFieldsModel::tell(const Outdated &outdated)
+{
+    if (outdated.body || !outdated.fields.isEmpty())
+        Q_EMIT changedMeanwhile(outdated.fields, outdated.body);
 }
 
 /// Neighbours that differ are told together.

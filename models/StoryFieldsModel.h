@@ -4,6 +4,7 @@
 /// The fields of a story.
 
 #include <QString>
+#include <QStringList>
 
 #include <memory>
 #include <utility>
@@ -16,6 +17,8 @@
 namespace Quire {
 
 class OpenStory;
+struct StoryAnswer;
+struct StoryChange;
 struct StoryContent;
 struct StoryWish;
 
@@ -33,6 +36,16 @@ struct StoryWish;
 /// With setSavesAtOnce(false) what is set stays here instead, pending, until save writes all of it in one go or discard
 /// drops it. What could not be saved stays set, so that nothing that somebody typed is lost; what has neither been
 /// saved nor discarded goes with the story and the model.
+///
+/// What somebody else has saved meanwhile is not overwritten unasked. The lock comes with a reading, so that one edits
+/// what is there: values that have not been set become the server's. A field or text that was set on what is outdated
+/// now is not written: changedMeanwhile tells, and when it was to be saved failed as well, with E_CHANGED_STATE
+/// (0x8000000C). What was kept for save stays set, and the next save writes it; of what is saved at once the server's
+/// value comes back. A change that is saved without a lock that is held costs one more call for each field that it
+/// writes, and one for the text.
+///
+/// A lock goes with its session: when the story is read again in another one, or a change is refused since there is
+/// none, lockedChanged tells. What is saved after that takes a lock of its own.
 ///
 /// Those who show the text as well ask for it by setReadsBody; it is saved in the same way.
 ///
@@ -73,7 +86,8 @@ public:
     void open(const QString &queuePath, const StoryID &id);
     /// Shows nothing. A lock that lock got is given back.
     void close();
-    /// Reads the values again.
+    /// Reads the values again, also in another session. A lock of a session that has ended, or that the server has
+    /// broken, is not held any more then.
     void refresh();
 
     /// The path of the story's queue, empty without a story.
@@ -83,11 +97,13 @@ public:
     /// The row of the field \a name, letter case ignored; -1 when there is none.
     int rowOf(const QString &name) const;
 
-    /// Asks the server for the lock and keeps it until unlock. Nothing happens without a story.
+    /// Asks the server for the lock and keeps it until unlock; the values that it comes with are shown before
+    /// lockedChanged. Without them it is not kept, and failed tells why. Nothing happens without a story. What is held
+    /// is not asked for again, unless a refresh that is running finds that it is not held any more.
     void lock();
     /// Gives the lock back; one that is still on its way as soon as it comes, and lockedChanged tells of neither.
     void unlock();
-    /// The lock was got by lock and has not been given back.
+    /// The lock was got by lock and has neither been given back nor found to be gone.
     bool isLocked() const;
     /// The number of the lock that is asked for, the server's; initially 1, for editing.
     int lockType() const;
@@ -145,6 +161,10 @@ Q_SIGNALS:
     void saved(const QString &field);
     /// The server has saved the story with all that one change or save wrote; comes after saved.
     void storySaved();
+    /// Somebody else has saved other values of \a fields, and another text if \a body, than those with which edits
+    /// began. What was kept for save stays set: discard shows theirs, save now replaces it. Comes before lockedChanged,
+    /// finished and failed, once for each such value.
+    void changedMeanwhile(const QStringList &fields, bool body);
     /// isLocked has changed.
     void lockedChanged(bool locked);
     /// isModified has changed.
@@ -167,18 +187,30 @@ private:
     /// A row and what it is to become.
     using RowChange = std::pair<int, QString>;
     using RowChanges = std::vector<RowChange>;
+    /// What somebody else has saved under an edit.
+    struct Outdated
+    {
+        QStringList fields;
+        bool body = false;
+    };
 
     void reset(const QString &queuePath, const StoryID &id);
     void ask();
     void show(const std::shared_ptr<OpenStory> &story, const std::vector<Field> &fields, const StoryContent &content);
-    void showContent(const StoryContent &content);
+    Outdated showContent(const StoryContent &content);
+    QStringList outdatedFields(const std::vector<QString> &values) const;
+    void tell(const Outdated &outdated);
     void showValues(const std::vector<QString> &values);
     void showRow(int row);
     void setLocked(bool locked);
+    void noteLock(const StoryAnswer &answer);
     bool takeWantedLock(int number);
     void noteModified();
     void writeRow(int row, const QString &value);
     void write(const RowChanges &rows, const QString &body);
+    StoryChange changeOf(const RowChanges &rows, const QString &body) const;
+    void take(const RowChanges &rows, const QString &body, const StoryAnswer &answer);
+    void giveUp(const RowChanges &rows, const QString &body, const StoryAnswer &answer);
     StoryContent written(const RowChanges &rows, const QString &body) const;
     void keep(int row, const QString &value);
     void endWrite(const RowChanges &rows, const QString &body, bool done);
@@ -189,8 +221,9 @@ private:
     StoryID m_id{};
     std::shared_ptr<OpenStory> m_story; // used on the ServerThread only; null until it has been opened
     std::vector<Row> m_rows;
-    QString m_body;    // the server's
-    QString m_setBody; // what was set here, null unless it is pending
+    QString m_body;       // the server's
+    QString m_setBody;    // what was set here, null unless it is pending
+    int m_bodyWrites = 0; // how often it is being written
     bool m_locked = false;
     int m_locks = 0;         // how often the lock has been asked for
     int m_wantedLock = 0;    // which of these is on its way and wanted, 0 for none

@@ -35,6 +35,12 @@ void StoryFieldsModel::setLocked(bool locked)
         Q_EMIT lockedChanged(locked);
 }
 
+void StoryFieldsModel::noteLock(const StoryAnswer &answer)
+{
+    if (answer.isFree)
+        setLocked(false);
+}
+
 void StoryFieldsModel::refuse(const QString &holder, qint32 error)
 {
     if (!holder.isEmpty())
@@ -44,23 +50,25 @@ void StoryFieldsModel::refuse(const QString &holder, qint32 error)
 
 void StoryFieldsModel::lock()
 {
-    if (!m_story || m_locked || m_wantedLock > 0)
+    if (!m_story || m_wantedLock > 0 || (m_locked && !isLoading()))
         return;
     m_wantedLock = ++m_locks;
     beginLoad();
-    const auto holder = std::make_shared<QString>();
+    const auto answer = std::make_shared<StoryAnswer>();
     work().run(
-        [this, story = m_story, type = m_lockType, number = m_locks, holder]() -> ServerWork::Delivery {
-            story->lock(type, holder.get());
-            return [this, number] {
+        [this, story = m_story, type = m_lockType, wish = wish(), number = m_locks, answer]() -> ServerWork::Delivery {
+            story->lock(type, wish, answer.get());
+            return [this, number, answer] {
+                tell(showContent(answer->content));
                 if (takeWantedLock(number))
                     setLocked(true);
                 endLoad(0);
             };
         },
-        [this, number = m_locks, holder](HRESULT error) {
+        [this, number = m_locks, answer](HRESULT error) {
             takeWantedLock(number);
-            refuse(*holder, error);
+            noteLock(*answer);
+            refuse(answer->holder, error);
         });
 }
 
@@ -105,33 +113,66 @@ void StoryFieldsModel::writeRow(int row, const QString &value)
 
 void StoryFieldsModel::write(const RowChanges &rows, const QString &body)
 {
-    StoryChange change{{}, body};
-    for (const auto &[row, value] : rows) {
-        Row &written = m_rows[static_cast<std::size_t>(row)];
-        ++written.writing;
-        change.fields.emplace_back(written.field.m_Id, value);
-        showRow(row);
+    for (const RowChange &change : rows) {
+        ++m_rows[static_cast<std::size_t>(change.first)].writing;
+        showRow(change.first);
+    }
+    StoryWish wanted = wish();
+    if (!body.isNull()) {
+        ++m_bodyWrites;
+        wanted.body = true;
     }
     beginLoad();
-    const auto holder = std::make_shared<QString>();
+    const auto answer = std::make_shared<StoryAnswer>();
     work().runAnyway(
-        [this, story = m_story, rows, change, wish = wish(), type = m_lockType, holder]() -> ServerWork::Delivery {
-            story->change(change, type, holder.get());
-            StoryContent content; // none of it when it cannot be read, which does not undo the change
-            const HRESULT error = failureOf([&] { content = story->content(wish); });
-            return [this, rows, change, content, error] {
-                showContent(FAILED(error) ? written(rows, change.body) : content);
-                endWrite(rows, change.body, true);
-                for (const auto &field : change.fields)
-                    Q_EMIT saved(field.first);
-                Q_EMIT storySaved();
-                endLoad(error);
-            };
+        [this, story = m_story, rows, change = changeOf(rows, body), wanted, type = m_lockType,
+         answer]() -> ServerWork::Delivery {
+            story->change(change, wanted, type, answer.get());
+            return [this, rows, body = change.body, answer] { take(rows, body, *answer); };
         },
-        [this, rows, body, holder](HRESULT error) {
-            endWrite(rows, body, false);
-            refuse(*holder, error);
+        [this, rows, body, answer](HRESULT error) {
+            giveUp(rows, body, *answer);
+            refuse(answer->holder, error);
         });
+}
+
+StoryChange StoryFieldsModel::changeOf(const RowChanges &rows, const QString &body) const
+{
+    StoryChange change;
+    for (const auto &[row, value] : rows) {
+        const Row &changed = m_rows[static_cast<std::size_t>(row)];
+        change.fields.push_back({changed.field.m_Id, value, changed.value});
+    }
+    change.body = body;
+    change.bodyBefore = m_body;
+    change.underLock = m_locked;
+    return change;
+}
+
+/// The server has saved it.
+void StoryFieldsModel::take(const RowChanges &rows, const QString &body, const StoryAnswer &answer)
+{
+    const Outdated outdated = showContent(FAILED(answer.unread) ? written(rows, body) : answer.content);
+    endWrite(rows, body, true);
+    tell(outdated);
+    noteLock(answer);
+    for (const RowChange &change : rows)
+        Q_EMIT saved(m_rows[static_cast<std::size_t>(change.first)].field.m_Id);
+    Q_EMIT storySaved();
+    endLoad(answer.unread);
+}
+
+/// The server has not saved it.
+void StoryFieldsModel::giveUp(const RowChanges &rows, const QString &body, const StoryAnswer &answer)
+{
+    Outdated outdated;
+    if (answer.isOutdated())
+        outdated = showContent(answer.content);
+    outdated.fields = answer.fields + outdated.fields;
+    outdated.body = answer.body || outdated.body;
+    endWrite(rows, body, false);
+    tell(outdated);
+    noteLock(answer);
 }
 
 /// What the server had, with what it has taken since.
@@ -159,6 +200,8 @@ void StoryFieldsModel::endWrite(const RowChanges &rows, const QString &body, boo
         written.set.clear();
         showRow(row);
     }
+    if (!body.isNull())
+        --m_bodyWrites;
     if (!body.isNull() && m_setBody == body && (done || m_savesAtOnce)) {
         m_setBody.clear();
         Q_EMIT bodyChanged();

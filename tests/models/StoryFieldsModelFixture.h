@@ -53,14 +53,86 @@ protected:
         ASSERT_EQ(draft.putField(text(field), text(value)), Newsroom::Refusal::None);
         ASSERT_TRUE(newsroom->save(ben, draft).ok());
     }
+    static QString written(const char *sentence) { return text("<body><p>") + text(sentence) + text("</p></body>"); }
     /// Ben saves such a text.
     void benWrites(const char *sentence)
     {
         Newsroom::StoryDraft draft = newsroom->edit(ben, 5).value;
-        const QString markup = text("<body><p>") + text(sentence) + text("</p></body>");
-        ASSERT_EQ(draft.putMarkup(8, markup), Newsroom::Refusal::None);
+        ASSERT_EQ(draft.putMarkup(8, written(sentence)), Newsroom::Refusal::None);
         ASSERT_TRUE(newsroom->save(ben, draft).ok());
     }
 
     Newsroom::SessionId ben = 0;
+};
+
+/// The same with a story that has a text.
+class EditedStoryFixture : public StoryFieldsFixture
+{
+protected:
+    static constexpr auto changedState = static_cast<HRESULT>(0x8000000C);
+
+    void SetUp() override
+    {
+        start(text("form STORY\n"
+                   "  <zeko:form><zeko:row><zeko:cell idref=title>Title</zeko:cell>"
+                   "<zeko:cell idref=note>Note</zeko:cell><zeko:cell "
+                   "idref=audio-time>Audio</zeko:cell></zeko:row></zeko:form>\n"
+                   "directory Q\n"
+                   "  queue X number=12 form=STORY\n"
+                   "    story id=5:12:1\n"
+                   "      title: Rain\n"
+                   "      note: seen\n"
+                   "      audio-time: 90\n"
+                   "\n"
+                   "      It rains.\n"));
+        ben = signOnBen();
+    }
+
+    /// With the text, and saved when it is asked for.
+    static void openToEdit(StoryFieldsModel &model)
+    {
+        model.setSavesAtOnce(false);
+        model.setReadsBody(true);
+        open(model);
+    }
+    static void openAtOnce(StoryFieldsModel &model)
+    {
+        model.setReadsBody(true);
+        open(model);
+    }
+    static void lock(StoryFieldsModel &model)
+    {
+        model.lock();
+        ASSERT_TRUE(settles(model));
+    }
+    static void save(StoryFieldsModel &model)
+    {
+        model.save();
+        ASSERT_TRUE(settles(model));
+    }
+    static void refresh(StoryFieldsModel &model)
+    {
+        model.refresh();
+        ASSERT_TRUE(settles(model));
+    }
+    /// Notes what somebody else has saved under an edit.
+    static void noteChanges(StoryFieldsModel &model, QStringList &told)
+    {
+        QObject::connect(&model, &StoryFieldsModel::changedMeanwhile, [&told](const QStringList &fields, bool body) {
+            told.append(fields.join(QLatin1Char(' ')) + (body ? text(" and text") : QString()));
+        });
+    }
+    void signOnAnew()
+    {
+        session->Disconnect();
+        ASSERT_EQ(session->Connect(text("HUB"), text("ann"), text("a"), 0), 0);
+    }
+    /// What the story was asked since it was last asked for.
+    QStringList storyCalls()
+    {
+        QStringList all;
+        for (const QString &call : server->calls().takeTexts().filter(text("IStory2::")))
+            all.append(call.section(QLatin1Char(':'), 2));
+        return all;
+    }
 };

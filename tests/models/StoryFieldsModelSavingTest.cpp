@@ -1,6 +1,4 @@
-#include <quire/models/StoryFieldsModel.h>
-
-#include "models/ModelFixture.h"
+#include "models/StoryFieldsModelFixture.h"
 
 using namespace Quire;
 using Newsroom::Fault;
@@ -9,7 +7,7 @@ using Newsroom::Refusal;
 namespace {
 
 /// Several changes in one save, and the text.
-class StoryFieldsModelSavingTest : public ModelTest
+class StoryFieldsModelSavingTest : public StoryFieldsFixture
 {
 protected:
     static constexpr int titleRow = 0;
@@ -36,19 +34,8 @@ protected:
     {
         model.setSavesAtOnce(false);
         model.setReadsBody(true);
-        model.open(text("Q.X"), StoryID{part1, 0, 0});
-        ASSERT_TRUE(settles(model));
+        StoryFieldsFixture::open(model, part1);
     }
-    static QModelIndex cell(const StoryFieldsModel &model, int row)
-    {
-        return model.index(row, StoryFieldsModel::ValueColumn);
-    }
-    static QString value(const StoryFieldsModel &model, int row) { return cell(model, row).data().toString(); }
-    static bool set(StoryFieldsModel &model, int row, const char *value)
-    {
-        return model.setData(cell(model, row), text(value));
-    }
-    QString onServer(const char *field) { return newsroom->story(5).value->text().fieldValue(text(field)); }
     QStringList writes()
     {
         QStringList all;
@@ -59,8 +46,6 @@ protected:
         }
         return all;
     }
-
-    Newsroom::SessionId ben = 0;
 };
 
 } // namespace
@@ -146,6 +131,8 @@ TEST_F(StoryFieldsModelSavingTest, WhatWasSavedIsSavedThoughItCannotBeReadAgain)
     for (const Fault &fault : {Fault::hresult(E_FAIL), Fault::raise(E_FAIL), Fault::outOfMemory()}) {
         StoryFieldsModel model;
         open(model);
+        model.lock(); // so that nothing is asked before it is written
+        ASSERT_TRUE(settles(model));
         ASSERT_TRUE(set(model, titleRow, "Hail"));
         ASSERT_TRUE(model.setBody(text("<body><p>It hails.</p></body>")));
         SignalLog signals(model);
@@ -181,7 +168,7 @@ TEST_F(StoryFieldsModelSavingTest, AValueSavedAtOnceStaysThoughItCannotBeReadAga
     model.setSavesAtOnce(true);
     QStringList told;
     QObject::connect(&model, &StoryFieldsModel::saved, [&](const QString &field) { told.append(field); });
-    server->faults().failNext(text("IStory2::get_Field"), Fault::hresult(E_FAIL));
+    server->faults().failNext(text("IStory2::get_Field"), Fault::hresult(E_FAIL), 2); // the first is before the change
     ASSERT_TRUE(set(model, titleRow, "Hail"));
     ASSERT_TRUE(settles(model));
     EXPECT_EQ(model.error(), E_FAIL);
@@ -258,9 +245,7 @@ TEST_F(StoryFieldsModelSavingTest, RefreshingLeavesWhatWasSet)
     StoryFieldsModel model;
     open(model);
     ASSERT_TRUE(set(model, titleRow, "Hail"));
-    Newsroom::StoryDraft draft = newsroom->edit(ben, 5).value;
-    ASSERT_EQ(draft.putField(text("title"), text("Sun")), Refusal::None);
-    ASSERT_TRUE(newsroom->save(ben, draft).ok());
+    benSaves("title", "Sun");
     model.refresh();
     ASSERT_TRUE(settles(model));
     EXPECT_EQ(value(model, titleRow), text("Hail"));
