@@ -29,6 +29,8 @@ public:
     {
         const MutexLocker lock(m_mutex);
         m_loads.emplace(worker, worker->m_load);
+        if (m_isEnding)
+            worker->m_load->cancel();
     }
     void remove(QueueListThread *worker)
     {
@@ -56,17 +58,35 @@ private:
         if (Platform::isEndingProcess())
             return; // too late: all other threads have ended, wherever they were, and with whatever locks they held
         const QDeadlineTimer deadline(moment);
+        // Without the mutex: a host's Completed may make, collect and destroy queues.
+        for (const std::shared_ptr<QueueLoad> &load : cancelAll())
+            load->waitForEnd(deadline);
         const MutexLocker lock(m_mutex);
-        for (const auto &[worker, load] : m_loads)
+        for (const auto &[worker, load] : m_loads) {
+            if (worker != QThread::currentThread())
+                worker->wait(deadline); // for the thread's very end, where it still frees memory
+        }
+    }
+
+    /// Also those that begin from now on; gives those that have begun.
+    std::vector<std::shared_ptr<QueueLoad>> cancelAll()
+    {
+        std::vector<std::shared_ptr<QueueLoad>> loads;
+        const MutexLocker lock(m_mutex);
+        m_isEnding = true;
+        for (const auto &[worker, load] : m_loads) {
             load->cancel();
-        for (const auto &[worker, load] : m_loads)
-            worker->wait(deadline); // for the thread's very end, where it still frees memory
+            if (load.get() != QueueLoad::completing()) // this thread may be a worker itself
+                loads.push_back(load);
+        }
+        return loads;
     }
 
     static constexpr int moment = 2000; // ms
 
     Mutex<LockRank::RunningWorkers> m_mutex;
     std::map<QueueListThread *, std::shared_ptr<QueueLoad>> m_loads QUIRE_GUARDED_BY(m_mutex);
+    bool m_isEnding QUIRE_GUARDED_BY(m_mutex) = false; // the process is
 };
 
 // NOLINTNEXTLINE(performance-unnecessary-value-param): a reference of its own while the call lasts
@@ -126,19 +146,25 @@ int QueueListThread::retire(std::unique_ptr<QueueListThread> worker)
     // Never destroyed: a worker that hangs until the process ends must not meet the end of its own thread object.
     static Mutex<LockRank::RetiredWorkers, QBasicMutex> mutex;
     static auto *const retired = new std::vector<std::unique_ptr<QueueListThread>>;
-    // Kept until the next time: one that says that it has finished may still be about to leave the mutex of its
-    // QThread.
+    // Kept until the next time, when they are past their very end: one that says that it has finished may still be
+    // about to leave the mutex of its QThread.
     static auto *const ended = new std::vector<std::unique_ptr<QueueListThread>>;
     std::vector<std::unique_ptr<QueueListThread>> gone; // destroyed without the mutex
-    const MutexLocker lock(mutex);
-    gone.swap(*ended);
-    if (worker)
-        retired->push_back(std::move(worker));
-    const auto firstEnded = std::stable_partition(retired->begin(), retired->end(),
-                                                  [](const auto &candidate) { return !candidate->isFinished(); });
-    std::move(firstEnded, retired->end(), std::back_inserter(*ended));
-    retired->erase(firstEnded, retired->end());
-    return static_cast<int>(retired->size());
+    int running = 0;
+    {
+        const MutexLocker lock(mutex);
+        gone.swap(*ended);
+        if (worker)
+            retired->push_back(std::move(worker));
+        const auto firstEnded = std::stable_partition(retired->begin(), retired->end(),
+                                                      [](const auto &candidate) { return !candidate->isFinished(); });
+        std::move(firstEnded, retired->end(), std::back_inserter(*ended));
+        retired->erase(firstEnded, retired->end());
+        running = static_cast<int>(retired->size());
+    }
+    for (const std::unique_ptr<QueueListThread> &candidate : gone)
+        candidate->wait(); // the next time may have come at once
+    return running;
 }
 
 } // namespace Quire

@@ -70,6 +70,11 @@ INSTANTIATE_TEST_SUITE_P(OnAnAnsweringServer, Ends,
                                                               "sign-on,listen,models,loads"),
                                             ::testing::Values("answer"), ::testing::Values("exit", "return", "free")),
                          nameOf);
+// Not with the library let go of: the scene's code would go, too, which the workers run.
+INSTANTIATE_TEST_SUITE_P(WhereLoadsBeginLoads, Ends,
+                         ::testing::Combine(::testing::Values("sign-on,chain"), ::testing::Values("answer"),
+                                            ::testing::Values("exit", "return")),
+                         nameOf);
 INSTANTIATE_TEST_SUITE_P(OnAHangingServer, Ends,
                          ::testing::Combine(::testing::Values("sign-on,one-load", "sign-on,listen,one-load",
                                                               "sign-on,models"),

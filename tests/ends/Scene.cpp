@@ -6,7 +6,10 @@
 #include <quire/models/QueueModel.h>
 #include <quire/models/SearchModel.h>
 
+#include <atomic>
 #include <chrono>
+#include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <thread>
 
@@ -55,6 +58,60 @@ bool startLoads()
         if (!loading)
             return false;
     }
+    return true;
+}
+
+/// How often a Completed runs at this moment; none may when what is static goes.
+class Completions
+{
+public:
+    ~Completions()
+    {
+        if (m_running > 0) {
+            std::fprintf(stderr, "ends_scene: a worker is still in Completed\n");
+            std::_Exit(7);
+        }
+    }
+
+    void begin() { ++m_running; }
+    void end() { --m_running; }
+
+private:
+    std::atomic<int> m_running{0};
+};
+
+Completions completions;
+
+/// Begins to load another queue when it is loaded, and lets its last one go.
+class ChainedQueue : public Queue
+{
+public:
+    explicit ChainedQueue(const IDispatchPtr &handle)
+        : Queue(handle)
+        , m_handle(handle)
+    {}
+
+    void Completed() override
+    {
+        completions.begin();
+        Queue::Completed();
+        std::this_thread::sleep_for(std::chrono::milliseconds(100)); // long enough for the process's end to begin in it
+        new ChainedQueue(m_handle);
+        delete new Queue(m_handle);
+        completions.end();
+    }
+
+private:
+    const IDispatchPtr m_handle;
+};
+
+bool startChain()
+{
+    Queue::setLoadIncrement(20);
+    auto *queue = new ChainedQueue(QuireCOM::TheQuireCOM->GetCachedDir(wires(1)));
+    while (queue->Size() == 0)
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    std::this_thread::sleep_for(std::chrono::milliseconds(20)); // until the worker is in Completed
     return true;
 }
 
@@ -110,9 +167,9 @@ struct Step
 
 /// What a host does.
 constexpr Step steps[] = {
-    {"sign-on", signOn},       {"walk", walk},          {"load", loadOneAndWatchIt},
-    {"one-load", startLoad},   {"loads", startLoads},   {"listen", listen},
-    {"search", startSearches}, {"models", startModels}, {"sign-off", signOff},
+    {"sign-on", signOn},     {"walk", walk},        {"load", loadOneAndWatchIt}, {"one-load", startLoad},
+    {"loads", startLoads},   {"listen", listen},    {"chain", startChain},       {"search", startSearches},
+    {"models", startModels}, {"sign-off", signOff},
 };
 
 bool take(const QString &name)
