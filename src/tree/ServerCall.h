@@ -19,13 +19,13 @@ void check(HRESULT result, const Pointer &object)
         _com_issue_errorex(result, object, Pointer::GetIID());
 }
 
-/// The exception that is being handled as an HRESULT: the server's own, E_OUTOFMEMORY for memory that ran out, else
-/// E_FAIL.
+/// The exception that is being handled as an HRESULT, which is a failure: the server's own, E_OUTOFMEMORY for memory
+/// that ran out, else E_FAIL.
 inline HRESULT currentFailure()
 try {
     throw;
 } catch (const _com_error &failure) {
-    return failure.Error();
+    return FAILED(failure.Error()) ? failure.Error() : E_FAIL;
 } catch (const std::bad_alloc &) {
     return E_OUTOFMEMORY;
 } catch (...) {

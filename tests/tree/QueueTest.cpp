@@ -706,13 +706,20 @@ TEST_F(QueueTest, AWorkerIsCollectedWhileTheHostDealsWithTheEndOfItsLoad)
 namespace {
 
 /// Has something to say against its end.
+template<typename Objection>
 class ObjectingQueue : public Queue
 {
 public:
-    using Queue::Queue;
+    ObjectingQueue(const IDispatchPtr &object, Objection objection)
+        : Queue(object)
+        , m_objection(std::move(objection))
+    {}
     ~ObjectingQueue() override { cancelQueueLoad(true); }
 
-    void Completed() override { throw std::runtime_error("the host is busy"); }
+    void Completed() override { throw Objection(m_objection); }
+
+private:
+    Objection m_objection;
 };
 
 } // namespace
@@ -720,11 +727,20 @@ public:
 TEST_F(QueueTest, WhatTheHostThrowsWhenALoadHasEndedIsAnErrorOfTheLoad)
 {
     server.faults().failNext(text("GetList"), Fault::hang(patience));
-    ObjectingQueue queue(object("Q.SHORT"));
+    ObjectingQueue queue(object("Q.SHORT"), std::runtime_error("the host is busy"));
     letLoad(queue);
     ASSERT_TRUE(comesTrue([&] { return queue.IsComplete(); }));
     EXPECT_EQ(queue.GetError(), static_cast<qint32>(E_FAIL));
     expectFirst(queue, 45);
+}
+
+TEST_F(QueueTest, WhatTheHostThrowsIsAnErrorAlsoWhenItSaysThatAllWentWell)
+{
+    server.faults().failNext(text("GetList"), Fault::hang(patience));
+    ObjectingQueue queue(object("Q.SHORT"), _com_error(S_FALSE));
+    letLoad(queue);
+    ASSERT_TRUE(comesTrue([&] { return queue.IsComplete(); }));
+    EXPECT_EQ(queue.GetError(), static_cast<qint32>(E_FAIL));
 }
 
 // ---- what hosts are told of half a chunk ----------------------------------------------------------------------------
