@@ -50,7 +50,8 @@ public:
     virtual bool IsDirectory();
     /// True if it is a queue.
     virtual bool IsQueue();
-    /// Reads the entries anew. Nothing happens without a session.
+    /// Reads the entries anew. Nothing happens without a session. One thread at a time: of a directory that two refresh
+    /// at once the entries may be listed twice. A queue does not mind.
     virtual void Refresh();
     /// The entry called \a name, without regard to letter case, as an object of its own; see the next. Right only while
     /// the list is in the server's order.
