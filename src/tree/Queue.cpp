@@ -30,6 +30,10 @@ namespace {
 const qint32 threadedChunk = 20;
 const qint32 synchronousChunk = 100;
 const int longestWait = 100; // milliseconds
+const int endOfWorker = 50;  // milliseconds, for one that has nothing more to do than to end
+
+constexpr auto notLoggedIn = static_cast<HRESULT>(0x80040416);
+constexpr auto objectGone = static_cast<HRESULT>(0x8004040B);
 
 Mutex<LockRank::LoadIncrement, QBasicMutex> incrementMutex; // guards Queue::sLoadIncrement; a leaf
 
@@ -38,6 +42,32 @@ Orvex::IQueuePtr asList(const Orvex::IQueue2Ptr &queue)
 {
     return Orvex::IQueuePtr(static_cast<Orvex::IQueue *>(queue.GetInterfacePtr()));
 }
+
+/// Why the session does not find a queue.
+HRESULT whyMissing()
+{
+    QuireCOM *const session = QuireCOM::TheQuireCOM;
+    return session && session->IsConnected() ? objectGone : notLoggedIn;
+}
+
+thread_local const Queue *refreshedQueue = nullptr;
+
+/// This thread refreshes a queue, for one scope: what it is going to read at once replaces whatever is there by then.
+class Refreshing
+{
+public:
+    explicit Refreshing(const Queue *queue)
+        : m_outer(std::exchange(refreshedQueue, queue))
+    {}
+    ~Refreshing() { refreshedQueue = m_outer; }
+    Refreshing(const Refreshing &) = delete;
+    Refreshing &operator=(const Refreshing &) = delete;
+
+    static bool is(const Queue *queue) { return refreshedQueue == queue; }
+
+private:
+    const Queue *const m_outer;
+};
 
 } // namespace
 
@@ -94,8 +124,9 @@ bool Queue::Describe(const IDispatchPtr &object)
 Queue::~Queue()
 {
     // Loads that were abandoned before have had their time.
-    const QDeadlineTimer deadline(AbandonLoad());
-    m_presence->close();
+    QDeadlineTimer deadline(AbandonLoad());
+    if (m_presence->close())
+        deadline.setRemainingTime(endOfWorker); // the host's Completed has used it up
     if (m_liveRefresh)
         StopUpdates(deadline);
 }
@@ -142,6 +173,7 @@ void Queue::Refresh()
     if (!QuireCOM::TheQuireCOM)
         return;
     std::unique_ptr<QueueListThread> worker;
+    quint32 loadsBegun = 0;
     {
         // At one moment: nothing of the load arrives beside the same stories read anew, and no load that another thread
         // starts goes on behind stories that are gone.
@@ -149,9 +181,18 @@ void Queue::Refresh()
         worker = TakeWorker();
         AbandonOutdated();
         Clear();
+        loadsBegun = LoadsBegun();
     }
-    QueueListThread::retire(std::move(worker));
-    Reread();
+    Retire(std::move(worker));
+    const Refreshing scope(this);
+    try {
+        Reread();
+    } catch (...) {
+        EndAwaited(loadsBegun, currentFailure());
+        throw;
+    }
+    if (IsAwaited(loadsBegun))
+        EndAwaited(loadsBegun, whyMissing());
 }
 
 void Queue::Populate()
@@ -204,7 +245,7 @@ void Queue::StartThread(const Orvex::IQueue2Ptr &queue)
         else
             unable = std::move(worker);
     }
-    QueueListThread::retire(std::move(outdated));
+    Retire(std::move(outdated));
     if (unable)
         EndUnable(*unable->load());
 }
@@ -237,13 +278,15 @@ std::shared_ptr<QueueLoad> Queue::StartNow()
         const ListMutexLocker lock("Queue::Populate()", listMutex().get());
         outdated = TakeWorker();
         AbandonOutdated();
+        if (Refreshing::is(this) && u_Size() > 0)
+            Clear(); // somebody else has refreshed it meanwhile
         m_loadLimit = NextLimit();
         load = std::make_shared<QueueLoad>(this, m_loadLimit);
         MarkStarted(load.get(), false);
         const MutexLocker guard(m_workerMutex);
         m_outdatedLoads.push_back(load);
     }
-    QueueListThread::retire(std::move(outdated));
+    Retire(std::move(outdated));
     return load;
 }
 
@@ -255,10 +298,19 @@ void Queue::ReadAll(QueueLoad &load, const Orvex::IQueuePtr &list)
         }
     } catch (...) {
         load.fail(currentFailure());
-        load.end();
+        EndNow(load);
         throw;
     }
+    EndNow(load);
+}
+
+/// Ends a load without a worker; also the wait for a threaded one in whose place it came.
+void Queue::EndNow(QueueLoad &load)
+{
     load.end();
+    const MutexLocker guard(m_stateMutex);
+    if (&load == m_lastLoad && m_threadedLoad == Threaded::Awaited)
+        m_threadedLoad = Threaded::Complete;
 }
 
 /// Does what was put off while the access lock was held around the making of this queue.
@@ -296,10 +348,12 @@ void Queue::LoadMore()
     // Of several threads that ask for more at once, one gets it.
     if (!m_moreAvailable.exchange(false))
         return;
+    const quint32 loadsBegun = LoadsBegun();
     try {
         Populate();
     } catch (...) {
-        m_moreAvailable = true;
+        if (LoadsBegun() == loadsBegun) // else the load has told
+            m_moreAvailable = true;
         throw;
     }
 }
@@ -321,8 +375,9 @@ void Queue::MarkStarted(const QueueLoad *load, bool threaded)
     const MutexLocker guard(m_stateMutex);
     m_lastLoad = load;
     m_loadError = S_OK;
+    ++m_loadsBegun;
     if (threaded)
-        m_complete = false;
+        m_threadedLoad = Threaded::Awaited;
 }
 
 /// A load that has been abandoned meanwhile tells nothing about the one that was started in its place. Null: somebody
@@ -331,13 +386,36 @@ void Queue::MarkComplete(const QueueLoad *load)
 {
     const MutexLocker guard(m_stateMutex);
     if (!load || load == m_lastLoad)
-        m_complete = true;
+        m_threadedLoad = Threaded::Complete;
 }
 
 bool Queue::IsMarkedComplete()
 {
     const MutexLocker guard(m_stateMutex);
-    return m_complete;
+    return m_threadedLoad == Threaded::Complete;
+}
+
+quint32 Queue::LoadsBegun()
+{
+    const MutexLocker guard(m_stateMutex);
+    return m_loadsBegun;
+}
+
+/// Whether no load has begun since there were so many, and the last threaded one has not told its end.
+bool Queue::IsAwaited(quint32 loadsBegun)
+{
+    const MutexLocker guard(m_stateMutex);
+    return m_loadsBegun == loadsBegun && m_threadedLoad == Threaded::Awaited;
+}
+
+/// Ends a threaded load in whose place no other came; a host may be waiting for it.
+void Queue::EndAwaited(quint32 loadsBegun, HRESULT error)
+{
+    const MutexLocker guard(m_stateMutex);
+    if (m_loadsBegun != loadsBegun || m_threadedLoad != Threaded::Awaited)
+        return;
+    m_loadError = error;
+    m_threadedLoad = Threaded::Complete;
 }
 
 void Queue::MarkFailed(const QueueLoad *load, HRESULT error)
@@ -366,7 +444,7 @@ bool Queue::IsFinished()
 {
     const MutexLocker guard(m_workerMutex);
     if (!m_loadThread)
-        return true;
+        return m_workersTaken == 0;
     if (QThread::currentThread() == m_loadThread.get() || !m_loadThread->isFinished())
         return false;
     QueueListThread::retire(std::move(m_loadThread));
@@ -390,7 +468,7 @@ void Queue::cancelQueueLoad(bool wait)
         m_loadThread->load()->cancel();
 }
 
-/// Takes the worker out of the queue; null when there is none. Its load goes on until it is abandoned.
+/// Takes the worker out of the queue, for Retire(); null when there is none. Its load goes on until it is abandoned.
 std::unique_ptr<QueueListThread> Queue::TakeWorker()
 {
     const MutexLocker guard(m_workerMutex);
@@ -400,8 +478,10 @@ std::unique_ptr<QueueListThread> Queue::TakeWorker()
 std::unique_ptr<QueueListThread> Queue::TakeWorkerLocked()
 {
     ForgetEnded();
-    if (m_loadThread)
+    if (m_loadThread) {
         m_outdatedLoads.push_back(m_loadThread->load());
+        ++m_workersTaken;
+    }
     return std::move(m_loadThread);
 }
 
@@ -461,7 +541,17 @@ void Queue::LetGo(std::unique_ptr<QueueListThread> worker, const QDeadlineTimer 
         return;
     WaitFor(*worker, deadline);
     worker->load()->abandon();
+    Retire(std::move(worker));
+}
+
+/// Leaves a worker that was taken to itself; null allowed.
+void Queue::Retire(std::unique_ptr<QueueListThread> worker)
+{
+    if (!worker)
+        return;
     QueueListThread::retire(std::move(worker));
+    const MutexLocker guard(m_workerMutex);
+    --m_workersTaken;
 }
 
 /// The number of workers, of all queues, that were abandoned and have not ended yet.

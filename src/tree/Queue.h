@@ -36,12 +36,12 @@ class WorkerPresence;
 /// The caller owns the queue. All operations but the destructor may be called on any thread at any time, also while a
 /// load runs. Neither destroying the queue nor cancelling waits for more than 100 ms for its load, whatever the server
 /// does: a load that hangs in a call is abandoned and cleans up after itself. Destroying also waits for a Completed of
-/// the host's that is running, for as long as it does. Do neither from the queue's own Completed. Destroying a queue
-/// with live refresh also has the server end its reports. Where its own load hangs, that is left to the load; else it
-/// is a call like any other, which waits for the update manager and the server access lock, and so for as long as
-/// somebody else's call hangs: the reports are off when the destructor returns. For the same reason such a queue is
-/// neither destroyed nor, without threading, made, refreshed or loaded on while the calling thread holds the server
-/// access lock.
+/// the host's that is running, for as long as it does, and 50 ms more for the end of its load. Do neither from the
+/// queue's own Completed. Destroying a queue with live refresh also has the server end its reports. Where its own load
+/// hangs, that is left to the load; else it is a call like any other, which waits for the update manager and the server
+/// access lock, and so for as long as somebody else's call hangs: the reports are off when the destructor returns. For
+/// the same reason such a queue is neither destroyed nor, without threading, made, refreshed or loaded on while the
+/// calling thread holds the server access lock.
 ///
 /// What the server refuses raises `_com_error`, unless said otherwise. During a threaded load it raises nowhere: the
 /// load ends, what arrived stays, and GetError tells; so it does when the system has no thread for the load.
@@ -67,14 +67,17 @@ public:
 
     bool IsDirectory() override;
     bool IsQueue() override;
+    /// Reads the stories anew, in place of a load that is running. Nothing happens without a session. Where it does not
+    /// come to a load, since there is no such queue (any more), nobody is signed on or looking it up raises, the load
+    /// that runs or was cancelled has ended with that error: IsComplete is true and GetError tells.
     void Refresh() override;
     SearchList *StartSearch(const QString &text) override;
 
     /// \name Loading
     /// \{
 
-    /// The last threaded load has ended, also when it failed. Collects the worker, for whose end it waits up to 100 ms:
-    /// it may still be in an override of Completed.
+    /// The last threaded load has ended, also when it failed, or when one without a thread came in its place and has
+    /// ended. Collects the worker, for whose end it waits up to 100 ms: it may still be in an override of Completed.
     virtual bool IsComplete();
     /// Called by the worker when a load has ended without being cancelled: registers a queue with live refresh for
     /// updates and makes IsComplete true. Overrides call it first. Not called for a load that got no thread. Where the
@@ -82,7 +85,7 @@ public:
     /// exception, which is neither a std::exception nor a _com_error, and so does SetUpdate: let it pass, there is
     /// nothing left to do.
     virtual void Completed();
-    /// No worker is running. Collects the worker.
+    /// No worker is running; one that was let go of does not count. Collects the worker.
     virtual bool IsFinished();
     /// The HRESULT with which the last load failed, 0 when it did not, whatever became of those before: E_OUTOFMEMORY
     /// when it got no thread.
@@ -173,12 +176,14 @@ private:
     void EndUnable(QueueLoad &load);
     void LoadNow(const Orvex::IQueue2Ptr &queue);
     std::shared_ptr<QueueLoad> StartNow();
-    static void ReadAll(QueueLoad &load, const Orvex::IQueuePtr &list);
+    void ReadAll(QueueLoad &load, const Orvex::IQueuePtr &list);
+    void EndNow(QueueLoad &load);
     void RegisterIfLoaded();
     QDeadlineTimer AbandonLoad();
     void ShutOutdatedOut();
     static void WaitFor(QueueListThread &worker, const QDeadlineTimer &deadline);
-    static void LetGo(std::unique_ptr<QueueListThread> worker, const QDeadlineTimer &deadline);
+    void LetGo(std::unique_ptr<QueueListThread> worker, const QDeadlineTimer &deadline);
+    void Retire(std::unique_ptr<QueueListThread> worker);
     std::unique_ptr<QueueListThread> TakeWorker();
     std::unique_ptr<QueueListThread> TakeWorkerLocked() QUIRE_REQUIRES(m_workerMutex);
     void ForgetEnded() QUIRE_REQUIRES(m_workerMutex);
@@ -187,6 +192,9 @@ private:
     void MarkStarted(const QueueLoad *load, bool threaded);
     void MarkComplete(const QueueLoad *load);
     bool IsMarkedComplete();
+    quint32 LoadsBegun();
+    bool IsAwaited(quint32 loadsBegun);
+    void EndAwaited(quint32 loadsBegun, HRESULT error);
     void MarkFailed(const QueueLoad *load, HRESULT error);
     bool SwitchOffLater(const QDeadlineTimer &deadline);
     void StopUpdates(const QDeadlineTimer &deadline);
@@ -210,9 +218,12 @@ private:
     Mutex<LockRank::QueueState> m_stateMutex;                             // a leaf
     const QueueLoad *m_lastLoad QUIRE_GUARDED_BY(m_stateMutex) = nullptr; // only ever compared
     HRESULT m_loadError QUIRE_GUARDED_BY(m_stateMutex) = S_OK;
-    bool m_complete QUIRE_GUARDED_BY(m_stateMutex) = false;
-    Mutex<LockRank::Workers> m_workerMutex; // comes after the list's lock
+    quint32 m_loadsBegun QUIRE_GUARDED_BY(m_stateMutex) = 0;
+    enum class Threaded { None, Awaited, Complete };
+    Threaded m_threadedLoad QUIRE_GUARDED_BY(m_stateMutex) = Threaded::None; // the last one
+    Mutex<LockRank::Workers> m_workerMutex;                                  // comes after the list's lock
     std::unique_ptr<QueueListThread> m_loadThread QUIRE_GUARDED_BY(m_workerMutex);
+    int m_workersTaken QUIRE_GUARDED_BY(m_workerMutex) = 0; // and not yet left to themselves
     // Of workers taken out, and those without a worker; they may not have ended.
     std::vector<std::shared_ptr<QueueLoad>> m_outdatedLoads QUIRE_GUARDED_BY(m_workerMutex);
 };

@@ -221,3 +221,17 @@ TEST_F(QueueLetGoTest, WhatTheServerRefusesAQueueThatHasGoneIsNotToldToItsClass)
     ASSERT_TRUE(workersEnd());
     EXPECT_EQ(refusal.caught, 0);
 }
+
+TEST_F(QueueLetGoTest, IsNotFinishedWhileAnotherThreadStillWaitsForTheWorker)
+{
+    const std::unique_ptr<Queue> queue = open("Q.LONG");
+    QueueProbe::gate(*queue).lock();
+    queue->Lock(); // keeps the other thread from letting go
+    auto cancelling = std::async(std::launch::async, [&] { queue->cancelQueueLoad(true); });
+    ASSERT_TRUE(comesTrue([&] { return !QueueProbe::hasWorker(*queue); }));
+    EXPECT_FALSE(queue->IsFinished());
+    queue->Unlock();
+    cancelling.get();
+    EXPECT_TRUE(queue->IsFinished());
+    QueueProbe::gate(*queue).unlock();
+}
