@@ -70,13 +70,14 @@ QString DirectoryModel::rootPath() const
 
 void DirectoryModel::setRootPath(const QString &path)
 {
-    const QString before = rootPath();
-    abandonWork(); // before views hear of it: they ask for the new rows at once
-    beginResetModel();
-    m_readings.clear();
-    m_root = std::make_unique<DirectoryNode>(nullptr, Item(path.isEmpty() ? rootName() : path, Item_Directory));
-    endResetModel();
-    if (rootPath() != before)
+    const QString root = path.isEmpty() ? rootName() : path;
+    QString before;
+    const bool stays = turnAway([&] {
+        before = rootPath();
+        m_readings.clear();
+        m_root = std::make_unique<DirectoryNode>(nullptr, Item(root, Item_Directory));
+    });
+    if (stays && rootPath() != before)
         Q_EMIT rootPathChanged(rootPath());
 }
 
@@ -213,7 +214,8 @@ void DirectoryModel::read(DirectoryNode *node, bool anew)
     const quint64 reading = ++m_lastReading;
     m_readings.insert(reading, node);
     node->setState(DirectoryNode::Reading);
-    beginLoad();
+    if (!beginLoad())
+        return;
     work().run(
         [this, path = node->item().name, reading, anew]() -> ServerWork::Delivery {
             // Shared, since a function has to be copyable.
@@ -243,7 +245,8 @@ void DirectoryModel::show(quint64 reading, const std::vector<Item> &entries, boo
     if (DirectoryNode *const node = takeReading(reading)) {
         node->setState(DirectoryNode::Read);
         node->setWasRead();
-        showChanges(node, entries);
+        if (!showChanges(node, entries))
+            return;
         if (!refreshIfOutdated(node)) {
             for (int row = 0; anew && row < node->size(); ++row)
                 refresh(indexOf(node->child(row)));
@@ -261,44 +264,34 @@ bool DirectoryModel::refreshIfOutdated(DirectoryNode *node)
     return true;
 }
 
-void DirectoryModel::showChanges(DirectoryNode *node, const std::vector<Item> &entries)
+/// False when there is nothing left to do for what has been read.
+bool DirectoryModel::showChanges(DirectoryNode *node, const std::vector<Item> &entries)
 {
+    const ServerWork::Turn turn(work());
+    const ServerWork::Hold hold(work());
     const QModelIndex parent = indexOf(node);
     const bool wasEmpty = node->size() == 0;
     std::vector<std::unique_ptr<DirectoryNode>> removed;
     int arrived = 0;
     for (const RowStep &step : rowSteps(matchRows(keysOf(*node), keysOf(entries)), static_cast<int>(entries.size()))) {
-        const int last = step.first + step.count - 1;
-        switch (step.kind) {
-        case RowStep::Remove:
-            beginRemoveRows(parent, step.first, last);
-            node->apply(step, entries, &removed);
-            endRemoveRows();
-            break;
-        case RowStep::Insert:
-            beginInsertRows(parent, step.first, last);
-            node->apply(step, entries, &removed);
-            endInsertRows();
-            arrived += step.count;
-            break;
-        case RowStep::Move:
-            beginMoveRows(parent, step.first, last, parent, step.to);
-            node->apply(step, entries, &removed);
-            endMoveRows();
-            break;
-        }
+        if (!changeRows(parent, step, [&] { node->apply(step, entries, &removed); }))
+            return false;
+        arrived += step.kind == RowStep::Insert ? step.count : 0;
     }
     for (const auto &gone : removed)
         forget(gone.get());
     showAttributes(node, entries);
-    if (wasEmpty && node->size() == 0 && parent.isValid())
+    if (!turn.isOver() && wasEmpty && node->size() == 0 && parent.isValid())
         Q_EMIT dataChanged(parent, parent); // there is nothing to open
-    countRows(arrived);
+    if (!turn.isOver())
+        countRows(arrived);
+    return !turn.isOver();
 }
 
 void DirectoryModel::showAttributes(DirectoryNode *node, const std::vector<Item> &entries)
 {
-    for (int row = 0; row < node->size(); ++row) {
+    const ServerWork::Turn turn(work());
+    for (int row = 0; !turn.isOver() && row < node->size(); ++row) {
         if (!node->child(row)->update(entries[static_cast<std::size_t>(row)]))
             continue;
         const QModelIndex changed = indexOf(node->child(row));

@@ -86,7 +86,7 @@ private:
     QModelIndex indexOf(const DirectoryNode *node) const;
     void read(DirectoryNode *node, bool anew);
     void show(quint64 reading, const std::vector<Item> &entries, bool anew);
-    void showChanges(DirectoryNode *node, const std::vector<Item> &entries);
+    bool showChanges(DirectoryNode *node, const std::vector<Item> &entries);
     void showAttributes(DirectoryNode *node, const std::vector<Item> &entries);
     bool refreshIfOutdated(DirectoryNode *node);
     void giveUp(quint64 reading, qint32 error);

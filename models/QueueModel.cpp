@@ -45,8 +45,7 @@ bool QueueModel::isLive() const
 
 void QueueModel::open(const QString &path)
 {
-    reset(path);
-    if (!path.isEmpty())
+    if (reset(path) && !path.isEmpty())
         ask();
 }
 
@@ -55,27 +54,33 @@ void QueueModel::close()
     reset(QString());
 }
 
-void QueueModel::reset(const QString &path)
+/// False when there is nothing left to do for the path.
+bool QueueModel::reset(const QString &path)
 {
-    const QString before = m_path;
-    stopPolling();
-    abandonWork();
-    beginResetModel();
-    m_path = path;
-    m_columns.clear();
-    m_rows->clear();
-    m_queue.reset();
-    m_asking = m_running = m_outdated = false;
-    endResetModel();
+    QString before;
+    const bool stays = turnAway([&] {
+        before = std::exchange(m_path, path);
+        m_columns.clear();
+        m_rows->clear();
+        m_queue.reset();
+        m_asking = m_running = m_outdated = false;
+    });
+    if (!stays)
+        return false;
+    const ServerWork::Turn turn(work());
     if (m_path != before)
         Q_EMIT pathChanged(m_path);
+    return !turn.isOver();
 }
 
-/// Has the server open the queue.
+/// Has the server open the queue, unless a slot that has heard of its path has done so already.
 void QueueModel::ask()
 {
+    if (m_asking || m_queue)
+        return;
     m_asking = true;
-    beginLoad();
+    if (!beginLoad())
+        return;
     work().run(
         [this, path = m_path]() -> ServerWork::Delivery {
             const IDispatchPtr handle = findQueue(path);
@@ -89,9 +94,17 @@ void QueueModel::start(const std::shared_ptr<WatchedQueue> &queue, const std::ve
 {
     const QVector<StoryColumn> columns =
         QVector<StoryColumn>{nameColumn()} + fieldColumns(fields) + headerColumns(m_headerColumns);
-    beginInsertColumns(QModelIndex(), 0, columns.size() - 1);
-    m_columns = columns;
-    endInsertColumns();
+    const ServerWork::Turn turn(work());
+    {
+        const ServerWork::Hold hold(work());
+        beginInsertColumns(QModelIndex(), 0, columns.size() - 1);
+        if (turn.isOver())
+            return;
+        m_columns = columns;
+        endInsertColumns();
+        if (turn.isOver())
+            return;
+    }
     m_queue = queue;
     m_changes = queue->changesAtFirst();
     m_asking = false;
@@ -111,15 +124,20 @@ void QueueModel::fail(qint32 error)
 
 void QueueModel::poll()
 {
-    if (!m_queue || m_asking)
+    if (!m_queue || m_asking || work().isHeld())
         return;
+    const ServerWork::Turn turn(work());
     if (m_running) {
         const bool ended = m_queue->IsFinished();
         takeArrived(); // all of it when it has ended
+        if (turn.isOver())
+            return;
         if (ended)
             endReading(static_cast<qint32>(m_queue->GetError()));
         else if (m_rows->size() == 0)
             pollSoon(); // somebody waits in front of nothing
+        if (turn.isOver() || m_asking)
+            return; // a slot, which may have had the queue read again
     }
     m_queue->takeReport();
     if (std::exchange(m_changes, m_queue->changes()) != m_changes)
@@ -133,28 +151,32 @@ void QueueModel::takeArrived()
     const int count = m_rows->arrived(*m_queue);
     if (count <= 0)
         return;
-    if (m_rows->showsOld()) {
-        m_rows->add(*m_queue, count);
-    } else {
-        beginInsertRows(QModelIndex(), m_rows->size(), m_rows->size() + count - 1);
-        m_rows->add(*m_queue, count);
-        endInsertRows();
-    }
-    countRows(count);
+    const ServerWork::Hold hold(work());
+    const auto add = [&] { m_rows->add(*m_queue, count); };
+    bool stays = true;
+    if (m_rows->showsOld())
+        add();
+    else
+        stays = changeRows(QModelIndex(), {RowStep::Insert, m_rows->size(), count, 0, 0}, add);
+    if (stays)
+        countRows(count);
 }
 
 void QueueModel::endReading(qint32 error)
 {
     m_running = false;
+    const ServerWork::Turn turn(work());
     if (error >= 0 && m_rows->showsOld()) {
         // As many as there were, or all that there are.
         if (m_rows->newSize() < m_rows->size() && m_queue->MoreStoriesAvailable()) {
+            m_asking = true;
             loadMore();
             return;
         }
         showNew();
     }
-    endLoad(error);
+    if (!turn.isOver())
+        endLoad(error);
 }
 
 bool QueueModel::canFetchMore(const QModelIndex &parent) const
@@ -167,13 +189,13 @@ void QueueModel::fetchMore(const QModelIndex &parent)
 {
     if (!canFetchMore(parent))
         return;
-    beginLoad();
-    loadMore();
+    m_asking = true;
+    if (beginLoad())
+        loadMore();
 }
 
 void QueueModel::loadMore()
 {
-    m_asking = true;
     work().run(
         [this, queue = m_queue]() -> ServerWork::Delivery {
             findQueue(queue->Name()); // without it nothing would be loaded, and nothing said
@@ -194,7 +216,7 @@ void QueueModel::refresh()
     if (m_queue) {
         m_outdated = true;
         poll();
-    } else if (!m_path.isEmpty() && !m_asking) {
+    } else if (!m_path.isEmpty()) {
         ask();
     }
 }
@@ -204,7 +226,8 @@ void QueueModel::readAnew()
     m_outdated = false;
     m_asking = true;
     m_rows->keepOld(*m_queue);
-    beginLoad();
+    if (!beginLoad())
+        return;
     work().run(
         [this, queue = m_queue]() -> ServerWork::Delivery {
             queue->Refresh();
@@ -220,25 +243,10 @@ void QueueModel::readAnew()
 
 void QueueModel::showNew()
 {
+    const ServerWork::Hold hold(work());
     for (const RowStep &step : m_rows->steps()) {
-        const int last = step.first + step.count - 1;
-        switch (step.kind) {
-        case RowStep::Remove:
-            beginRemoveRows(QModelIndex(), step.first, last);
-            m_rows->apply(step);
-            endRemoveRows();
-            break;
-        case RowStep::Insert:
-            beginInsertRows(QModelIndex(), step.first, last);
-            m_rows->apply(step);
-            endInsertRows();
-            break;
-        case RowStep::Move:
-            beginMoveRows(QModelIndex(), step.first, last, QModelIndex(), step.to);
-            m_rows->apply(step);
-            endMoveRows();
-            break;
-        }
+        if (!changeRows(QModelIndex(), step, [&] { m_rows->apply(step); }))
+            return;
     }
     showChanged(m_rows->showNew());
 }
@@ -246,7 +254,8 @@ void QueueModel::showNew()
 /// Tells of changed rows, neighbours together.
 void QueueModel::showChanged(const std::vector<int> &rows)
 {
-    for (std::size_t first = 0; first < rows.size();) {
+    const ServerWork::Turn turn(work());
+    for (std::size_t first = 0; first < rows.size() && !turn.isOver();) {
         std::size_t behind = first + 1;
         while (behind < rows.size() && rows[behind] == rows[behind - 1] + 1)
             ++behind;

@@ -100,7 +100,7 @@ protected:
 private:
     Q_DISABLE_COPY(QueueModel)
 
-    void reset(const QString &path);
+    bool reset(const QString &path);
     void ask();
     void start(const std::shared_ptr<WatchedQueue> &queue, const std::vector<Field> &fields);
     void fail(qint32 error);

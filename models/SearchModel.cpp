@@ -56,7 +56,7 @@ QString queueOf(const Item &hit)
 SearchModel::SearchModel(QObject *parent)
     : ServerTable(parent)
 {
-    reset();
+    showNothing();
 }
 
 SearchModel::~SearchModel() = default;
@@ -68,11 +68,8 @@ void SearchModel::setFieldColumns(const QStringList &names)
     m_fieldColumns = names;
 }
 
-void SearchModel::reset()
+void SearchModel::showNothing()
 {
-    stopPolling();
-    abandonWork();
-    beginResetModel();
     m_search.reset();
     m_hits.clear();
     m_totalHits = 0;
@@ -80,13 +77,12 @@ void SearchModel::reset()
     m_columns = QVector<StoryColumn>{nameColumn()} + headerColumns({QLatin1String(Attr_Queue)});
     for (const QString &name : qAsConst(m_fieldColumns))
         m_columns.append({StoryColumn::Field, name, name, 0, 0, 0});
-    endResetModel();
 }
 
 void SearchModel::start(const QString &path, ItemType type, const QString &query)
 {
-    reset();
-    beginLoad();
+    if (!turnAway([this] { showNothing(); }) || !beginLoad())
+        return;
     work().run(
         [this, path, type, query]() -> ServerWork::Delivery {
             auto search = std::make_unique<Running>(startSearch(path, type, query));
@@ -120,7 +116,7 @@ void SearchModel::stop()
 
 void SearchModel::clear()
 {
-    reset();
+    turnAway([this] { showNothing(); });
 }
 
 int SearchModel::totalHits() const
@@ -132,7 +128,7 @@ int SearchModel::totalHits() const
 
 void SearchModel::poll()
 {
-    if (!m_search)
+    if (!m_search || work().isHeld())
         return;
     Search *const searcher = Search::GetSearcher();
     ItemList *const list = searcher->AccessSearchResults(m_search->id());
@@ -146,16 +142,15 @@ void SearchModel::poll()
         searcher->EndAccessSearchResults(m_search->id());
     }
     if (!ended) {
-        append(std::move(arrived));
         if (m_nextCheck.hasExpired())
             checkSession();
+        append(std::move(arrived));
         return;
     }
     stopPolling();
     m_search.reset();
-    if (list)
-        arrange(arrived);
-    endLoad(0);
+    if (!list || arrange(arrived))
+        endLoad(0);
 }
 
 /// A server that ends the session tells nobody that its searches have ended with it.
@@ -188,44 +183,45 @@ void SearchModel::append(std::vector<Item> hits)
 {
     if (hits.empty())
         return;
-    const int before = rowCount();
+    const ServerWork::Hold hold(work());
     const int count = static_cast<int>(hits.size());
-    beginInsertRows(QModelIndex(), before, before + count - 1);
-    std::move(hits.begin(), hits.end(), std::back_inserter(m_hits));
-    endInsertRows();
-    countRows(count);
+    const auto add = [&] { std::move(hits.begin(), hits.end(), std::back_inserter(m_hits)); };
+    if (changeRows(QModelIndex(), {RowStep::Insert, rowCount(), count, 0, 0}, add))
+        countRows(count);
 }
 
-/// Makes the rows those of the sorted list: double ones go, the rest is sorted, what has not been seen yet comes.
-void SearchModel::arrange(const std::vector<Item> &hits)
+/// Makes the rows those of the sorted list: double ones go, the rest is sorted, what has not been seen yet comes. False
+/// when there is nothing left to do for the search.
+bool SearchModel::arrange(const std::vector<Item> &hits)
 {
+    const ServerWork::Hold hold(work());
     std::vector<int> targets = matchRows(sortKeys(m_hits), sortKeys(hits));
-    removeMissing(targets);
-    sortByTarget(targets);
-    insertNew(targets, hits);
+    return removeMissing(targets) && sortByTarget(targets) && insertNew(targets, hits);
 }
 
-void SearchModel::removeMissing(std::vector<int> &targets)
+bool SearchModel::removeMissing(std::vector<int> &targets)
 {
     for (int end = rowCount(); end > 0;) {
         int first = end;
         while (first > 0 && targets[static_cast<std::size_t>(first - 1)] < 0)
             --first;
-        if (first < end) {
-            beginRemoveRows(QModelIndex(), first, end - 1);
-            m_hits.erase(m_hits.begin() + first, m_hits.begin() + end);
-            endRemoveRows();
-        }
+        const auto remove = [&] { m_hits.erase(m_hits.begin() + first, m_hits.begin() + end); };
+        if (first < end && !changeRows(QModelIndex(), {RowStep::Remove, first, end - first, 0, 0}, remove))
+            return false;
         end = first < end ? first : end - 1;
     }
     targets.erase(std::remove(targets.begin(), targets.end(), -1), targets.end());
+    return true;
 }
 
-void SearchModel::sortByTarget(std::vector<int> &targets)
+bool SearchModel::sortByTarget(std::vector<int> &targets)
 {
     if (std::is_sorted(targets.begin(), targets.end()))
-        return;
+        return true;
+    const ServerWork::Turn turn(work());
     Q_EMIT layoutAboutToBeChanged({}, VerticalSortHint);
+    if (turn.isOver())
+        return false;
     std::vector<std::size_t> order(targets.size()); // by new row, the old one
     std::iota(order.begin(), order.end(), std::size_t{0});
     std::sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) { return targets[a] < targets[b]; });
@@ -244,18 +240,22 @@ void SearchModel::sortByTarget(std::vector<int> &targets)
     changePersistentIndexList(before, after);
     std::sort(targets.begin(), targets.end());
     Q_EMIT layoutChanged({}, VerticalSortHint);
+    return !turn.isOver();
 }
 
-void SearchModel::insertNew(const std::vector<int> &targets, const std::vector<Item> &hits)
+bool SearchModel::insertNew(const std::vector<int> &targets, const std::vector<Item> &hits)
 {
+    const ServerWork::Turn turn(work());
     int arrived = 0;
     for (const RowStep &step : rowSteps(targets, static_cast<int>(hits.size()))) {
-        beginInsertRows(QModelIndex(), step.first, step.first + step.count - 1);
-        m_hits.insert(m_hits.begin() + step.first, hits.begin() + step.source, hits.begin() + step.source + step.count);
-        endInsertRows();
+        const auto source = hits.begin() + step.source;
+        const auto add = [&] { m_hits.insert(m_hits.begin() + step.first, source, source + step.count); };
+        if (!changeRows(QModelIndex(), step, add))
+            return false;
         arrived += step.count;
     }
     countRows(arrived);
+    return !turn.isOver();
 }
 
 // ---- what is shown --------------------------------------------------------------------------------------------------

@@ -20,10 +20,11 @@ namespace Quire {
 ///
 /// Searches need notices: NotificationInit, without a callback for search results. Start none after
 /// NotificationRelease: nobody would tell that it has ended, and the model would load until stop. While a search runs,
-/// the model makes sure twice a second that the user is still signed on; after a logout the search fails. Rows are
-/// appended while hits arrive. When the search has ended, double ones go and the others are sorted by queue and story,
-/// which views hear as a change of the layout: selections and persistent indexes stay with their stories. The search is
-/// over then for the server and the library; the rows stay until the next one.
+/// the model makes sure twice a second that the user is still signed on; after a logout the search fails, unless
+/// somebody has signed on again before the model asks: then it loads until stop. Rows are appended while hits arrive.
+/// When the search has ended, double ones go and the others are sorted by queue and story, which views hear as a change
+/// of the layout: selections and persistent indexes stay with their stories. The search is over then for the server and
+/// the library; the rows stay until the next one.
 ///
 /// Roles as in QueueModel; PathRole is the queue that holds the story.
 class QUIRE_MODELS_EXPORT SearchModel : public ServerTable
@@ -73,15 +74,15 @@ private:
 
     class Running;
 
-    void reset();
+    void showNothing();
     void follow(const std::shared_ptr<Running> &search);
     void checkSession();
     void giveUp(int search, qint32 error);
     void append(std::vector<Item> hits);
-    void arrange(const std::vector<Item> &hits);
-    void removeMissing(std::vector<int> &targets);
-    void sortByTarget(std::vector<int> &targets);
-    void insertNew(const std::vector<int> &targets, const std::vector<Item> &hits);
+    bool arrange(const std::vector<Item> &hits);
+    bool removeMissing(std::vector<int> &targets);
+    bool sortByTarget(std::vector<int> &targets);
+    bool insertNew(const std::vector<int> &targets, const std::vector<Item> &hits);
 
     QStringList m_fieldColumns;
     QVector<StoryColumn> m_columns;

@@ -4,6 +4,7 @@
 
 #include <utility>
 
+#include "RowSteps.h"
 #include "ServerThread.h"
 #include "ServerWork.h"
 #include <quire/session/ErrorString.h>
@@ -60,33 +61,54 @@ qint32 ServerModel::error() const
 
 QString ServerModel::errorText() const
 {
-    return m_error == 0 ? QString() : getErrorString(m_error, false);
+    return m_error == 0 ? QString() : wordsFor(m_error);
 }
 
-void ServerModel::setLoads(int loads)
+QString ServerModel::wordsFor(qint32 error)
 {
-    const bool was = isLoading();
-    m_loads = loads;
-    if (was != isLoading()) // cppcheck-suppress knownConditionTrueFalse; it goes by the loads
-        Q_EMIT loadingChanged(!was);
+    return getErrorString(error, false);
 }
 
-void ServerModel::abandonWork()
+bool ServerModel::turnAway(const std::function<void()> &clear)
 {
-    m_work = std::make_unique<ServerWork>(this);
-    setLoads(0);
+    beginResetModel();
+    stopPolling();
+    m_work = std::make_unique<ServerWork>(this); // before views hear of it: they ask for the new rows at once
+    m_loads = 0;
+    m_error = 0;
+    m_ended.reset();
+    clear();
+    const ServerWork::Turn turn(*m_work);
+    endResetModel();
+    if (!turn.isOver())
+        tellState();
+    return !turn.isOver();
 }
 
-void ServerModel::beginLoad()
+/// Tells what is not as it was told last: slots may have changed it meanwhile.
+void ServerModel::tellState()
 {
-    const bool first = m_loads == 0;
-    if (first) {
-        m_error = 0;
-        m_rows = 0;
-    }
-    setLoads(m_loads + 1);
-    if (first)
+    const ServerWork::Turn turn(*m_work);
+    if (std::exchange(m_toldLoading, isLoading()) != isLoading())
+        Q_EMIT loadingChanged(m_toldLoading);
+    if (!turn.isOver() && std::exchange(m_toldError, m_error) != m_error)
+        Q_EMIT errorTextChanged(errorText());
+}
+
+bool ServerModel::beginLoad()
+{
+    const ServerWork::Turn turn(*m_work);
+    tellEnd();
+    if (turn.isOver())
+        return false;
+    if (m_loads++ > 0)
+        return true;
+    m_error = 0;
+    m_rows = 0;
+    tellState();
+    if (!turn.isOver())
         Q_EMIT loadingStarted();
+    return !turn.isOver();
 }
 
 void ServerModel::countRows(int rows)
@@ -99,15 +121,50 @@ void ServerModel::countRows(int rows)
 
 void ServerModel::endLoad(qint32 error)
 {
+    const ServerWork::Turn turn(*m_work);
     if (error < 0 && m_error == 0)
         m_error = error;
-    setLoads(m_loads - 1);
-    if (m_loads > 0)
+    if (--m_loads == 0)
+        m_ended = m_error;
+    tellState();
+    if (!turn.isOver())
+        tellEnd();
+}
+
+/// Once for each load, also when one that a slot has begun asks for it first.
+void ServerModel::tellEnd()
+{
+    const std::optional<qint32> ended = std::exchange(m_ended, std::nullopt);
+    if (!ended)
         return;
-    if (m_error == 0)
+    if (*ended == 0)
         Q_EMIT finished();
     else
-        Q_EMIT failed(errorText());
+        Q_EMIT failed(wordsFor(*ended));
+}
+
+// ---- rows -----------------------------------------------------------------------------------------------------------
+
+bool ServerModel::changeRows(const QModelIndex &parent, const RowStep &step, const std::function<void()> &change)
+{
+    const ServerWork::Turn turn(*m_work);
+    const int last = step.first + step.count - 1;
+    if (step.kind == RowStep::Remove)
+        beginRemoveRows(parent, step.first, last);
+    else if (step.kind == RowStep::Insert)
+        beginInsertRows(parent, step.first, last);
+    else
+        beginMoveRows(parent, step.first, last, parent, step.to);
+    if (turn.isOver())
+        return false; // a reset has ended it
+    change();
+    if (step.kind == RowStep::Remove)
+        endRemoveRows();
+    else if (step.kind == RowStep::Insert)
+        endInsertRows();
+    else
+        endMoveRows();
+    return !turn.isOver();
 }
 
 // ---- polling --------------------------------------------------------------------------------------------------------

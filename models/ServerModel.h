@@ -6,7 +6,9 @@
 #include <QAbstractItemModel>
 #include <QString>
 
+#include <functional>
 #include <memory>
+#include <optional>
 
 #include <quire/models/Export.h>
 #include <quire/models/ModelRoles.h>
@@ -14,6 +16,7 @@
 namespace Quire {
 
 class ServerWork;
+struct RowStep;
 
 /// A model over the server's data, which arrives while views already show it.
 ///
@@ -23,6 +26,11 @@ class ServerWork;
 /// must outlive the calls: after the models are gone, waitForServer tells when it may be unloaded.
 ///
 /// Something is loading from loadingStarted until either finished or failed comes. Failures leave the rows as they are.
+///
+/// Slots may call all operations, also those that have the model turn to something else, may run event loops, and may
+/// destroy the model unless its rows are only about to change. What the model was about to do for what it has turned
+/// away from it does not do any more. While a slot that hears of changed rows runs an event loop, nothing more arrives
+/// for them.
 class QUIRE_MODELS_EXPORT ServerModel : public QAbstractItemModel
 {
     Q_OBJECT
@@ -31,7 +39,7 @@ class QUIRE_MODELS_EXPORT ServerModel : public QAbstractItemModel
     /// See pollInterval().
     Q_PROPERTY(int pollInterval READ pollInterval WRITE setPollInterval)
     /// See errorText().
-    Q_PROPERTY(QString errorText READ errorText NOTIFY loadingChanged)
+    Q_PROPERTY(QString errorText READ errorText NOTIFY errorTextChanged)
 
 public:
     ~ServerModel() override;
@@ -42,7 +50,7 @@ public:
 
     /// Whether the server is being asked for something.
     bool isLoading() const;
-    /// The HRESULT with which the last load failed, 0 when it did not.
+    /// The HRESULT with which the last load of what the model shows failed, 0 when it did not.
     qint32 error() const;
     /// The same in words, see getErrorString; empty when it did not fail.
     QString errorText() const;
@@ -67,6 +75,8 @@ Q_SIGNALS:
     void failed(const QString &text);
     /// isLoading has changed.
     void loadingChanged(bool loading);
+    /// errorText has changed.
+    void errorTextChanged(const QString &text);
 
 protected:
     /// Nothing is loading.
@@ -74,15 +84,30 @@ protected:
 
     /// What has the server do things for this model.
     ServerWork &work() { return *m_work; }
-    /// Forgets what runs: nothing of it arrives any more, and nothing is loading.
-    void abandonWork();
+    /// Turns to something else: the model is reset, \a clear makes it show nothing. What runs is forgotten, nothing of
+    /// it arrives any more, nothing is loading or has failed, and nothing is polled. False when a slot has had the
+    /// model turn to something else in turn, or has destroyed it: then there is nothing left to do.
+    bool turnAway(const std::function<void()> &clear);
 
-    /// Something more is loading; each call wants an endLoad.
-    void beginLoad();
+    /// \name Loading
+    /// All of these emit, so the model may have turned to something else afterwards, or be gone; see ServerWork::Turn.
+    /// \{
+
+    /// Something more is loading; each call wants an endLoad. False when there is nothing left to do for it.
+    bool beginLoad();
     /// Rows have arrived for what is loading.
     void countRows(int rows);
     /// Something of what is loading has ended, with \a error if that is negative.
     void endLoad(qint32 error);
+
+    /// \}
+
+    /// Has \a change make one step of the rows below \a parent, and tells it. False when a slot has had the model turn
+    /// to something else, or has destroyed it; then \a change may not have been called. Wants a ServerWork::Hold.
+    bool changeRows(const QModelIndex &parent, const RowStep &step, const std::function<void()> &change);
+
+    /// The HRESULT \a error in words.
+    static QString wordsFor(qint32 error);
 
     /// Lets poll() be called again and again until stopPolling.
     void startPolling();
@@ -90,7 +115,7 @@ protected:
     void stopPolling();
     /// Calls poll() once, soon, whatever the interval: something is expected at any moment.
     void pollSoon();
-    /// Looks for news.
+    /// Looks for news. Not while there is a ServerWork::Hold.
     virtual void poll();
     /// Calls poll().
     void timerEvent(QTimerEvent *event) override;
@@ -98,12 +123,16 @@ protected:
 private:
     Q_DISABLE_COPY(ServerModel)
 
-    void setLoads(int loads);
+    void tellState();
+    void tellEnd();
 
     std::unique_ptr<ServerWork> m_work;
     int m_loads = 0;
     int m_rows = 0;
     qint32 m_error = 0;
+    std::optional<qint32> m_ended; // how the last load has ended, until that is told
+    bool m_toldLoading = false;    // what the signals have told so far
+    qint32 m_toldError = 0;
     int m_pollInterval = 100;
     int m_timer = 0;
     int m_soonTimer = 0;

@@ -3,6 +3,7 @@
 #include <QMutex>
 #include <QMutexLocker>
 
+#include <deque>
 #include <new>
 #include <utility>
 
@@ -32,8 +33,10 @@ public:
 
     void close()
     {
+        std::deque<Delivery> dropped; // go without the mutex
         const QMutexLocker lock(&m_mutex);
         m_model = nullptr;
+        m_deliveries.swap(dropped);
     }
     bool isClosed() const
     {
@@ -45,17 +48,87 @@ public:
         const QMutexLocker lock(&m_mutex);
         if (!m_model)
             return;
-        const auto self = shared_from_this();
-        callLater(m_model, [self, delivery = std::move(delivery)] {
-            if (!self->isClosed()) // the model may have turned to something else meanwhile
-                delivery();
-        });
+        m_deliveries.push_back(std::move(delivery));
+        deliverLater();
+    }
+
+    void hold()
+    {
+        const QMutexLocker lock(&m_mutex);
+        ++m_holds;
+    }
+    void release() noexcept
+    {
+        const QMutexLocker lock(&m_mutex);
+        if (--m_holds > 0 || m_deliveries.empty())
+            return;
+        try {
+            deliverLater();
+        } catch (const std::bad_alloc &) {
+            // The next result takes along what waits.
+        }
+    }
+    bool isHeld() const
+    {
+        const QMutexLocker lock(&m_mutex);
+        return m_holds > 0;
     }
 
 private:
-    mutable QMutex m_mutex;
-    QObject *m_model; // guarded by m_mutex, under which the event loop takes events and calls nobody
+    /// Under the mutex.
+    void deliverLater()
+    {
+        const auto self = shared_from_this();
+        callLater(m_model, [self] { self->deliver(); });
+    }
+
+    /// In the order in which they came, also after a Hold. A delivery may have the model turn to something else.
+    void deliver()
+    {
+        while (const Delivery delivery = takeNext())
+            delivery();
+    }
+
+    Delivery takeNext()
+    {
+        const QMutexLocker lock(&m_mutex);
+        if (m_holds > 0 || m_deliveries.empty())
+            return Delivery();
+        Delivery delivery = std::move(m_deliveries.front());
+        m_deliveries.pop_front();
+        return delivery;
+    }
+
+    mutable QMutex m_mutex; // guards what follows; under it the event loop takes events and calls nobody
+    QObject *m_model;
+    std::deque<Delivery> m_deliveries;
+    int m_holds = 0;
 };
+
+bool ServerWork::Turn::isOver() const
+{
+    return m_mailbox->isClosed();
+}
+
+void ServerWork::Turn::take(std::initializer_list<std::function<void()>> steps) const
+{
+    for (const auto &step : steps) {
+        if (isOver())
+            return;
+        step();
+    }
+}
+
+ServerWork::Hold::Hold(const ServerWork &work)
+    : m_mailbox(work.m_mailbox)
+{
+    m_mailbox->hold();
+}
+
+ServerWork::Hold::~Hold()
+{
+    m_mailbox->release();
+}
 
 namespace {
 
@@ -98,6 +171,11 @@ void ServerWork::run(std::function<Delivery()> job, std::function<void(HRESULT)>
 void ServerWork::runAnyway(std::function<Delivery()> job, std::function<void(HRESULT)> failed)
 {
     post(std::move(job), std::move(failed), true);
+}
+
+bool ServerWork::isHeld() const
+{
+    return m_mailbox->isHeld();
 }
 
 void ServerWork::post(std::function<Delivery()> job, std::function<void(HRESULT)> failed, bool anyway)

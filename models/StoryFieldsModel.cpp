@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "OpenStory.h"
+#include "RowSteps.h"
 #include "ServerWork.h"
 #include "StoryCells.h"
 #include <quire/forms/AttributeCodec.h>
@@ -32,8 +33,8 @@ StoryID StoryFieldsModel::storyID() const
 
 void StoryFieldsModel::open(const QString &queuePath, const StoryID &id)
 {
-    reset(queuePath, id);
-    ask();
+    if (reset(queuePath, id) && !isLoading()) // a slot may have asked already
+        ask();
 }
 
 void StoryFieldsModel::close()
@@ -41,27 +42,34 @@ void StoryFieldsModel::close()
     reset(QString(), StoryID{});
 }
 
-void StoryFieldsModel::reset(const QString &queuePath, const StoryID &id)
+/// False when there is nothing left to do for the story.
+bool StoryFieldsModel::reset(const QString &queuePath, const StoryID &id)
 {
-    abandonWork();
-    beginResetModel();
-    m_queuePath = queuePath;
-    m_id = id;
-    m_story.reset();
-    m_rows.clear();
-    m_body.clear();
-    m_setBody.clear();
-    m_bodyWrites = 0;
-    endResetModel();
-    m_wantedLock = 0;
+    const bool stays = turnAway([&] {
+        m_queuePath = queuePath;
+        m_id = id;
+        m_story.reset();
+        m_rows.clear();
+        m_body.clear();
+        m_setBody.clear();
+        m_bodyWrites = 0;
+        m_wantedLock = 0;
+    });
+    if (!stays)
+        return false;
+    const ServerWork::Turn turn(work());
     setLocked(false);
-    noteModified();
-    Q_EMIT bodyChanged();
+    if (!turn.isOver())
+        noteModified();
+    if (!turn.isOver())
+        Q_EMIT bodyChanged();
+    return !turn.isOver();
 }
 
 void StoryFieldsModel::ask()
 {
-    beginLoad();
+    if (!beginLoad())
+        return;
     work().run(
         [this, path = m_queuePath, id = m_id, readsBody = m_readsBody]() -> ServerWork::Delivery {
             const std::shared_ptr<OpenStory> story = OpenStory::open(path, id);
@@ -78,16 +86,21 @@ void StoryFieldsModel::ask()
 void StoryFieldsModel::show(const std::shared_ptr<OpenStory> &story, const std::vector<Field> &fields,
                             const StoryContent &content)
 {
+    const ServerWork::Turn turn(work());
     m_story = story;
     if (!fields.empty()) {
-        beginInsertRows(QModelIndex(), 0, static_cast<int>(fields.size()) - 1);
-        for (std::size_t row = 0; row < fields.size(); ++row)
-            m_rows.push_back({fields[row], content.values[row], QString()});
-        endInsertRows();
+        const auto add = [&] {
+            for (std::size_t row = 0; row < fields.size(); ++row)
+                m_rows.push_back({fields[row], content.values[row], QString()});
+        };
+        if (!changeRows(QModelIndex(), {RowStep::Insert, 0, static_cast<int>(fields.size()), 0, 0}, add))
+            return;
         countRows(rowCount());
     }
-    showContent(content);
-    endLoad(0);
+    if (!turn.isOver())
+        showContent(content);
+    if (!turn.isOver())
+        endLoad(0);
 }
 
 StoryWish StoryFieldsModel::wish() const
@@ -105,29 +118,31 @@ void StoryFieldsModel::refresh()
             ask();
         return;
     }
-    beginLoad();
+    if (!beginLoad())
+        return;
     const auto answer = std::make_shared<StoryAnswer>();
     work().run(
         [this, story = m_story, wish = wish(), answer]() -> ServerWork::Delivery {
             story->refresh(wish, answer.get());
             return [this, answer] {
-                tell(showContent(answer->content));
-                noteLock(*answer);
-                endLoad(0);
+                Outdated outdated;
+                ServerWork::Turn(work()).take({[&] { outdated = showContent(answer->content); },
+                                               [&] { tell(outdated); }, [&] { noteLock(*answer); },
+                                               [&] { endLoad(0); }});
             };
         },
         [this, answer](HRESULT error) {
-            noteLock(*answer);
-            endLoad(error);
+            ServerWork::Turn(work()).take({[&] { noteLock(*answer); }, [&] { endLoad(error); }});
         });
 }
 
 /// Takes what the server has now. Tells what of it is news to somebody who is editing that.
 StoryFieldsModel::Outdated StoryFieldsModel::showContent(const StoryContent &content)
 {
+    const ServerWork::Turn turn(work());
     Outdated outdated{outdatedFields(content.values)};
     showValues(content.values);
-    if (content.body.isNull() || content.body == m_body)
+    if (turn.isOver() || content.body.isNull() || content.body == m_body)
         return outdated;
     m_body = content.body;
     outdated.body = !m_setBody.isNull() && m_bodyWrites == 0 && m_setBody != m_body;
@@ -157,8 +172,9 @@ void StoryFieldsModel::tell(const Outdated &outdated)
 /// Neighbours that differ are told together.
 void StoryFieldsModel::showValues(const std::vector<QString> &values)
 {
+    const ServerWork::Turn turn(work());
     int first = -1;
-    for (int row = 0; row <= rowCount(); ++row) {
+    for (int row = 0; !turn.isOver() && row <= rowCount(); ++row) {
         const auto place = static_cast<std::size_t>(row);
         bool differs = false;
         if (row < rowCount() && m_rows[place].value != values[place]) {

@@ -194,7 +194,7 @@ private:
         bool body = false;
     };
 
-    void reset(const QString &queuePath, const StoryID &id);
+    bool reset(const QString &queuePath, const StoryID &id);
     void ask();
     void show(const std::shared_ptr<OpenStory> &story, const std::vector<Field> &fields, const StoryContent &content);
     Outdated showContent(const StoryContent &content);
@@ -204,13 +204,15 @@ private:
     void showRow(int row);
     void setLocked(bool locked);
     void noteLock(const StoryAnswer &answer);
+    void takeLock(int number, const StoryAnswer &answer);
     bool takeWantedLock(int number);
     void noteModified();
     void writeRow(int row, const QString &value);
     void write(const RowChanges &rows, const QString &body);
     StoryChange changeOf(const RowChanges &rows, const QString &body) const;
     void take(const RowChanges &rows, const QString &body, const StoryAnswer &answer);
-    void giveUp(const RowChanges &rows, const QString &body, const StoryAnswer &answer);
+    void tellSaved(const RowChanges &rows);
+    void giveUp(const RowChanges &rows, const QString &body, const StoryAnswer &answer, qint32 error);
     StoryContent written(const RowChanges &rows, const QString &body) const;
     void keep(int row, const QString &value);
     void endWrite(const RowChanges &rows, const QString &body, bool done);

@@ -6,7 +6,6 @@
 #include "OpenStory.h"
 #include "ServerThread.h"
 #include "ServerWork.h"
-#include <quire/session/ErrorString.h>
 
 // The lock, and what is written under it.
 
@@ -43,9 +42,11 @@ void StoryFieldsModel::noteLock(const StoryAnswer &answer)
 
 void StoryFieldsModel::refuse(const QString &holder, qint32 error)
 {
+    const ServerWork::Turn turn(work());
     if (!holder.isEmpty())
-        Q_EMIT lockRefused(holder, getErrorString(error, false));
-    endLoad(error);
+        Q_EMIT lockRefused(holder, wordsFor(error));
+    if (!turn.isOver())
+        endLoad(error);
 }
 
 void StoryFieldsModel::lock()
@@ -53,23 +54,29 @@ void StoryFieldsModel::lock()
     if (!m_story || m_wantedLock > 0 || (m_locked && !isLoading()))
         return;
     m_wantedLock = ++m_locks;
-    beginLoad();
+    if (!beginLoad())
+        return;
     const auto answer = std::make_shared<StoryAnswer>();
     work().run(
         [this, story = m_story, type = m_lockType, wish = wish(), number = m_locks, answer]() -> ServerWork::Delivery {
             story->lock(type, wish, answer.get());
-            return [this, number, answer] {
-                tell(showContent(answer->content));
-                if (takeWantedLock(number))
-                    setLocked(true);
-                endLoad(0);
-            };
+            return [this, number, answer] { takeLock(number, *answer); };
         },
         [this, number = m_locks, answer](HRESULT error) {
             takeWantedLock(number);
-            noteLock(*answer);
-            refuse(answer->holder, error);
+            ServerWork::Turn(work()).take({[&] { noteLock(*answer); }, [&] { refuse(answer->holder, error); }});
         });
+}
+
+void StoryFieldsModel::takeLock(int number, const StoryAnswer &answer)
+{
+    Outdated outdated;
+    const auto note = [&] {
+        if (takeWantedLock(number))
+            setLocked(true);
+    };
+    ServerWork::Turn(work()).take(
+        {[&] { outdated = showContent(answer.content); }, [&] { tell(outdated); }, note, [&] { endLoad(0); }});
 }
 
 /// Whether the lock that was asked for as that number is still wanted; it is not on its way any more.
@@ -86,8 +93,8 @@ void StoryFieldsModel::unlock()
     if (!m_locked && m_wantedLock == 0)
         return;
     m_wantedLock = 0; // what gives it back comes behind what asks for it
-    setLocked(false);
     ServerThread::postPatiently([story = m_story] { story->unlock(); });
+    setLocked(false);
 }
 
 // ---- values ---------------------------------------------------------------------------------------------------------
@@ -113,16 +120,16 @@ void StoryFieldsModel::writeRow(int row, const QString &value)
 
 void StoryFieldsModel::write(const RowChanges &rows, const QString &body)
 {
-    for (const RowChange &change : rows) {
+    for (const RowChange &change : rows)
         ++m_rows[static_cast<std::size_t>(change.first)].writing;
-        showRow(change.first);
-    }
     StoryWish wanted = wish();
     if (!body.isNull()) {
         ++m_bodyWrites;
         wanted.body = true;
     }
-    beginLoad();
+    // It is to be made whatever slots do, and to arrive when all has been told.
+    const ServerWork::Turn turn(work());
+    const ServerWork::Hold hold(work());
     const auto answer = std::make_shared<StoryAnswer>();
     work().runAnyway(
         [this, story = m_story, rows, change = changeOf(rows, body), wanted, type = m_lockType,
@@ -130,10 +137,11 @@ void StoryFieldsModel::write(const RowChanges &rows, const QString &body)
             story->change(change, wanted, type, answer.get());
             return [this, rows, body = change.body, answer] { take(rows, body, *answer); };
         },
-        [this, rows, body, answer](HRESULT error) {
-            giveUp(rows, body, *answer);
-            refuse(answer->holder, error);
-        });
+        [this, rows, body, answer](HRESULT error) { giveUp(rows, body, *answer, error); });
+    for (auto written = rows.begin(); written != rows.end() && !turn.isOver(); ++written)
+        showRow(written->first);
+    if (!turn.isOver())
+        beginLoad();
 }
 
 StoryChange StoryFieldsModel::changeOf(const RowChanges &rows, const QString &body) const
@@ -152,27 +160,32 @@ StoryChange StoryFieldsModel::changeOf(const RowChanges &rows, const QString &bo
 /// The server has saved it.
 void StoryFieldsModel::take(const RowChanges &rows, const QString &body, const StoryAnswer &answer)
 {
-    const Outdated outdated = showContent(FAILED(answer.unread) ? written(rows, body) : answer.content);
-    endWrite(rows, body, true);
-    tell(outdated);
-    noteLock(answer);
-    for (const RowChange &change : rows)
-        Q_EMIT saved(m_rows[static_cast<std::size_t>(change.first)].field.m_Id);
-    Q_EMIT storySaved();
-    endLoad(answer.unread);
+    Outdated outdated;
+    ServerWork::Turn(work()).take(
+        {[&] { outdated = showContent(FAILED(answer.unread) ? written(rows, body) : answer.content); },
+         [&] { endWrite(rows, body, true); }, [&] { tell(outdated); }, [&] { noteLock(answer); },
+         [&] { tellSaved(rows); }, [&] { Q_EMIT storySaved(); }, [&] { endLoad(answer.unread); }});
+}
+
+void StoryFieldsModel::tellSaved(const RowChanges &rows)
+{
+    const ServerWork::Turn turn(work());
+    for (auto written = rows.begin(); written != rows.end() && !turn.isOver(); ++written)
+        Q_EMIT saved(m_rows[static_cast<std::size_t>(written->first)].field.m_Id);
 }
 
 /// The server has not saved it.
-void StoryFieldsModel::giveUp(const RowChanges &rows, const QString &body, const StoryAnswer &answer)
+void StoryFieldsModel::giveUp(const RowChanges &rows, const QString &body, const StoryAnswer &answer, qint32 error)
 {
     Outdated outdated;
-    if (answer.isOutdated())
-        outdated = showContent(answer.content);
-    outdated.fields = answer.fields + outdated.fields;
-    outdated.body = answer.body || outdated.body;
-    endWrite(rows, body, false);
-    tell(outdated);
-    noteLock(answer);
+    const auto show = [&] {
+        if (answer.isOutdated())
+            outdated = showContent(answer.content);
+        outdated.fields = answer.fields + outdated.fields;
+        outdated.body = answer.body || outdated.body;
+    };
+    ServerWork::Turn(work()).take({show, [&] { endWrite(rows, body, false); }, [&] { tell(outdated); },
+                                   [&] { noteLock(answer); }, [&] { refuse(answer.holder, error); }});
 }
 
 /// What the server had, with what it has taken since.
@@ -190,7 +203,10 @@ StoryContent StoryFieldsModel::written(const RowChanges &rows, const QString &bo
 /// Shows what the server has, unless something has been set again meanwhile or was to be kept and is not there.
 void StoryFieldsModel::endWrite(const RowChanges &rows, const QString &body, bool done)
 {
+    const ServerWork::Turn turn(work());
     for (const auto &[row, value] : rows) {
+        if (turn.isOver())
+            return;
         Row &written = m_rows[static_cast<std::size_t>(row)];
         --written.writing;
         if (done && written.set == value)
@@ -200,13 +216,16 @@ void StoryFieldsModel::endWrite(const RowChanges &rows, const QString &body, boo
         written.set.clear();
         showRow(row);
     }
+    if (turn.isOver())
+        return;
     if (!body.isNull())
         --m_bodyWrites;
     if (!body.isNull() && m_setBody == body && (done || m_savesAtOnce)) {
         m_setBody.clear();
         Q_EMIT bodyChanged();
     }
-    noteModified();
+    if (!turn.isOver())
+        noteModified();
 }
 
 // ---- several changes in one save ------------------------------------------------------------------------------------
@@ -239,8 +258,7 @@ void StoryFieldsModel::keep(int row, const QString &value)
     Row &changed = m_rows[static_cast<std::size_t>(row)];
     changed.set = value;
     changed.kept = changed.writing > 0 || value != changed.value;
-    showRow(row);
-    noteModified();
+    ServerWork::Turn(work()).take({[&] { showRow(row); }, [&] { noteModified(); }});
 }
 
 void StoryFieldsModel::save()
@@ -257,15 +275,17 @@ void StoryFieldsModel::save()
 
 void StoryFieldsModel::discard()
 {
-    for (int row = 0; row < rowCount(); ++row) {
+    const ServerWork::Turn turn(work());
+    for (int row = 0; !turn.isOver() && row < rowCount(); ++row) {
         if (std::exchange(m_rows[static_cast<std::size_t>(row)].kept, false))
             showRow(row);
     }
-    if (!m_setBody.isNull()) {
+    if (!turn.isOver() && !m_setBody.isNull()) {
         m_setBody.clear();
         Q_EMIT bodyChanged();
     }
-    noteModified();
+    if (!turn.isOver())
+        noteModified();
 }
 
 // ---- the text -------------------------------------------------------------------------------------------------------
@@ -292,10 +312,11 @@ bool StoryFieldsModel::setBody(const QString &markup)
     if (markup == body())
         return true;
     m_setBody = markup;
-    if (m_savesAtOnce)
-        write({}, markup);
-    Q_EMIT bodyChanged();
-    noteModified();
+    const auto writeAtOnce = [&] {
+        if (m_savesAtOnce)
+            write({}, markup);
+    };
+    ServerWork::Turn(work()).take({writeAtOnce, [&] { Q_EMIT bodyChanged(); }, [&] { noteModified(); }});
     return true;
 }
 

@@ -1,0 +1,71 @@
+#include "models/Interruption.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <utility>
+
+using Quire::ServerModel;
+
+Interruption::Interruption(ServerModel &model, const std::string &signal, std::function<void()> action)
+    : m_action(std::move(action))
+{
+    const std::map<std::string, std::function<void()>> connects = {
+        {"modelAboutToBeReset", [&] { connectTo(model, &ServerModel::modelAboutToBeReset); }},
+        {"modelReset", [&] { connectTo(model, &ServerModel::modelReset); }},
+        {"columnsAboutToBeInserted", [&] { connectTo(model, &ServerModel::columnsAboutToBeInserted); }},
+        {"columnsInserted", [&] { connectTo(model, &ServerModel::columnsInserted); }},
+        {"rowsAboutToBeInserted", [&] { connectTo(model, &ServerModel::rowsAboutToBeInserted); }},
+        {"rowsInserted", [&] { connectTo(model, &ServerModel::rowsInserted); }},
+        {"rowsAboutToBeRemoved", [&] { connectTo(model, &ServerModel::rowsAboutToBeRemoved); }},
+        {"rowsRemoved", [&] { connectTo(model, &ServerModel::rowsRemoved); }},
+        {"rowsAboutToBeMoved", [&] { connectTo(model, &ServerModel::rowsAboutToBeMoved); }},
+        {"rowsMoved", [&] { connectTo(model, &ServerModel::rowsMoved); }},
+        {"layoutAboutToBeChanged", [&] { connectTo(model, &ServerModel::layoutAboutToBeChanged); }},
+        {"layoutChanged", [&] { connectTo(model, &ServerModel::layoutChanged); }},
+        {"dataChanged", [&] { connectTo(model, &ServerModel::dataChanged); }},
+        {"loadingStarted", [&] { connectTo(model, &ServerModel::loadingStarted); }},
+        {"loadingChanged", [&] { connectTo(model, &ServerModel::loadingChanged); }},
+        {"progress", [&] { connectTo(model, &ServerModel::progress); }},
+        {"finished", [&] { connectTo(model, &ServerModel::finished); }},
+        {"failed", [&] { connectTo(model, &ServerModel::failed); }},
+    };
+    connects.at(signal)();
+}
+
+template<typename Signal>
+void Interruption::connectTo(ServerModel &model, Signal signal)
+{
+    connect(&model, signal, this, [this] { act(); });
+}
+
+void Interruption::act()
+{
+    if (!std::exchange(m_happened, true))
+        m_action();
+}
+
+void runEventLoop()
+{
+    const int moment = 60; // milliseconds
+    QElapsedTimer timer;
+    timer.start();
+    while (!timer.hasExpired(moment))
+        QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, 5);
+}
+
+bool isOrderly(const QStringList &signalLines)
+{
+    bool loads = false;
+    for (const QString &line : signalLines) {
+        const bool begins = line == QLatin1String("loading");
+        const bool ends = line == QLatin1String("finished") || line.startsWith(QLatin1String("failed"));
+        if ((begins && loads) || (ends && !loads))
+            return false;
+        loads = begins || (loads && !ends && line != QLatin1String("reset"));
+    }
+    return true;
+}

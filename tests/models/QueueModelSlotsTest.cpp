@@ -1,0 +1,224 @@
+// What slots do to the queue that tells them something.
+
+#include <QPersistentModelIndex>
+#include <QPointer>
+#include <QSortFilterProxyModel>
+
+#include <tuple>
+
+#include "models/Interruption.h"
+#include "models/QueueModelFixture.h"
+
+using namespace Quire;
+using Newsroom::Fault;
+
+namespace {
+
+enum Action { Close, CloseAndWait, OpenAnother, OpenAnotherAndWait, Refresh, RefreshAndWait, FetchMore, Destroy };
+
+const char *const actionNames[] = {"Close",   "CloseAndWait",   "OpenAnother", "OpenAnotherAndWait",
+                                   "Refresh", "RefreshAndWait", "FetchMore",   "Destroy"};
+
+using Parameter = std::tuple<const char *, Action>;
+
+/// Each action at each moment; Qt takes no end of a model that is about to change.
+std::vector<Parameter> actionsAt(std::initializer_list<const char *> signals)
+{
+    std::vector<Parameter> all;
+    for (const char *signal : signals) {
+        for (const Action action :
+             {Close, CloseAndWait, OpenAnother, OpenAnotherAndWait, Refresh, RefreshAndWait, FetchMore, Destroy}) {
+            if (action != Destroy || !QString::fromLatin1(signal).contains(QLatin1String("AboutTo")))
+                all.emplace_back(signal, action);
+        }
+    }
+    return all;
+}
+
+std::string nameOf(const ::testing::TestParamInfo<Parameter> &test)
+{
+    return std::string(std::get<0>(test.param)) + actionNames[std::get<1>(test.param)];
+}
+
+class QueueModelSlotsTest : public QueueModelTest
+{
+protected:
+    static void act(QueueModel *model, Action action)
+    {
+        switch (action) {
+        case Close:
+        case CloseAndWait:
+            model->close();
+            break;
+        case OpenAnother:
+        case OpenAnotherAndWait:
+            model->open(text("Q.SHORT"));
+            break;
+        case Refresh:
+        case RefreshAndWait:
+            model->refresh();
+            break;
+        case FetchMore:
+            model->fetchMore(QModelIndex());
+            break;
+        case Destroy:
+            delete model;
+            break;
+        }
+        if (action == CloseAndWait || action == OpenAnotherAndWait || action == RefreshAndWait)
+            runEventLoop();
+    }
+
+    /// Each kind of change: a row goes, one moves, one comes and one is another.
+    void changeAll()
+    {
+        remove(12, 5);
+        moveToEnd(12, 20);
+        append(12, 77);
+        changeTitle(12, 30, "Changed");
+    }
+
+    /// Reads the queue while a slot acts; then what has to come of it.
+    static void expectOutcome(const QPointer<QueueModel> &model, Action action, int rows)
+    {
+        if (action == Destroy) {
+            EXPECT_TRUE(model.isNull());
+            return;
+        }
+        ASSERT_FALSE(model.isNull());
+        ASSERT_TRUE(settles(*model));
+        const bool isClosed = action == Close || action == CloseAndWait;
+        const bool isAnother = action == OpenAnother || action == OpenAnotherAndWait;
+        EXPECT_EQ(model->path(), text(isClosed ? "" : isAnother ? "Q.SHORT" : "Q.MANY"));
+        EXPECT_EQ(model->error(), 0);
+        EXPECT_TRUE(comes([&] {
+            return model->rowCount() == (isClosed ? 0 : isAnother ? 5 : rows);
+        })) << model->rowCount();
+        EXPECT_EQ(model->columnCount() > 0, !isClosed);
+        ASSERT_TRUE(settles(*model));
+    }
+
+    static std::unique_ptr<QSortFilterProxyModel> sortedView(QueueModel &model)
+    {
+        auto view = std::make_unique<QSortFilterProxyModel>();
+        view->setSourceModel(&model);
+        view->sort(0);
+        return view;
+    }
+};
+
+/// The first reading of a queue.
+class QueueModelOpeningSlotsTest : public QueueModelSlotsTest, public ::testing::WithParamInterface<Parameter>
+{};
+
+/// A queue that is read again after each kind of change.
+class QueueModelRefreshingSlotsTest : public QueueModelSlotsTest, public ::testing::WithParamInterface<Parameter>
+{};
+
+} // namespace
+
+TEST_P(QueueModelOpeningSlotsTest, LeaveItInOrder)
+{
+    const auto [signal, action] = GetParam();
+    QPointer<QueueModel> model = new QueueModel;
+    SignalLog signals(*model);
+    const auto view = sortedView(*model);
+    const Interruption interruption(*model, signal, [&, act = action] { this->act(model, act); });
+    model->setPollInterval(1);
+    model->open(text("Q.MANY"));
+    ASSERT_TRUE(comes([&] { return !model || (interruption.happened() && !model->isLoading()); }));
+    expectOutcome(model, action, 50);
+    const QStringList lines = signals.take();
+    EXPECT_TRUE(isOrderly(lines)) << lines.join(text(", ")).toStdString();
+    delete model;
+}
+
+INSTANTIATE_TEST_SUITE_P(Moments, QueueModelOpeningSlotsTest,
+                         ::testing::ValuesIn(actionsAt({"modelReset", "columnsAboutToBeInserted", "columnsInserted",
+                                                        "rowsAboutToBeInserted", "rowsInserted", "progress", "finished",
+                                                        "loadingStarted", "loadingChanged"})),
+                         nameOf);
+
+TEST_P(QueueModelRefreshingSlotsTest, LeaveItInOrder)
+{
+    const auto [signal, action] = GetParam();
+    QPointer<QueueModel> model = new QueueModel;
+    open(*model, "Q.MANY");
+    SignalLog signals(*model);
+    const auto view = sortedView(*model);
+    QList<QPersistentModelIndex> places;
+    for (int row = 0; row < model->rowCount(); ++row)
+        places.append(model->index(row, 0));
+    const Interruption interruption(*model, signal, [&, act = action] { this->act(model, act); });
+    changeAll();
+    model->refresh();
+    ASSERT_TRUE(comes([&] { return !model || (interruption.happened() && !model->isLoading()); }));
+    expectOutcome(model, action, 50);
+    if (action == Refresh || action == RefreshAndWait || action == FetchMore) {
+        EXPECT_TRUE(numbers(*model).endsWith(text("47 48 49 20 77"))) << numbers(*model).toStdString();
+        EXPECT_EQ(model->index(28, 0).data(), text("Changed"));
+        EXPECT_EQ(places.at(20).row(), 48);
+    }
+    const QStringList lines = signals.take();
+    EXPECT_TRUE(isOrderly(lines)) << lines.join(text(", ")).toStdString();
+    delete model;
+}
+
+INSTANTIATE_TEST_SUITE_P(Moments, QueueModelRefreshingSlotsTest,
+                         ::testing::ValuesIn(actionsAt({"rowsAboutToBeRemoved", "rowsRemoved", "rowsAboutToBeInserted",
+                                                        "rowsInserted", "rowsAboutToBeMoved", "rowsMoved",
+                                                        "dataChanged", "finished", "loadingStarted",
+                                                        "loadingChanged"})),
+                         nameOf);
+
+TEST_F(QueueModelSlotsTest, TheNextQueueIsOpenedWhenOneHasFinished)
+{
+    QueueModel model;
+    SignalLog signals(model);
+    const Interruption next(model, "finished", [&] { model.open(text("Q.SHORT")); });
+    open(model, "Q.NONE");
+    EXPECT_EQ(model.rowCount(), 5);
+    EXPECT_EQ(signals.takeRows(), texts({"reset", "columns 0-11", "reset", "columns 0-11", "inserted . 0-4"}));
+}
+
+TEST_F(QueueModelSlotsTest, TheNextQueueIsOpenedWhenOneHasFailed)
+{
+    for (const char *path : {"Q.NOWHERE", "Q.MANY"}) {
+        server->faults().failNext(text("IQueue2::GetList"), Fault::hresult(E_FAIL));
+        QueueModel model;
+        SignalLog signals(model);
+        const Interruption next(model, "failed", [&] {
+            server->faults().clear();
+            model.open(text("Q.SHORT"));
+        });
+        open(model, path);
+        EXPECT_TRUE(next.happened());
+        EXPECT_EQ(model.rowCount(), 5);
+        EXPECT_EQ(model.error(), 0);
+        EXPECT_TRUE(isOrderly(signals.take()));
+    }
+}
+
+TEST_F(QueueModelSlotsTest, AModelMayGoWhenItHasFailed)
+{
+    for (const char *path : {"Q.NOWHERE", "Q.MANY"}) {
+        server->faults().failNext(text("IQueue2::GetList"), Fault::hresult(E_FAIL));
+        QPointer<QueueModel> model = new QueueModel;
+        const Interruption end(*model, "failed", [&] { delete model; });
+        model->open(text(path));
+        EXPECT_TRUE(comes([&] { return !model; }));
+        server->faults().clear();
+    }
+}
+
+TEST_F(QueueModelSlotsTest, AQueueThatFailedIsReadAgainFromTheSlot)
+{
+    QueueModel model;
+    SignalLog signals(model);
+    server->faults().failNext(text("IQueue2::GetList"), Fault::hresult(E_FAIL));
+    const Interruption again(model, "failed", [&] { model.refresh(); });
+    open(model, "Q.SHORT");
+    EXPECT_EQ(model.rowCount(), 5);
+    EXPECT_EQ(model.error(), 0);
+    EXPECT_TRUE(isOrderly(signals.take()));
+}
