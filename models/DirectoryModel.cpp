@@ -203,10 +203,10 @@ void DirectoryModel::fetchMore(const QModelIndex &parent)
 void DirectoryModel::refresh(const QModelIndex &parent)
 {
     DirectoryNode *const node = nodeAt(parent);
-    if (node->state() == DirectoryNode::Read)
-        read(node, true);
-    else if (node->state() == DirectoryNode::Reading)
+    if (node->state() == DirectoryNode::Reading)
         node->setOutdated();
+    else if (node->wasAsked())
+        read(node, true);
 }
 
 void DirectoryModel::read(DirectoryNode *node, bool anew)

@@ -21,7 +21,7 @@ class Item;
 /// The entries of a directory are read when a view first opens it (canFetchMore, fetchMore) and stay until refresh,
 /// which reads again all that has been read so far and changes only the rows that differ: what is open stays open, and
 /// persistent indexes stay valid for entries that are still there. A directory that cannot be read tells so with
-/// failed, and is read when it is opened the next time.
+/// failed, and is read when it is opened the next time, or by refresh.
 ///
 /// Roles: IdentifierRole and PathRole (the path), NameRole (the same), TypeRole, LockRole, CountRole, IndexedRole,
 /// ConfirmEditRole, InvertedRole, SortedRole.
@@ -42,9 +42,9 @@ public:
     /// after signing on anew.
     void setRootPath(const QString &path);
 
-    /// Reads the directory at \a parent again, and each one below it that has been read; the top rows for an invalid
-    /// index. What is being read just now is read once more after that. Nothing happens for a queue and for what has
-    /// not been read.
+    /// Reads the directory at \a parent again, and each one below it that has been read, perhaps in vain; the top rows
+    /// for an invalid index. What is being read just now is read once more after that. Nothing happens for a queue and
+    /// for what nobody has had read.
     void refresh(const QModelIndex &parent = QModelIndex());
 
     /// The path of a row; that of the top for an invalid index.

@@ -39,7 +39,13 @@ public:
     bool mayHaveChildren() const;
 
     State state() const { return m_state; }
-    void setState(State state) { m_state = state; }
+    void setState(State state)
+    {
+        m_state = state;
+        m_wasAsked = m_wasAsked || state == Reading;
+    }
+    /// It has been read before, or was to be and could not.
+    bool wasAsked() const { return m_wasAsked; }
     /// It has been read before, perhaps in vain since.
     bool wasRead() const { return m_wasRead; }
     void setWasRead() { m_wasRead = true; }
@@ -61,6 +67,7 @@ private:
     DirectoryNode *const m_parent;
     Item m_item;
     State m_state = Unread;
+    bool m_wasAsked = false;
     bool m_wasRead = false;
     bool m_outdated = false;
     int m_row = 0;

@@ -218,6 +218,42 @@ TEST_F(DirectoryModelTest, RefreshingLeavesUnreadDirectoriesUnread)
     EXPECT_TRUE(model.canFetchMore(model.indexOf(text("NEWS"))));
 }
 
+TEST_F(DirectoryModelTest, RefreshingReadsATopThatCouldNotBeRead)
+{
+    DirectoryModel model;
+    SignalLog signals(model);
+    model.refresh(); // nobody has asked for the rows yet
+    EXPECT_EQ(signals.take(), QStringList());
+    server->faults().failNext(text("IDirectory2::GetList"), Fault::hresult(E_FAIL));
+    open(model);
+    EXPECT_EQ(model.error(), E_FAIL);
+    signals.take();
+    refresh(model);
+    EXPECT_EQ(signals.take(), texts({"loading", "inserted . 0-2", "progress 3", "finished"}));
+    EXPECT_EQ(model.error(), 0);
+}
+
+TEST_F(DirectoryModelTest, RefreshingReadsWhatCouldNotBeOpenedBelow)
+{
+    DirectoryModel model;
+    open(model);
+    server->faults().failNext(text("IDirectory2::GetList"), Fault::hresult(E_FAIL));
+    open(model, "NEWS");
+    EXPECT_EQ(shown(model), text("NEWS EMPTY MAIL "));
+    refresh(model);
+    EXPECT_EQ(shown(model), text("NEWS .SPORT .WORLD EMPTY MAIL "));
+}
+
+TEST_F(DirectoryModelTest, ARefreshDuringAFirstReadingThatFailsTriesAgain)
+{
+    DirectoryModel model;
+    server->faults().failNext(text("IDirectory2::GetList"), Fault::hresult(E_FAIL));
+    model.fetchMore(QModelIndex());
+    model.refresh();
+    ASSERT_TRUE(settles(model));
+    EXPECT_EQ(shown(model), text("NEWS EMPTY MAIL "));
+}
+
 TEST_F(DirectoryModelTest, AnEntryThatBecomesAnotherKindIsAnotherEntry)
 {
     DirectoryModel model;
