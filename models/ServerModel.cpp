@@ -1,5 +1,6 @@
 #include <quire/models/ServerModel.h>
 
+#include <QCoreApplication>
 #include <QTimerEvent>
 
 #include <utility>
@@ -66,7 +67,12 @@ QString ServerModel::errorText() const
 
 QString ServerModel::wordsFor(qint32 error)
 {
-    return getErrorString(error, false);
+    const QString text = getErrorString(error, false);
+    if (!text.isEmpty())
+        return text;
+    // What getErrorString says where the system has no text.
+    return QCoreApplication::translate("QObject", "Unexpected error, code = x%1.", "error message")
+        .arg(QString::number(static_cast<quint32>(error), 16));
 }
 
 bool ServerModel::turnAway(const std::function<void()> &clear)

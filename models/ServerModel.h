@@ -52,7 +52,7 @@ public:
     bool isLoading() const;
     /// The HRESULT with which the last load of what the model shows failed, 0 when it did not.
     qint32 error() const;
-    /// The same in words, see getErrorString; empty when it did not fail.
+    /// The same in words, see getErrorString, also where that has none; empty only when it did not fail.
     QString errorText() const;
 
     /// How often the library's lists are looked at for news, in milliseconds; initially 100. Nothing happens unless \a
@@ -106,7 +106,7 @@ protected:
     /// to something else, or has destroyed it; then \a change may not have been called. Wants a ServerWork::Hold.
     bool changeRows(const QModelIndex &parent, const RowStep &step, const std::function<void()> &change);
 
-    /// The HRESULT \a error in words.
+    /// The HRESULT \a error in words that are never none.
     static QString wordsFor(qint32 error);
 
     /// Lets poll() be called again and again until stopPolling.

@@ -48,6 +48,22 @@ protected:
 
 } // namespace
 
+TEST_F(ServerModelTest, AFailureIsNeverWithoutWords)
+{
+    DirectoryModel model;
+    SignalLog signals(model);
+    for (const quint32 code : {0x80040403U, 0x80040439U, 0x80040801U}) {
+        ASSERT_EQ(getErrorString(static_cast<qint32>(code), false), QString());
+        failNextDirectory(code);
+        model.refresh();
+        model.fetchMore(QModelIndex());
+        ASSERT_TRUE(settles(model));
+        const QString sentence = text("Unexpected error, code = x%1.").arg(code, 0, 16);
+        EXPECT_EQ(model.errorText(), sentence);
+        EXPECT_EQ(signals.take().last(), text("failed ") + sentence);
+    }
+}
+
 TEST_F(ServerModelTest, TheWordsOfAFailureAreTold)
 {
     DirectoryModel model;

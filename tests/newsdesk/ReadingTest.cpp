@@ -105,8 +105,8 @@ TEST_F(ReadingTest, AQueueThatIsRefusedWithoutASentenceIsNotCalledEmpty)
     window->openQueue(text("SPORT.FOOTBALL"));
     ASSERT_TRUE(comes([this] { return !window->queue().model().isLoading(); }));
     EXPECT_EQ(window->queue().model().rowCount(), 0);
-    EXPECT_EQ(emptyText(window->queue()), text("The server refuses this (0x80040403)."));
-    EXPECT_EQ(count(window->queue()), text("0 stories, not up to date: The server refuses this (0x80040403)."));
+    EXPECT_EQ(emptyText(window->queue()), text("Unexpected error, code = x80040403."));
+    EXPECT_EQ(count(window->queue()), text("0 stories, not up to date: Unexpected error, code = x80040403."));
 }
 
 TEST_F(ReadingTest, AQueueThatIsRefusedWithoutASentenceWhenItIsReadAgainSaysSo)
@@ -115,7 +115,7 @@ TEST_F(ReadingTest, AQueueThatIsRefusedWithoutASentenceWhenItIsReadAgainSaysSo)
     server().faults().failNext(text("IQueue2::GetList"), Fault::hresult(codeWithoutSentence));
     QTest::keyClick(window.get(), Qt::Key_F5);
     ASSERT_TRUE(comes([this] { return window->queue().model().error() != 0; }));
-    EXPECT_EQ(count(window->queue()), text("28 stories, not up to date: The server refuses this (0x80040403)."));
+    EXPECT_EQ(count(window->queue()), text("28 stories, not up to date: Unexpected error, code = x80040403."));
 }
 
 TEST_F(ReadingTest, AStoryShowsItsFieldsAndItsFormattedText)
