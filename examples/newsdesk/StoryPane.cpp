@@ -149,14 +149,16 @@ void StoryPane::connectModel()
     connect(&m_model, &StoryFieldsModel::loadingChanged, this, &StoryPane::showState);
     connect(&m_model, &StoryFieldsModel::lockedChanged, this, [this](bool locked) {
         if (locked)
-            m_banner->clear(); // nobody else has the lock any more
+            clearUnlessTold(); // nobody else has the lock any more
         showState();
     });
     connect(&m_model, &StoryFieldsModel::modifiedChanged, this, &StoryPane::showState);
     connect(&m_model, &StoryFieldsModel::lockRefused, this, &StoryPane::tellRefusal);
     connect(&m_model, &StoryFieldsModel::failed, this, &StoryPane::tellFailure);
+    connect(&m_model, &StoryFieldsModel::changedMeanwhile, this, &StoryPane::tellChanged);
+    connect(&m_model, &StoryFieldsModel::finished, this, [this] { m_told = false; });
     connect(&m_model, &StoryFieldsModel::storySaved, this, [this] {
-        m_banner->clear();
+        clearUnlessTold();
         Q_EMIT told(tr("Saved."));
     });
     connect(m_document, &BodyDocument::contentsChanged, this, &StoryPane::takeTyped);
@@ -267,9 +269,9 @@ void StoryPane::showState()
     m_stack->setCurrentIndex(isThere ? 1 : 0);
     m_edit->setVisible(!editing);
     m_edit->setEnabled(isThere && !m_model.isLoading());
-    m_save->setVisible(editing);
+    m_save->setVisible(editing || m_model.isModified()); // a lock may go, what was typed does not
     m_save->setEnabled(m_model.isModified());
-    m_done->setVisible(editing);
+    m_done->setVisible(editing || m_model.isModified());
     m_form->setEditable(editing);
     const bool writable = editing && m_document->isFaithful();
     if (m_text->isReadOnly() == writable) {
@@ -283,13 +285,32 @@ void StoryPane::showState()
 
 void StoryPane::tellRefusal(const QString &holder)
 {
-    m_refused = true;
+    m_told = true;
     m_banner->tell(tr("%1 is editing this story. You can read it meanwhile.").arg(holder), tr("&Try again"));
+}
+
+void StoryPane::tellChanged(const QStringList &fields, bool body)
+{
+    m_told = true;
+    QStringList names;
+    for (const QString &field : fields)
+        names += m_model.index(m_model.rowOf(field), StoryFieldsModel::LabelColumn).data().toString();
+    if (body)
+        names += tr("the text");
+    m_banner->tell(tr("Somebody else has changed this meanwhile: %1. What you typed is still here; Save replaces "
+                      "theirs, Done lets you drop yours.")
+                       .arg(names.join(QStringLiteral(", "))));
+}
+
+void StoryPane::clearUnlessTold()
+{
+    if (!m_told)
+        m_banner->clear();
 }
 
 void StoryPane::tellFailure()
 {
-    if (std::exchange(m_refused, false))
+    if (std::exchange(m_told, false))
         return; // which says it better
     const QString text = reason(m_model);
     m_banner->tell(m_model.isModified() ? tr("Not saved: %1 What you typed is still here.").arg(text) : text,

@@ -61,7 +61,9 @@ private:
     void showState();
     void showTitle();
     void tellRefusal(const QString &holder);
+    void tellChanged(const QStringList &fields, bool body);
     void tellFailure();
+    void clearUnlessTold();
     void tryAgain();
 
     Quire::StoryFieldsModel m_model;
@@ -77,9 +79,9 @@ private:
     QTextEdit *m_text;
     BodyDocument *m_document;
     FieldsForm *m_form;
-    bool m_gone = false;    // from its queue, which has been told
-    bool m_refused = false; // somebody else has the lock
-    bool m_typing = false;  // what the model has is on its way from here
+    bool m_gone = false;   // from its queue, which has been told
+    bool m_told = false;   // that something went wrong, in better words than those of a failure that follows
+    bool m_typing = false; // what the model has is on its way from here
 };
 
 } // namespace Desk

@@ -136,3 +136,46 @@ TEST_F(ColleaguesTest, AQueueThatIsRemovedIsNotSwappedForItsNeighbour)
     EXPECT_EQ(window->queue().model().path(), text("SPORT.CYCLING"));
     EXPECT_EQ(window->queue().model().rowCount(), rows);
 }
+
+TEST_F(ColleaguesTest, WhatSomebodyElseSavedIsSeenAfterDroppingOnesOwn)
+{
+    openQueue("SPORT.FOOTBALL");
+    openStory(0);
+    const qint32 story = storyNumber();
+    beginEditing();
+    type("title", "Rovers win");
+    newsroom().breakLock(story);
+    changeElsewhere(story, "Rovers lose");
+    window->story().model().refresh();
+    ASSERT_TRUE(comes([this] { return !window->story().model().isLocked(); }));
+    ASSERT_TRUE(comes([this] { return !window->story().model().isLoading(); }));
+    EXPECT_TRUE(banner().text().startsWith(text("Somebody else has changed this meanwhile: Title.")));
+    answer(text("Discard"), [this] { press("done"); });
+    EXPECT_EQ(line("title").text(), text("Rovers lose"));
+}
+
+TEST_F(ColleaguesTest, ASaveOverWhatSomebodyElseSavedIsMadeOnlyTheSecondTime)
+{
+    openQueue("SPORT.FOOTBALL");
+    openStory(0);
+    const qint32 story = storyNumber();
+    beginEditing();
+    type("title", "Rovers win");
+    server().triggerLogout();
+    ASSERT_TRUE(comes([this] { return !session->isSignedOn(); }));
+    const auto producer = newsroom().signOn(text("producer"), text("air"), QString());
+    ASSERT_EQ(newsroom().lock(producer.value, story, 1).refusal, Newsroom::Refusal::None);
+    session->signOn();
+    ASSERT_TRUE(comes([this] { return banner().text().startsWith(text("producer is editing this story.")); }));
+    ASSERT_TRUE(comes([this] { return !window->story().model().isLoading(); }));
+    newsroom().signOff(producer.value);
+    changeElsewhere(story, "Rovers lose");
+    press("save");
+    ASSERT_TRUE(comes([this] { return !window->story().model().isLoading(); }));
+    EXPECT_EQ(onServer(story, "title"), text("Rovers lose"));
+    EXPECT_TRUE(banner().text().startsWith(text("Somebody else has changed this meanwhile: Title.")));
+    EXPECT_EQ(line("title").text(), text("Rovers win"));
+    press("save");
+    EXPECT_TRUE(comes([&] { return onServer(story, "title") == text("Rovers win"); }));
+    EXPECT_TRUE(comes([this] { return banner().isHidden(); }));
+}

@@ -86,6 +86,51 @@ TEST_F(DeskSessionTest, WhatWasTypedOutlivesALogout)
     EXPECT_TRUE(comes([&] { return onServer(story, "title") == text("Rovers win"); }));
 }
 
+TEST_F(DeskSessionTest, WhatIsUnsavedCanStillBeSavedWhenTheLockHasGoneWithTheSession)
+{
+    openQueue("SPORT.FOOTBALL");
+    openStory(0);
+    const qint32 story = storyNumber();
+    beginEditing();
+    type("title", "Rovers win");
+    server().triggerLogout();
+    press("save");
+    ASSERT_TRUE(comes([this] { return !window->story().model().isLocked(); }));
+    ASSERT_TRUE(comes([this] { return !window->story().model().isLoading(); }));
+    EXPECT_TRUE(button("save").isVisible());
+    EXPECT_TRUE(button("save").isEnabled());
+    EXPECT_TRUE(button("done").isVisible());
+    session->signOn();
+    ASSERT_TRUE(comes([this] { return session->isSignedOn(); }));
+    ASSERT_TRUE(comes([this] { return window->story().model().isLocked(); }));
+    press("save");
+    EXPECT_TRUE(comes([&] { return onServer(story, "title") == text("Rovers win"); }));
+    EXPECT_TRUE(comes([this] { return !button("save").isEnabled(); }));
+}
+
+TEST_F(DeskSessionTest, WhatSomebodyElseSavedMeanwhileIsToldBeforeItIsReplaced)
+{
+    openQueue("SPORT.FOOTBALL");
+    openStory(0);
+    const qint32 story = storyNumber();
+    beginEditing();
+    type("title", "Rovers win");
+    server().triggerLogout();
+    ASSERT_TRUE(comes([this] { return !window->notice().isHidden(); }));
+    changeElsewhere(story, "Rovers lose");
+    signOnAgain();
+    ASSERT_TRUE(comes([this] { return window->story().model().isLocked(); }));
+    ASSERT_TRUE(comes([this] { return !window->story().model().isLoading(); }));
+    EXPECT_EQ(window->story().banner().text(),
+              text("Somebody else has changed this meanwhile: Title. What you typed is still here; Save replaces "
+                   "theirs, Done lets you drop yours."));
+    EXPECT_EQ(line("title").text(), text("Rovers win"));
+    EXPECT_EQ(onServer(story, "title"), text("Rovers lose"));
+    press("save");
+    EXPECT_TRUE(comes([&] { return onServer(story, "title") == text("Rovers win"); }));
+    EXPECT_TRUE(comes([this] { return window->story().banner().isHidden(); }));
+}
+
 TEST_F(DeskSessionTest, ARefusedSignOnSaysWhy)
 {
     end();
