@@ -36,7 +36,11 @@ void QueueWatch::goOn()
 {
     if (m_queues.empty())
         return;
-    QueueUpdateMgr::BeginQueueUpdates(m_queues.front());
+    try {
+        QueueUpdateMgr::BeginQueueUpdates(m_queues.front());
+    } catch (...) {
+        // The models that read the queue anew now have it begin again.
+    }
     noteChange(); // nobody has told of those in between
 }
 

@@ -30,7 +30,8 @@ public:
     /// \{
     void add(WatchedQueue *queue) { m_queues.push_back(queue); }
     void remove(WatchedQueue *queue);
-    /// Has the reports go on for those that are left after one has gone.
+    /// Has the reports go on for those that are left after one has gone. They read the queue anew, also when the server
+    /// refuses.
     void goOn();
     /// \}
 

@@ -184,6 +184,20 @@ TEST_F(QueueModelUpdateTest, AChangeWhileTheOtherModelGoesIsNotLost)
     EXPECT_TRUE(comes([&] { return title(first, 5) == text("In between"); }));
 }
 
+TEST_F(QueueModelUpdateTest, AModelThatGoesLeavesTheOtherFollowingAlsoWhenTheServerRefusesToGoOn)
+{
+    QueueModel first;
+    auto second = std::make_unique<QueueModel>();
+    open(first, "Q.LIVE");
+    open(*second, "Q.LIVE");
+    server->faults().failNext(text("IQueue2::put_Update"), Fault::hresult(E_FAIL), 2); // off, and then on again
+    second.reset();
+    ASSERT_TRUE(ServerModel::waitForServer(patience));
+    ASSERT_EQ(server->faults().faultsDone(), 1);
+    changeTitle(14, 5, "Still");
+    EXPECT_TRUE(comes([&] { return title(first, 5) == text("Still"); }));
+}
+
 TEST_F(QueueModelUpdateTest, AQueueThatIsNotLiveStaysUntilItIsRefreshed)
 {
     QueueModel model;
