@@ -8,7 +8,6 @@
 #include <quire/tree/AttributeKeys.h>
 #include <quire/tree/Queue.h>
 
-#include "Reason.h"
 #include "RowChoice.h"
 #include "StoryTable.h"
 
@@ -45,7 +44,7 @@ QueuePane::QueuePane(QWidget *parent)
     connect(&m_model, &QueueModel::rowsRemoved, this, &QueuePane::showState);
     connect(&m_model, &QueueModel::loadingChanged, this, &QueuePane::showState);
     connect(&m_model, &QueueModel::finished, this, &QueuePane::endLoad);
-    connect(&m_model, &QueueModel::failed, this, [this] { Q_EMIT failed(reason(m_model)); });
+    connect(&m_model, &QueueModel::failed, this, &QueuePane::failed);
     connect(m_choice, &RowChoice::chosen, this, &QueuePane::takeChosen);
     connect(&m_marks, &UpdateMarks::changed, table().viewport(), QOverload<>::of(&QWidget::update));
     showState();
@@ -136,7 +135,7 @@ QString QueuePane::countText() const
         return tr("loading, %1 so far").arg(count);
     const QString stories = m_model.rowCount() == 1 ? tr("1 story") : tr("%1 stories").arg(count);
     if (m_model.error() != 0)
-        return tr("%1, not up to date: %2").arg(stories, reason(m_model));
+        return tr("%1, not up to date: %2").arg(stories, m_model.errorText());
     if (m_model.isLive())
         return tr("%1, live").arg(stories);
     return m_model.canFetchMore(QModelIndex()) ? tr("first %1").arg(stories) : stories;
@@ -148,7 +147,7 @@ QString QueuePane::emptyText() const
         return tr("Choose a queue in the newsroom on the left.");
     if (m_model.isLoading())
         return tr("Loading…");
-    return m_model.error() == 0 ? tr("There are no stories in this queue.") : reason(m_model);
+    return m_model.error() == 0 ? tr("There are no stories in this queue.") : m_model.errorText();
 }
 
 } // namespace Desk

@@ -6,7 +6,6 @@
 #include <QProgressBar>
 #include <QPushButton>
 
-#include "Reason.h"
 #include "RowChoice.h"
 #include "StoryTable.h"
 
@@ -33,7 +32,7 @@ SearchPane::SearchPane(QWidget *parent)
     connect(&m_model, &SearchModel::rowsInserted, this, &SearchPane::showState);
     connect(&m_model, &SearchModel::rowsRemoved, this, &SearchPane::showState);
     connect(&m_model, &SearchModel::loadingChanged, this, &SearchPane::showState);
-    connect(&m_model, &SearchModel::failed, this, [this] { Q_EMIT failed(reason(m_model)); });
+    connect(&m_model, &SearchModel::failed, this, &SearchPane::failed);
     connect(m_choice, &RowChoice::chosen, this, &SearchPane::takeChosen);
     connect(m_stop, &QPushButton::clicked, this, [this] { m_model.stop(); });
     connect(back, &QPushButton::clicked, this, &SearchPane::closed);
@@ -79,7 +78,7 @@ void SearchPane::showState()
     showRows(m_model.rowCount(), m_model.isLoading(),
              m_model.isLoading()    ? tr("Searching…")
              : m_model.error() == 0 ? tr("Nothing was found.")
-                                    : reason(m_model));
+                                    : m_model.errorText());
 }
 
 QString SearchPane::countText() const
@@ -88,7 +87,7 @@ QString SearchPane::countText() const
     if (m_model.isLoading())
         return tr("searching, %1 so far").arg(count);
     const QString found = m_model.rowCount() == 1 ? tr("1 story found") : tr("%1 stories found").arg(count);
-    return m_model.error() == 0 ? found : tr("%1 before it failed: %2").arg(found, reason(m_model));
+    return m_model.error() == 0 ? found : tr("%1 before it failed: %2").arg(found, m_model.errorText());
 }
 
 } // namespace Desk

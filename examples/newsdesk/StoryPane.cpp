@@ -19,7 +19,6 @@
 #include "Banner.h"
 #include "BodyDocument.h"
 #include "FieldsForm.h"
-#include "Reason.h"
 #include "StoryEditing.h"
 
 namespace Desk {
@@ -308,11 +307,10 @@ void StoryPane::clearUnlessTold()
         m_banner->clear();
 }
 
-void StoryPane::tellFailure()
+void StoryPane::tellFailure(const QString &text)
 {
     if (std::exchange(m_told, false))
         return; // which says it better
-    const QString text = reason(m_model);
     m_banner->tell(m_model.isModified() ? tr("Not saved: %1 What you typed is still here.").arg(text) : text,
                    tr("&Try again"));
 }

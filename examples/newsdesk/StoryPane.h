@@ -62,7 +62,7 @@ private:
     void showTitle();
     void tellRefusal(const QString &holder);
     void tellChanged(const QStringList &fields, bool body);
-    void tellFailure();
+    void tellFailure(const QString &text);
     void clearUnlessTold();
     void tryAgain();
 

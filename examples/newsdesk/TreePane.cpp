@@ -5,7 +5,6 @@
 #include <QVBoxLayout>
 
 #include "EntryDelegate.h"
-#include "Reason.h"
 #include "RowChoice.h"
 
 namespace Desk {
@@ -29,7 +28,7 @@ TreePane::TreePane(QWidget *parent)
     layout->setSpacing(0);
     layout->addWidget(heading);
     layout->addWidget(m_view, 1);
-    connect(&m_model, &Quire::DirectoryModel::failed, this, [this] { Q_EMIT failed(reason(m_model)); });
+    connect(&m_model, &Quire::DirectoryModel::failed, this, &TreePane::failed);
 }
 
 void TreePane::open()
