@@ -3,9 +3,8 @@
 #include <QCoreApplication>
 #include <QElapsedTimer>
 
-#include <gtest/gtest.h>
-
 #include <map>
+#include <ostream>
 #include <utility>
 
 using Quire::ServerModel;
@@ -48,13 +47,39 @@ void Interruption::act()
         m_action();
 }
 
-void runEventLoop()
+void Moment::act(const std::function<void()> &act) const
 {
-    const int moment = 60; // milliseconds
+    const int waiting = 60; // milliseconds
+    act();
     QElapsedTimer timer;
     timer.start();
-    while (!timer.hasExpired(moment))
+    while (waits && !timer.hasExpired(waiting))
         QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, 5);
+}
+
+std::vector<Moment> moments(const std::vector<std::string> &signalNames, const std::vector<std::string> &actions)
+{
+    std::vector<Moment> all;
+    for (const std::string &signal : signalNames) {
+        const bool isEarly = signal.find("AboutTo") != std::string::npos;
+        for (const std::string &action : actions) {
+            if (action != "Destroy" || !isEarly)
+                all.push_back({signal, action, false});
+            if (action != "Destroy")
+                all.push_back({signal, action, true});
+        }
+    }
+    return all;
+}
+
+std::string momentName(const ::testing::TestParamInfo<Moment> &test)
+{
+    return test.param.signal + test.param.action + (test.param.waits ? "AndWait" : "");
+}
+
+std::ostream &operator<<(std::ostream &stream, const Moment &moment)
+{
+    return stream << moment.action << " at " << moment.signal;
 }
 
 bool isOrderly(const QStringList &signalLines)

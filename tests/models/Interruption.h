@@ -2,8 +2,12 @@
 
 #include <QObject>
 
+#include <gtest/gtest.h>
+
 #include <functional>
+#include <iosfwd>
 #include <string>
+#include <vector>
 
 #include <quire/models/ServerModel.h>
 
@@ -26,8 +30,24 @@ private:
     bool m_happened = false;
 };
 
-/// Runs the event loop for a moment, as a message box does.
-void runEventLoop();
+/// What a slot does when a signal comes; "Destroy" ends the model.
+struct Moment
+{
+    std::string signal;
+    std::string action;
+    bool waits; ///< The slot then runs the event loop for a while, as a message box does.
+
+    bool does(const char *what) const { return action == what; }
+    /// Calls \a act, and waits.
+    void act(const std::function<void()> &act) const;
+};
+
+/// Each action at each signal, and each but "Destroy" also with waiting. Qt takes no end of a model that is about to
+/// change.
+std::vector<Moment> moments(const std::vector<std::string> &signalNames, const std::vector<std::string> &actions);
+/// For INSTANTIATE_TEST_SUITE_P.
+std::string momentName(const ::testing::TestParamInfo<Moment> &test);
+std::ostream &operator<<(std::ostream &stream, const Moment &moment);
 
 /// Whether what a SignalLog has taken tells of loads one after the other: each begins and then finishes or fails once,
 /// unless a reset comes between.

@@ -4,8 +4,6 @@
 #include <QPointer>
 #include <QSortFilterProxyModel>
 
-#include <tuple>
-
 #include "models/Interruption.h"
 #include "models/QueueModelFixture.h"
 
@@ -14,59 +12,23 @@ using Newsroom::Fault;
 
 namespace {
 
-enum Action { Close, CloseAndWait, OpenAnother, OpenAnotherAndWait, Refresh, RefreshAndWait, FetchMore, Destroy };
-
-const char *const actionNames[] = {"Close",   "CloseAndWait",   "OpenAnother", "OpenAnotherAndWait",
-                                   "Refresh", "RefreshAndWait", "FetchMore",   "Destroy"};
-
-using Parameter = std::tuple<const char *, Action>;
-
-/// Each action at each moment; Qt takes no end of a model that is about to change.
-std::vector<Parameter> actionsAt(std::initializer_list<const char *> signals)
-{
-    std::vector<Parameter> all;
-    for (const char *signal : signals) {
-        for (const Action action :
-             {Close, CloseAndWait, OpenAnother, OpenAnotherAndWait, Refresh, RefreshAndWait, FetchMore, Destroy}) {
-            if (action != Destroy || !QString::fromLatin1(signal).contains(QLatin1String("AboutTo")))
-                all.emplace_back(signal, action);
-        }
-    }
-    return all;
-}
-
-std::string nameOf(const ::testing::TestParamInfo<Parameter> &test)
-{
-    return std::string(std::get<0>(test.param)) + actionNames[std::get<1>(test.param)];
-}
-
 class QueueModelSlotsTest : public QueueModelTest
 {
 protected:
-    static void act(QueueModel *model, Action action)
+    static void act(QueueModel *model, const Moment &moment)
     {
-        switch (action) {
-        case Close:
-        case CloseAndWait:
-            model->close();
-            break;
-        case OpenAnother:
-        case OpenAnotherAndWait:
-            model->open(text("Q.SHORT"));
-            break;
-        case Refresh:
-        case RefreshAndWait:
-            model->refresh();
-            break;
-        case FetchMore:
-            model->fetchMore(QModelIndex());
-            break;
-        case Destroy:
-            delete model;
-            break;
-        }
-        if (action == CloseAndWait || action == OpenAnotherAndWait || action == RefreshAndWait)
-            runEventLoop();
+        moment.act([&] {
+            if (moment.does("Close"))
+                model->close();
+            else if (moment.does("OpenAnother"))
+                model->open(text("Q.SHORT"));
+            else if (moment.does("Refresh"))
+                model->refresh();
+            else if (moment.does("FetchMore"))
+                model->fetchMore(QModelIndex());
+            else
+                delete model;
+        });
     }
 
     /// Each kind of change: a row goes, one moves, one comes and one is another.
@@ -79,16 +41,16 @@ protected:
     }
 
     /// Reads the queue while a slot acts; then what has to come of it.
-    static void expectOutcome(const QPointer<QueueModel> &model, Action action, int rows)
+    static void expectOutcome(const QPointer<QueueModel> &model, const Moment &moment, int rows)
     {
-        if (action == Destroy) {
+        if (moment.does("Destroy")) {
             EXPECT_TRUE(model.isNull());
             return;
         }
         ASSERT_FALSE(model.isNull());
         ASSERT_TRUE(settles(*model));
-        const bool isClosed = action == Close || action == CloseAndWait;
-        const bool isAnother = action == OpenAnother || action == OpenAnotherAndWait;
+        const bool isClosed = moment.does("Close");
+        const bool isAnother = moment.does("OpenAnother");
         EXPECT_EQ(model->path(), text(isClosed ? "" : isAnother ? "Q.SHORT" : "Q.MANY"));
         EXPECT_EQ(model->error(), 0);
         EXPECT_TRUE(comes([&] {
@@ -108,40 +70,41 @@ protected:
 };
 
 /// The first reading of a queue.
-class QueueModelOpeningSlotsTest : public QueueModelSlotsTest, public ::testing::WithParamInterface<Parameter>
+class QueueModelOpeningSlotsTest : public QueueModelSlotsTest, public ::testing::WithParamInterface<Moment>
 {};
 
 /// A queue that is read again after each kind of change.
-class QueueModelRefreshingSlotsTest : public QueueModelSlotsTest, public ::testing::WithParamInterface<Parameter>
+class QueueModelRefreshingSlotsTest : public QueueModelSlotsTest, public ::testing::WithParamInterface<Moment>
 {};
 
 } // namespace
 
 TEST_P(QueueModelOpeningSlotsTest, LeaveItInOrder)
 {
-    const auto [signal, action] = GetParam();
+    const Moment &moment = GetParam();
     QPointer<QueueModel> model = new QueueModel;
     SignalLog signals(*model);
     const auto view = sortedView(*model);
-    const Interruption interruption(*model, signal, [&, act = action] { this->act(model, act); });
+    const Interruption interruption(*model, moment.signal, [&] { act(model, moment); });
     model->setPollInterval(1);
     model->open(text("Q.MANY"));
     ASSERT_TRUE(comes([&] { return !model || (interruption.happened() && !model->isLoading()); }));
-    expectOutcome(model, action, 50);
+    expectOutcome(model, moment, 50);
     const QStringList lines = signals.take();
     EXPECT_TRUE(isOrderly(lines)) << lines.join(text(", ")).toStdString();
     delete model;
 }
 
 INSTANTIATE_TEST_SUITE_P(Moments, QueueModelOpeningSlotsTest,
-                         ::testing::ValuesIn(actionsAt({"modelReset", "columnsAboutToBeInserted", "columnsInserted",
-                                                        "rowsAboutToBeInserted", "rowsInserted", "progress", "finished",
-                                                        "loadingStarted", "loadingChanged"})),
-                         nameOf);
+                         ::testing::ValuesIn(moments({"modelReset", "columnsAboutToBeInserted", "columnsInserted",
+                                                      "rowsAboutToBeInserted", "rowsInserted", "progress", "finished",
+                                                      "loadingStarted", "loadingChanged"},
+                                                     {"Close", "OpenAnother", "Refresh", "FetchMore", "Destroy"})),
+                         momentName);
 
 TEST_P(QueueModelRefreshingSlotsTest, LeaveItInOrder)
 {
-    const auto [signal, action] = GetParam();
+    const Moment &moment = GetParam();
     QPointer<QueueModel> model = new QueueModel;
     open(*model, "Q.MANY");
     SignalLog signals(*model);
@@ -149,12 +112,12 @@ TEST_P(QueueModelRefreshingSlotsTest, LeaveItInOrder)
     QList<QPersistentModelIndex> places;
     for (int row = 0; row < model->rowCount(); ++row)
         places.append(model->index(row, 0));
-    const Interruption interruption(*model, signal, [&, act = action] { this->act(model, act); });
+    const Interruption interruption(*model, moment.signal, [&] { act(model, moment); });
     changeAll();
     model->refresh();
     ASSERT_TRUE(comes([&] { return !model || (interruption.happened() && !model->isLoading()); }));
-    expectOutcome(model, action, 50);
-    if (action == Refresh || action == RefreshAndWait || action == FetchMore) {
+    expectOutcome(model, moment, 50);
+    if (moment.does("Refresh") || moment.does("FetchMore")) {
         EXPECT_TRUE(numbers(*model).endsWith(text("47 48 49 20 77"))) << numbers(*model).toStdString();
         EXPECT_EQ(model->index(28, 0).data(), text("Changed"));
         EXPECT_EQ(places.at(20).row(), 48);
@@ -165,11 +128,11 @@ TEST_P(QueueModelRefreshingSlotsTest, LeaveItInOrder)
 }
 
 INSTANTIATE_TEST_SUITE_P(Moments, QueueModelRefreshingSlotsTest,
-                         ::testing::ValuesIn(actionsAt({"rowsAboutToBeRemoved", "rowsRemoved", "rowsAboutToBeInserted",
-                                                        "rowsInserted", "rowsAboutToBeMoved", "rowsMoved",
-                                                        "dataChanged", "finished", "loadingStarted",
-                                                        "loadingChanged"})),
-                         nameOf);
+                         ::testing::ValuesIn(moments({"rowsAboutToBeRemoved", "rowsRemoved", "rowsAboutToBeInserted",
+                                                      "rowsInserted", "rowsAboutToBeMoved", "rowsMoved", "dataChanged",
+                                                      "finished", "loadingStarted", "loadingChanged"},
+                                                     {"Close", "OpenAnother", "Refresh", "FetchMore", "Destroy"})),
+                         momentName);
 
 TEST_F(QueueModelSlotsTest, TheNextQueueIsOpenedWhenOneHasFinished)
 {
