@@ -27,10 +27,10 @@ struct RowStep;
 ///
 /// Something is loading from loadingStarted until either finished or failed comes. Failures leave the rows as they are.
 ///
-/// Slots may call all operations, also those that have the model turn to something else, may run event loops, and may
-/// destroy the model unless its rows are only about to change. What the model was about to do for what it has turned
-/// away from it does not do any more. While a slot that hears of changed rows runs an event loop, nothing more arrives
-/// for them.
+/// Slots may call all operations, also those that have the model show something else, may run event loops, and may
+/// destroy the model unless its rows or columns are only about to change, or all of it to be reset. What the model was
+/// about to do for what it showed before is dropped then. While a slot that hears of changed rows runs an event loop,
+/// no more of them arrive.
 class QUIRE_MODELS_EXPORT ServerModel : public QAbstractItemModel
 {
     Q_OBJECT
