@@ -67,7 +67,7 @@ QString ServerModel::errorText() const
 
 QString ServerModel::wordsFor(qint32 error)
 {
-    const QString text = getErrorString(error, false);
+    QString text = getErrorString(error, false);
     if (!text.isEmpty())
         return text;
     // What getErrorString says where the system has no text.

