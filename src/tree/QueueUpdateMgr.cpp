@@ -131,7 +131,7 @@ void QueueUpdateMgr::pBeginQueueUpdates(Queue *queue)
     queue->SetUpdate(true);
     const MutexLocker state(m_stateMutex);
     if (presence->isShutOut())
-        return; // its SetUpdate kept to itself that the queue has gone; its load switches the reports off again
+        return; // its SetUpdate kept to itself that the queue has gone, whose load switches the reports off again
     removeOne(m_pendingQueues, queueId);
     addOnce(m_watchedQueues, queueId);
     if (beginning.hasChanged())
