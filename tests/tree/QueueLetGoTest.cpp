@@ -23,16 +23,6 @@ protected:
     {
         return comesTrue([] { return QueueProbe::hangingWorkers() == 0; });
     }
-
-    /// Has the queue, which hangs in its first call, hang in its registration.
-    void hangInRegistration(Queue &queue)
-    {
-        QueueProbe::gate(queue).lock();
-        server.faults().clear();
-        server.faults().failNext(text("put_Update"), Fault::hang(patience));
-        QueueProbe::gate(queue).unlock();
-        EXPECT_TRUE(server.faults().waitForHang(patience));
-    }
 };
 
 /// What an EndingQueue does and what becomes of it; outlasts the queue.
@@ -83,6 +73,35 @@ private:
     Ending &m_ending;
 };
 
+/// Queues that let go of a load which hangs in its registration; the server answers again behind that.
+class QueueLetGoInRegistrationTest : public QueueLetGoTest
+{
+protected:
+    void SetUp() override
+    {
+        QueueLetGoTest::SetUp();
+        ending.rest = [this] {
+            server.faults().clear();
+            EXPECT_TRUE(workersEnd());
+        };
+        server.faults().failNext(text("GetList"), Fault::hang(patience));
+        queue = std::make_unique<EndingQueue>(object("Q.LIVE2"), ending);
+        QueueProbe::gate(*queue).lock();
+        server.faults().clear();
+        server.faults().failNext(text("put_Update"), Fault::hang(patience));
+        QueueProbe::gate(*queue).unlock();
+        ASSERT_TRUE(server.faults().waitForHang(patience));
+    }
+    void TearDown() override
+    {
+        queue.reset();
+        QueueLetGoTest::TearDown();
+    }
+
+    Ending ending;
+    std::unique_ptr<EndingQueue> queue;
+};
+
 } // namespace
 
 TEST_F(QueueLetGoTest, NothingOfTheHostsClassBeginsBehindTheCancelInItsDestructor)
@@ -102,61 +121,41 @@ TEST_F(QueueLetGoTest, NothingOfTheHostsClassBeginsBehindTheCancelInItsDestructo
     EXPECT_EQ(ending.late, 0);
 }
 
-TEST_F(QueueLetGoTest, NothingOfTheHostsClassRunsOnBehindTheCancelInItsDestructor)
+TEST_F(QueueLetGoInRegistrationTest, NothingOfTheHostsClassRunsOnBehindTheCancelInItsDestructor)
 {
-    Ending ending;
-    ending.rest = [&] {
-        server.faults().clear();
-        EXPECT_TRUE(workersEnd());
-    };
-    server.faults().failNext(text("GetList"), Fault::hang(patience));
-    auto queue = std::make_unique<EndingQueue>(object("Q.LIVE2"), ending);
-    hangInRegistration(*queue);
     queue.reset();
     EXPECT_EQ(ending.late, 0);
 }
 
-TEST_F(QueueLetGoTest, AnEarlierLoadThatStillHangsIsLetGoOfAsWell)
+TEST_F(QueueLetGoInRegistrationTest, AnEarlierLoadThatStillHangsIsLetGoOfAsWell)
 {
-    Ending ending;
-    ending.rest = [&] {
-        server.faults().clear();
-        EXPECT_TRUE(workersEnd());
-    };
-    server.faults().failNext(text("GetList"), Fault::hang(patience));
-    auto queue = std::make_unique<EndingQueue>(object("Q.LIVE2"), ending);
-    hangInRegistration(*queue);
-    auto refreshing = std::async(std::launch::async, [&] { queue->Refresh(); }); // waits for the access lock
-    ASSERT_TRUE(comesTrue([&] { return !QueueProbe::hasWorker(*queue); }));
+    auto refreshing = std::async(std::launch::async, [this] { queue->Refresh(); }); // waits for the access lock
+    ASSERT_TRUE(comesTrue([this] { return !QueueProbe::hasWorker(*queue); }));
     queue->cancelQueueLoad(true);
     ending.letGo = true;
     server.faults().clear();
     refreshing.get();
-    ASSERT_TRUE(comesTrue([&] { return queue->IsComplete(); }));
+    ASSERT_TRUE(comesTrue([this] { return queue->IsComplete(); }));
     ASSERT_TRUE(workersEnd());
     EXPECT_EQ(ending.late, 4); // of the new load alone
 }
 
-TEST_F(QueueLetGoTest, AQueueWhoseLoadWasLetGoOfLoadsAgain)
+TEST_F(QueueLetGoInRegistrationTest, TheQueueLoadsAgain)
 {
-    Ending ending;
-    ending.rest = [] {};
-    server.faults().failNext(text("GetList"), Fault::hang(patience));
-    EndingQueue queue(object("Q.LIVE2"), ending);
-    hangInRegistration(queue);
-    queue.cancelQueueLoad(true);
-    EXPECT_TRUE(queue.IsFinished());
+    queue->cancelQueueLoad(true);
+    EXPECT_TRUE(queue->IsFinished());
     ending.letGo = true;
     server.faults().clear();
     ASSERT_TRUE(workersEnd());
     EXPECT_EQ(ending.late, 0);
-    EXPECT_FALSE(queue.IsComplete());
-    queue.Refresh();
-    ASSERT_TRUE(comesTrue([&] { return queue.IsComplete(); }));
-    EXPECT_EQ(queue.GetError(), 0);
+    EXPECT_FALSE(queue->IsComplete());
+    queue->Refresh();
+    ASSERT_TRUE(comesTrue([this] { return queue->IsComplete(); }));
+    EXPECT_EQ(queue->GetError(), 0);
+    ASSERT_TRUE(workersEnd());
     EXPECT_EQ(ending.late, 4);
     EXPECT_THAT(QueueUpdateMgrProbe::watched(), ElementsAre(15));
-    expectFirst(queue, 250);
+    expectFirst(*queue, 250);
 }
 
 namespace {
