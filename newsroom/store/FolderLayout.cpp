@@ -145,8 +145,17 @@ bool remove(const QString &path, QString *error)
     return fail(path, QLatin1String("cannot be removed: ") + file.errorString(), error);
 }
 
+bool isNamed(const QString &folder, QString *error)
+{
+    if (folder.isEmpty())
+        *error = QStringLiteral("the folder has no name");
+    return !folder.isEmpty();
+}
+
 bool isFree(const QString &folder, QString *error)
 {
+    if (!isNamed(folder, error))
+        return false;
     const QFileInfo info(folder);
     if (!info.exists() && !info.isSymLink())
         return true;

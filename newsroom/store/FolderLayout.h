@@ -65,7 +65,10 @@ bool writeNew(const QString &path, const QByteArray &data, QString *error);
 /// Removes a file; one that is not there is fine.
 bool remove(const QString &path, QString *error);
 
-/// Whether \a folder is not there or empty, so that a newsroom can be made in it.
+/// Whether \a folder has a name. One without is nobody's: what is put together from it lies in the file system's root.
+bool isNamed(const QString &folder, QString *error);
+
+/// Whether \a folder has a name and is not there or empty, so that a newsroom can be made in it.
 bool isFree(const QString &folder, QString *error);
 
 /// The text of UTF-8 bytes with or without byte-order mark; false when they are not UTF-8.

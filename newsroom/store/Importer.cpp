@@ -239,6 +239,8 @@ bool Importer::import(const QString &source, const QString &folder, ImportReport
         *error = QStringLiteral("%1: %2").arg(QDir::toNativeSeparators(path), why);
         return false;
     };
+    if (!Files::isNamed(source, error))
+        return false;
     if (!QFileInfo(source).isDir())
         return fail(source, QStringLiteral("is no folder"));
     if (!QFileInfo(source).isReadable())

@@ -144,6 +144,8 @@ Store::~Store()
 
 std::unique_ptr<Store> Store::open(const QString &folder, QString *error)
 {
+    if (!Files::isNamed(folder, error))
+        return nullptr;
     const FolderLayout layout(folder);
     if (!QFileInfo::exists(layout.newsroomFile())) {
         read(folder, error); // says what is wrong with it
@@ -162,6 +164,8 @@ std::unique_ptr<Store> Store::open(const QString &folder, QString *error)
 
 std::shared_ptr<Model> Store::read(const QString &folder, QString *error)
 {
+    if (!Files::isNamed(folder, error))
+        return nullptr;
     // Somebody else may be writing: a queue that was read before a story went names it in vain. Another look helps.
     constexpr int attempts = 3;
     for (int i = 0; i < attempts; ++i) {
