@@ -111,8 +111,12 @@ bool read(const QString &path, QByteArray *data, QString *error)
     if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly))
         return fail(path, QFileInfo::exists(path) ? QStringLiteral("cannot be read") : QStringLiteral("is not there"),
                     error);
+    // Of a file that no array holds Qt reads nothing, and calls that no error.
+    const qint64 size = file.size();
     *data = file.readAll();
-    return file.error() == QFileDevice::NoError || fail(path, file.errorString(), error);
+    if (file.error() != QFileDevice::NoError)
+        return fail(path, file.errorString(), error);
+    return data->size() >= size || fail(path, QStringLiteral("cannot be read whole (%1 bytes)").arg(size), error);
 }
 
 bool write(const QString &path, const QByteArray &data, QString *error)

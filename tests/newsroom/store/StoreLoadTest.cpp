@@ -210,6 +210,19 @@ TEST_F(StoreLoadTest, ABlobFileThatIsNotNamedAsOne)
     EXPECT_EQ(errorWith("blobs/%zz.blob", "x"), QStringLiteral("nr/blobs/%zz.blob: is not named as a blob"));
 }
 
+TEST_F(StoreLoadTest, AFileOfMoreBytesThanAnArrayHolds)
+{
+    constexpr qint64 size = qint64(2200) * 1024 * 1024;
+    for (const char *name : {"nr/blobs/big.blob", "nr/tree/NEWS/TODAY/000007.zeko"}) {
+        makeFile(in(name), "x");
+        if (!QFile::resize(in(name), size))
+            GTEST_SKIP() << "no room for a file of this size, even without content";
+        EXPECT_EQ(Store::read(in("nr"), &error), nullptr);
+        EXPECT_EQ(shownError(), QString::fromUtf8(name) + QStringLiteral(": cannot be read whole (2306867200 bytes)"));
+        ASSERT_TRUE(QFile::remove(in(name)));
+    }
+}
+
 TEST_F(StoreLoadTest, AStoryFileWithoutMarkLoads)
 {
     QByteArray data = contentOf(in("nr/tree/NEWS/TODAY/000007.zeko"));
