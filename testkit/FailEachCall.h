@@ -20,8 +20,9 @@ namespace TestKit {
 ///     });
 ///
 /// Each run begins where the one before ended, so the action undoes what it did, or makes its session anew. Failures
-/// that are reported meanwhile say which call went wrong. A `_com_error` that leaves the action is a failure, and so is
-/// an action that makes more than 10,000 calls.
+/// that are reported meanwhile say which call went wrong. A `_com_error` or any other exception that leaves the action
+/// is a failure, too, and the next run follows; so is an action that makes more than 10,000 calls. Where reporting a
+/// failure throws, that leaves this function. No fault stays behind either way.
 int failEachCall(StandIn &newsroom, const Fault &fault, const std::function<void()> &action,
                  const Place &place = Place::here());
 

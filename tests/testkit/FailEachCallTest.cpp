@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <stdexcept>
+
 #include <quire/testkit/TestKit.h>
 
 #include "support/QtPrinting.h"
@@ -63,6 +65,41 @@ TEST_F(FailEachCall, ReportsWhatLeavesTheActionWithTheCall)
     EXPECT_EQ(capture.texts().at(1), text("The action raised Entry no longer exists. (0x8004040b)\n"
                                           "  while call 2 of the server goes wrong"));
     EXPECT_EQ(capture.lines().at(1), __LINE__ - 4);
+}
+
+TEST_F(FailEachCall, ReportsEveryExceptionWithTheCallAndGoesOn)
+{
+    const FailureCapture capture;
+    int runs = 0;
+    EXPECT_EQ(failEachCall(newsroom, Fault::hresult(E_FAIL),
+                           [&] {
+                               threeCalls();
+                               if (++runs == 1)
+                                   throw std::runtime_error("no rundown");
+                               if (runs == 2)
+                                   throw 7;
+                           }),
+              3);
+    EXPECT_EQ(capture.texts(), (QStringList{text("The action raised an exception: no rundown\n"
+                                                 "  while call 1 of the server goes wrong"),
+                                            text("The action raised something that is no std::exception\n"
+                                                 "  while call 2 of the server goes wrong")}));
+    EXPECT_EQ(capture.lines(), (QList<int>{__LINE__ - 13, __LINE__ - 13}));
+}
+
+TEST_F(FailEachCall, LeavesNoFaultBehindWhereTheReportOfAFailureThrows)
+{
+    const FailureHandler before =
+        setFailureHandler([](const Failure &) { throw std::runtime_error("the test ends here"); });
+    EXPECT_THROW(failEachCall(newsroom, Fault::hresult(E_FAIL),
+                              [&] {
+                                  report(Place::here(), text("wrong before any call"));
+                                  threeCalls();
+                              }),
+                 std::runtime_error);
+    setFailureHandler(before);
+    threeCalls();
+    EXPECT_EQ(answers, QStringList{text("0 0 0")});
 }
 
 TEST_F(FailEachCall, SaysInTheActionsOwnFailuresWhichCallWentWrong)
