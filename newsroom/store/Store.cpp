@@ -22,15 +22,26 @@ QString holderOf(const QLockFile &lock)
     return QStringLiteral("%1 (process %2 on %3)").arg(program, QString::number(process), machine);
 }
 
+QString whyNotLocked(const QLockFile &lock)
+{
+    switch (lock.error()) {
+    case QLockFile::LockFailedError:
+        return QLatin1String("is being written by ") + holderOf(lock);
+    case QLockFile::PermissionError:
+        return QStringLiteral("cannot be locked for writing: the folder may not be written");
+    case QLockFile::UnknownError:
+    case QLockFile::NoError:
+        break;
+    }
+    return QStringLiteral("cannot be locked for writing: newsroom.lock cannot be written; is the disk full?");
+}
+
 bool lockFolder(const QString &folder, QLockFile *lock, QString *error)
 {
     lock->setStaleLockTime(0); // Held for as long as its process runs.
     if (lock->tryLock(0))
         return true;
-    const QString why = lock->error() == QLockFile::LockFailedError
-                            ? QLatin1String("is being written by ") + holderOf(*lock)
-                            : QStringLiteral("cannot be locked for writing");
-    *error = QStringLiteral("%1: %2").arg(QDir::toNativeSeparators(folder), why);
+    *error = QStringLiteral("%1: %2").arg(QDir::toNativeSeparators(folder), whyNotLocked(*lock));
     return false;
 }
 

@@ -24,7 +24,8 @@ public:
     Store &operator=(const Store &) = delete;
 
     /// Opens a newsroom folder for writing. Null, with \a error in words that name the file, when another store has it
-    /// open (naming that process and machine) or when anything in it cannot be read; nothing is changed then.
+    /// open (naming that process and machine), when the folder may not or cannot be written, or when anything in it
+    /// cannot be read; nothing is changed then.
     static std::unique_ptr<Store> open(const QString &folder, QString *error);
 
     /// Loads a newsroom folder without locking it; changes to the newsroom are not written. Null with \a error as
