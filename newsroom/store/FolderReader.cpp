@@ -2,6 +2,7 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QSet>
 
 #include <quire/newsroom/store/FileNames.h>
 
@@ -161,7 +162,11 @@ bool FolderReader::readQueue(const QString &path)
     if (!isNamed(file, path, name) || !refused(file, m_model->addQueue(path, settings).refusal))
         return false;
     const qint32 number = m_model->entry(path).value.number();
+    QSet<qint32> named;
     for (const qint32 part1 : stories) {
+        if (named.contains(part1))
+            return fail(file, QStringLiteral("names the story %1 twice").arg(part1));
+        named.insert(part1);
         if (!readStory(number, FolderLayout::storyFile(folder, part1), part1))
             return false;
     }

@@ -178,7 +178,7 @@ TEST_F(StoreLoadTest, NumbersThatAreNone)
 TEST_F(StoreLoadTest, AQueueThatNamesAStoryTwice)
 {
     EXPECT_EQ(errorChanging("tree/NEWS/TODAY/queue.json", "        7\n", "        7, 7\n"),
-              QStringLiteral("nr/tree/NEWS/TODAY/000007.zeko: The entry exists already."));
+              QStringLiteral("nr/tree/NEWS/TODAY/queue.json: names the story 7 twice"));
 }
 
 TEST_F(StoreLoadTest, FlagsThatAreNotThreeWords)
