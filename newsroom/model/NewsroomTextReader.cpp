@@ -185,7 +185,7 @@ bool NewsroomTextReader::readStory(int indent, const QVector<NameValue> &words)
     Model::NewStory story;
     story.queueNumber = m_levels.last().queueNumber;
     if (story.queueNumber == 0)
-        return fail(QStringLiteral("a story stands in a queue"));
+        return fail(QStringLiteral("a story stands in a queue, indented below it"));
     QString lockedBy;
     qint32 lockType = 1;
     for (const NameValue &word : words) {
@@ -253,7 +253,7 @@ bool NewsroomTextReader::readField(const QString &line, StoryText *text)
         id = line.left(bracket);
     }
     if (colon <= 0 || id.trimmed().isEmpty())
-        return fail(QStringLiteral("\"%1\" is no field").arg(line));
+        return fail(QStringLiteral("\"%1\" is no field; an empty line comes before the text").arg(line));
     for (const NameValue &attribute : qAsConst(attributes)) {
         if (!Zeko::isName(attribute.name))
             return fail(QStringLiteral("\"%1\" can be no attribute's name").arg(attribute.name));

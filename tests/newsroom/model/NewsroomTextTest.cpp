@@ -145,7 +145,8 @@ TEST(NewsroomTextTest, ErrorsNameTheLine)
     EXPECT_EQ(errorOf("queue A.B"), QStringLiteral("line 1: A.B: The entry no longer exists."));
     EXPECT_EQ(errorOf("queue A\n  queue B"), QStringLiteral("line 2: a queue has no queues"));
     EXPECT_EQ(errorOf("queue A\n  directory B"), QStringLiteral("line 2: a queue has no directories"));
-    EXPECT_EQ(errorOf("story"), QStringLiteral("line 1: a story stands in a queue"));
+    EXPECT_EQ(errorOf("story"), QStringLiteral("line 1: a story stands in a queue, indented below it"));
+    EXPECT_EQ(errorOf("queue A\nstory"), QStringLiteral("line 2: a story stands in a queue, indented below it"));
     EXPECT_EQ(errorOf("user \"a b\""), QStringLiteral("line 1: a b: The argument is not valid."));
     EXPECT_EQ(errorOf("user a blue"), QStringLiteral("line 1: \"blue\" is no word for a user"));
     EXPECT_EQ(errorOf("server a blue"), QStringLiteral("line 1: \"blue\" is no word for a server"));
@@ -155,14 +156,15 @@ TEST(NewsroomTextTest, ErrorsNameTheLine)
 TEST(NewsroomTextTest, ErrorsInStoriesNameTheLine)
 {
     EXPECT_EQ(errorOf("queue Q\n  story\n    title: x\n    nonsense"),
-              QStringLiteral("line 4: \"nonsense\" is no field"));
+              QStringLiteral("line 4: \"nonsense\" is no field; an empty line comes before the text"));
     EXPECT_EQ(errorOf("queue Q\n  story\n    a: x\n    A: y"), QStringLiteral("line 4: the field \"A\" stands twice"));
     EXPECT_EQ(errorOf("queue Q\n  story\n    a[b: x"), QStringLiteral("line 3: the attributes of a field have no end"));
     EXPECT_EQ(errorOf("queue Q\n  story hold"), QStringLiteral("line 2: \"hold\" needs a value"));
     EXPECT_EQ(errorOf("queue Q\n  story =170"), QStringLiteral("line 2: \"\" can be no attribute's name"));
     EXPECT_EQ(errorOf("queue Q\n  story a/b=1"), QStringLiteral("line 2: \"a/b\" can be no attribute's name"));
     EXPECT_EQ(errorOf("queue Q\n  story\n    a[=1]: x"), QStringLiteral("line 3: \"\" can be no attribute's name"));
-    EXPECT_EQ(errorOf("queue Q\n  story\n    a: x\n      : y"), QStringLiteral("line 4: \"  : y\" is no field"));
+    EXPECT_EQ(errorOf("queue Q\n  story\n    a: x\n      : y"),
+              QStringLiteral("line 4: \"  : y\" is no field; an empty line comes before the text"));
     EXPECT_EQ(errorOf("queue Q\n  story id=x"), QStringLiteral("line 2: \"x\" is no number"));
     EXPECT_EQ(errorOf("queue Q\n  story id=1\n  story id=1"),
               QStringLiteral("line 3: story: The entry exists already."));
