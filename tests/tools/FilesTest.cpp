@@ -57,6 +57,17 @@ TEST_F(FilesTest, AMissingFileIsNamedInTheFailure)
     EXPECT_TRUE(m_message.contains(path("none"))) << qPrintable(m_message);
 }
 
+TEST_F(FilesTest, AFileThatIsTooLargeIsRefusedAndNotTakenForEmpty)
+{
+    QFile file(path("big"));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    if (!file.resize(qint64{2200} * 1024 * 1024)) // takes no room where the file system knows gaps
+        GTEST_SKIP() << "no room for a large file";
+    EXPECT_EQ(codeOf([&] { readFile(path("big")); }), ExitCode::Failed);
+    EXPECT_TRUE(m_message.contains(path("big"))) << qPrintable(m_message);
+    EXPECT_TRUE(m_message.contains(QStringLiteral("of its 2306867200 bytes"))) << qPrintable(m_message);
+}
+
 TEST_F(FilesTest, AFolderIsNeitherReadNorWritten)
 {
     EXPECT_EQ(codeOf([&] { readFile(m_folder.path()); }), ExitCode::Failed);
@@ -76,6 +87,11 @@ TEST_F(FilesTest, ADeviceIsWrittenToAndNotReplaced)
 {
     writeFile(QStringLiteral("/dev/null"), "x", m_output);
     EXPECT_FALSE(QFileInfo(QStringLiteral("/dev/null")).isFile());
+}
+
+TEST_F(FilesTest, ADeviceThatTellsNoSizeIsReadToItsEnd)
+{
+    EXPECT_EQ(readFile(QStringLiteral("/dev/null")), QByteArray());
 }
 #endif
 

@@ -32,9 +32,14 @@ QByteArray readFile(const QString &name)
     QFile file(name);
     if (!file.open(QIODevice::ReadOnly))
         fail(QStringLiteral("read"), name, file.errorString());
+    const qint64 size = file.size();
     bytes = file.readAll();
     if (file.error() != QFileDevice::NoError)
         fail(QStringLiteral("read"), name, file.errorString());
+    // What is too large for one array comes as an empty one, without any error.
+    if (bytes.size() < size)
+        fail(QStringLiteral("read"), name,
+             QStringLiteral("only %1 of its %2 bytes could be read").arg(bytes.size()).arg(size));
     return bytes;
 }
 

@@ -13,7 +13,7 @@ class Output;
 /// The name of the standard input and output.
 inline const QLatin1String standardStream("-");
 
-/// All of the file \a name; "-" is the standard input.
+/// All of the file \a name; "-" is the standard input. A file that does not come whole, as one of 2 GiB, is a failure.
 QByteArray readFile(const QString &name);
 
 /// The text of the file \a name, "-" as above: UTF-8, or what the byte-order mark at its beginning says, which is no
