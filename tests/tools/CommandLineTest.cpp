@@ -106,6 +106,15 @@ TEST_F(CommandLineTest, AnEmptyFolderNameIsWrongUsage)
     expectFailure(quire({QStringLiteral("--newsroom"), QString(), QStringLiteral("info")}), 2, "--newsroom");
 }
 
+TEST_F(CommandLineTest, AnEmptyFileNameIsWrongUsage)
+{
+    const QString none;
+    expectFailure(quire({QStringLiteral("parse"), none}), 2, "FILE: wants the name of a file or folder");
+    expectFailure(quire({QStringLiteral("local"), none}), 2, "FILE: wants");
+    expectFailure(quire({QStringLiteral("--trace"), none, QStringLiteral("info")}), 2, "--trace: wants");
+    expectFailure(quire({QStringLiteral("manual"), QStringLiteral("--into"), none}), 2, "--into: wants");
+}
+
 TEST_F(CommandLineTest, AWrongDepthIsWrongUsage)
 {
     expectFailure(quire("tree --depth x"), 2, "--depth: wants a whole number from 0 on, not x (");

@@ -136,6 +136,24 @@ TEST_F(NewsroomCommandTest, AFolderThatIsNotThereIsOneClearLine)
     expectFailure(quire("newsroom check nowhere"), 1, "nowhere");
 }
 
+TEST_F(NewsroomCommandTest, AnEmptyFolderNameIsWrongUsage)
+{
+    const QString newsroom = QStringLiteral("newsroom");
+    const auto expectRefused = [&](const QStringList &arguments) {
+        const Outcome run = quire(arguments);
+        ASSERT_EQ(run.code, 2) << qPrintable(run.errors);
+        expectFailure(run, 2, "DIR: wants the name of a file or folder");
+    };
+    // What would come to nothing anyway goes first: an empty name must never lead to the root of the file system.
+    ASSERT_NO_FATAL_FAILURE(expectRefused({newsroom, QStringLiteral("check"), QString()}));
+    ASSERT_NO_FATAL_FAILURE(expectRefused({newsroom, QStringLiteral("import"), QStringLiteral("nowhere"), QString()}));
+    ASSERT_NO_FATAL_FAILURE(expectRefused(
+        {QStringLiteral("--newsroom"), QStringLiteral("nowhere"), newsroom, QStringLiteral("export"), QString()}));
+    expectRefused({newsroom, QStringLiteral("generate"), QString()});
+    expectFailure(quire({newsroom, QStringLiteral("import"), QString(), QStringLiteral("nr")}), 2, "SRC: wants");
+    EXPECT_FALSE(exists("nr"));
+}
+
 TEST_F(NewsroomCommandTest, InfoNamesTheFolder)
 {
     ASSERT_EQ(quire("--built-in newsroom export nr").code, 0);

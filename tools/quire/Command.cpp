@@ -27,6 +27,14 @@ CLI::Option *addText(CLI::App &app, const char *name, QString &target, const cha
     return app.add_option_function<std::string>(name, keep, description)->type_name("");
 }
 
+CLI::Option *addFileName(CLI::App &app, const char *name, QString &target, const char *description)
+{
+    const auto isWrong = [](const std::string &given) {
+        return given.empty() ? std::string("wants the name of a file or folder, not an empty one") : std::string();
+    };
+    return addText(app, name, target, description)->check(isWrong);
+}
+
 CLI::Option *addTexts(CLI::App &app, const char *name, QStringList &target, const char *description)
 {
     const auto keep = [&target](const std::vector<std::string> &values) {

@@ -37,7 +37,10 @@ protected:
 /// Adds an option or argument that takes a text; \a target stays null until it is given.
 CLI::Option *addText(CLI::App &app, const char *name, QString &target, const char *description);
 
-/// The same for any number of texts.
+/// The same for the name of a file or folder. An empty one, such as an unset variable of a shell gives, is refused.
+CLI::Option *addFileName(CLI::App &app, const char *name, QString &target, const char *description);
+
+/// Adds an option or argument that takes any number of texts.
 CLI::Option *addTexts(CLI::App &app, const char *name, QStringList &target, const char *description);
 
 /// Adds an option that takes a whole number from \a least on. Anything else is refused.

@@ -112,14 +112,14 @@ void CommandLine::declareOptions()
     m_app.set_help_flag("-h,--help", "Show this help");
     m_app.set_version_flag("--version", "quire " QUIRE_VERSION, "Show the version");
     m_app.footer(footer());
-    CLI::Option *newsroom = addText(m_app, "--newsroom", m_options.newsroom, "DIR  Open this newsroom folder");
+    CLI::Option *newsroom = addFileName(m_app, "--newsroom", m_options.newsroom, "DIR  Open this newsroom folder");
     m_app.add_flag("--built-in", m_options.builtIn, "Use the built-in sample, even beside a real server")
         ->excludes(newsroom);
     addText(m_app, "--user", m_options.user, "NAME  Sign on as this user");
     addText(m_app, "--password", m_options.password, "TEXT  Better: in $QUIRE_PASSWORD");
     addText(m_app, "--server", m_options.server, "NAME  The news server to sign on to");
     m_app.add_flag("--json", m_options.json, "Print the machine form");
-    addText(m_app, "--trace", m_options.traceFile, "FILE  Write a line for each call to the server");
+    addFileName(m_app, "--trace", m_options.traceFile, "FILE  Write a line for each call to the server");
 }
 
 void CommandLine::parse(const QStringList &arguments)
@@ -183,8 +183,6 @@ ExitCode CommandLine::perform(const QStringList &arguments)
         m_output.text(QString::fromStdString(m_app.help()));
         return ExitCode::Done;
     }
-    if (!m_options.newsroom.isNull() && m_options.newsroom.isEmpty())
-        throw Failure(ExitCode::Usage, QStringLiteral("--newsroom needs the name of a folder (see: quire --help)"));
     readEnvironment();
     if (!m_options.traceFile.isNull())
         m_options.trace = std::make_shared<CallTrace>(m_options.traceFile);

@@ -25,7 +25,7 @@ void LocalCommand::declare(CLI::App &app, Action &chosen)
         if (family->get_subcommands().empty())
             chosen = [this](Host &host) { show(host); };
     });
-    addText(*family, "FILE", m_file, "The story file")->required();
+    addFileName(*family, "FILE", m_file, "The story file")->required();
 
     addVerb(*family, "show", "Show header, fields and text; the same without a verb", "  quire local cup.xml show",
             chosen, [this](Host &host) { show(host); });

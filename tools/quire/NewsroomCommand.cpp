@@ -110,14 +110,14 @@ void NewsroomCommand::declare(CLI::App &app, Action &chosen)
                                "  quire newsroom import ~/texts nr\n"
                                "  quire --newsroom nr tree",
                                chosen, [this](Host &host) { this->import(host); });
-    addText(*import, "SRC", m_source, "The folder of text, XML or HTML files")->required();
-    addText(*import, "DIR", m_folder, "The newsroom folder to make; new or empty")->required();
+    addFileName(*import, "SRC", m_source, "The folder of text, XML or HTML files")->required();
+    addFileName(*import, "DIR", m_folder, "The newsroom folder to make; new or empty")->required();
 
     CLI::App *generating = addVerb(*family, "generate", "Make up a newsroom folder of any size",
                                    "  quire newsroom generate --stories 100000 nr\n"
                                    "  quire --newsroom nr ls WIRES.W1 --limit 20",
                                    chosen, [this](Host &host) { generate(host); });
-    addText(*generating, "DIR", m_folder, "The newsroom folder to make; new or empty")->required();
+    addFileName(*generating, "DIR", m_folder, "The newsroom folder to make; new or empty")->required();
     addNumber(*generating, "--stories", m_size.stories, 0, "N  So many stories; 1000 without it");
     addNumber(*generating, "--queues", m_size.queues, 1, "N  In so many queues; one without it");
 
@@ -125,11 +125,11 @@ void NewsroomCommand::declare(CLI::App &app, Action &chosen)
                                   "  quire newsroom export nr\n"
                                   "  quire --newsroom nr newsroom export copy",
                                   chosen, [this](Host &host) { exportTo(host); });
-    addText(*exporting, "DIR", m_folder, "The newsroom folder to make; new or empty")->required();
+    addFileName(*exporting, "DIR", m_folder, "The newsroom folder to make; new or empty")->required();
 
     CLI::App *check = addVerb(*family, "check", "Read a newsroom folder whole, change nothing",
                               "  quire newsroom check nr", chosen, [this](Host &host) { this->check(host); });
-    addText(*check, "DIR", m_folder, "The newsroom folder")->required();
+    addFileName(*check, "DIR", m_folder, "The newsroom folder")->required();
 }
 
 void NewsroomCommand::import(Host &host) const

@@ -92,7 +92,7 @@ void ParseCommand::declare(CLI::App &app, Action &chosen)
                              "  quire parse story.xml --write > again.xml\n"
                              "  quire parse story.xml --text",
                              chosen, [this](Host &host) { run(host); });
-    addText(*verb, "FILE", m_file, "UTF-8, or UTF-16 with its mark; - for the standard input")->required();
+    addFileName(*verb, "FILE", m_file, "UTF-8, or UTF-16 with its mark; - for the standard input")->required();
     CLI::Option *write = verb->add_flag("--write", m_write, "Print the markup, written back from the tree");
     verb->add_flag("--text", m_text, "Print the text alone")->excludes(write);
 }

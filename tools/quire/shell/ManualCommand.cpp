@@ -17,7 +17,7 @@ void ManualCommand::declare(CLI::App &app, Action &chosen)
                              "  quire manual --into ~/.local/share/man/man1",
                              chosen, [this](Host &host) { run(host); });
     CLI::Option *page = addText(*verb, "VERB", m_verb, "The page of this verb; without it that of quire");
-    addText(*verb, "--into", m_folder, "DIR  Write all pages into this folder instead")->excludes(page);
+    addFileName(*verb, "--into", m_folder, "DIR  Write all pages into this folder instead")->excludes(page);
 }
 
 void ManualCommand::run(Host &host) const
