@@ -18,11 +18,10 @@ QString shown(const QString &value)
 }
 
 /// A time that cannot be understood would silently become none.
-bool isLostWhenStored(const StoryAccess &story, const QString &name, const QString &value)
+bool isLostWhenStored(const QString &name, const QString &value)
 {
     QString stored = value;
-    if (story.storesEncoded())
-        Quire::EncodeAttribute(name, stored);
+    Quire::EncodeAttribute(name, stored);
     return stored.isEmpty() && !value.isEmpty();
 }
 
@@ -54,17 +53,17 @@ FieldChanges::FieldChanges(const QStringList &arguments)
     }
 }
 
-void FieldChanges::check(const StoryAccess &story, const StoryFields &fields)
+void FieldChanges::check(const Target &target, const StoryFields &fields)
 {
     for (Change &change : m_changes) {
         const StoryField *const field = fields.find(change.name);
         if (!field)
             throw Failure(ExitCode::NotFound, QStringLiteral("there is no field \"%1\" in %2; it has %3")
-                                                  .arg(change.name, story.title(), namesOf(fields)));
+                                                  .arg(change.name, target.title, namesOf(fields)));
         if (field->isReadOnly)
             throw Failure(ExitCode::Failed,
-                          QStringLiteral("the field \"%1\" of %2 is read-only").arg(field->name, story.title()));
-        if (isLostWhenStored(story, field->name, change.value))
+                          QStringLiteral("the field \"%1\" of %2 is read-only").arg(field->name, target.title));
+        if (target.storesEncoded && isLostWhenStored(field->name, change.value))
             throw Failure(ExitCode::Usage,
                           QStringLiteral("\"%1\" is no time for the field \"%2\"; write SECONDS, M:SS or H:MM:SS")
                               .arg(change.value, field->name));
@@ -72,9 +71,16 @@ void FieldChanges::check(const StoryAccess &story, const StoryFields &fields)
     }
 }
 
+void FieldChanges::checkNew(const QString &path, const QString &form)
+{
+    const StoryFields fields(form);
+    if (!fields.all().empty())
+        check({QStringLiteral("a new story of %1").arg(path), true}, fields);
+}
+
 void FieldChanges::make(StoryAccess &story)
 {
-    check(story, StoryFields(story));
+    check({story.title(), story.storesEncoded()}, StoryFields(story));
     story.lock();
     for (const Change &change : m_changes)
         story.setField(change.before.name, change.value);

@@ -31,6 +31,43 @@ try {
                   QStringLiteral("cannot make a story in %1: %2").arg(queue.path, reason(error.Error(), false)));
 }
 
+/// Deletes the story that was made. False when it stays.
+bool takeBack(Session &session, const TreeEntry &queue, const Quire::StoryID &id)
+try {
+    if (!session.com().DeleteStoryDirect(queue.path, &id))
+        return false;
+    session.com().RemoveStoryFromCache(queue.path, &id);
+    session.keep();
+    return true;
+} catch (const Failure &) {
+    return false;
+} catch (const _com_error &) {
+    return false;
+}
+
+/// Fails for the reason \a why with the story taken back, and says that it is there when even that fails.
+[[noreturn]] void failTakingBack(Session &session, const TreeEntry &queue, const Quire::StoryID &id, ExitCode code,
+                                 QString why)
+{
+    if (takeBack(session, queue, id))
+        throw Failure(code, why);
+    while (why.endsWith(QLatin1Char('.')))
+        why.chop(1);
+    throw Failure(code,
+                  QStringLiteral("%1; the new story %2 is left in %3").arg(why, QString::number(id.part1), queue.path));
+}
+
+/// Sets the fields of the story that was made; it does not stay without them.
+void fill(Session &session, const TreeEntry &queue, const Quire::StoryID &id, FieldChanges &changes)
+try {
+    ServerStory story(session, queue, StoryNumber{id.part1, false});
+    changes.make(story);
+} catch (const Failure &failure) {
+    failTakingBack(session, queue, id, failure.code(), failure.message());
+} catch (const _com_error &error) {
+    failTakingBack(session, queue, id, ExitCode::Failed, serverFailure(error));
+}
+
 } // namespace
 
 void NewCommand::declare(CLI::App &app, Action &chosen)
@@ -50,10 +87,10 @@ void NewCommand::run(Host &host) const
     Session session(host.options, Access::Write);
     session.signOn();
     const TreeEntry queue = session.openQueue(m_path);
+    changes.checkNew(queue.path, queue.form);
     const Quire::StoryID id = create(session, queue, m_position, host.output);
-    ServerStory story(session, queue, StoryNumber{id.part1, false});
     if (!m_changes.isEmpty())
-        changes.make(story);
+        fill(session, queue, id, changes);
     else
         session.keep();
     if (host.options.json)

@@ -28,9 +28,14 @@ QString textOf(const XML::NamedTag &element)
 
 StoryFields::StoryFields(StoryAccess &story)
 {
-    addForm(story.story());
+    addForm(story.story().FormName());
     addStored(story);
     addComputed(story);
+}
+
+StoryFields::StoryFields(const QString &form)
+{
+    addForm(form);
 }
 
 const StoryField *StoryFields::find(const QString &name) const
@@ -47,14 +52,14 @@ StoryField *StoryFields::findField(const QString &name)
     return const_cast<StoryField *>(find(name));
 }
 
-void StoryFields::addForm(Quire::Story &story)
+void StoryFields::addForm(const QString &name)
 {
-    std::vector<Quire::Attribute> names;
-    story.GetAllFieldNames(names);
-    for (const Quire::Attribute &name : names) {
-        const Quire::Field *const field = story.FindField(name.name);
-        if (field && !find(name.name))
-            m_fields.push_back({field->m_Id, field->m_Label, QString(), true, field->m_ReadOnly});
+    const Quire::FormData *const form = Quire::FormCache::getForm(name);
+    if (!form)
+        return;
+    for (const Quire::Field &field : form->m_Fields) {
+        if (!find(field.m_Id))
+            m_fields.push_back({field.m_Id, field.m_Label, QString(), true, field.m_ReadOnly});
     }
 }
 

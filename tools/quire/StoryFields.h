@@ -28,13 +28,16 @@ class StoryFields
 public:
     /// Reads the fields and, from the form cache, the form. Raises as StoryAccess does.
     explicit StoryFields(StoryAccess &story);
+    /// The fields of a story that is yet to be made with the form called \a form, without values. None at all when the
+    /// server does not deliver the form.
+    explicit StoryFields(const QString &form);
 
     const std::vector<StoryField> &all() const { return m_fields; }
     /// The field called \a name, letter case aside; null when neither the form nor the story has it.
     const StoryField *find(const QString &name) const;
 
 private:
-    void addForm(Quire::Story &story);
+    void addForm(const QString &name);
     void addStored(StoryAccess &story);
     void addComputed(StoryAccess &story);
     StoryField *findField(const QString &name);
