@@ -146,6 +146,15 @@ TEST_F(EditCommandTest, WhatIsNotInUtf8IsKeptAndNotSaved)
     EXPECT_EQ(takeKept(run), QByteArray("\xff"));
 }
 
+TEST_F(EditCommandTest, ANulIsKeptAndNotSaved)
+{
+    setEditor("write \"one\\0two\"");
+    const Outcome run = edit(cup);
+    expectFailure(run, 1, "what the editor wrote has a NUL in it; your edit is kept in ");
+    EXPECT_EQ(takeKept(run), QByteArray("one\0two", 7));
+    EXPECT_TRUE(section(cupBody).startsWith(QLatin1String("<body><p>Half-time")));
+}
+
 // ---- within the process, where the test sees what the server is asked for
 
 class EditOnServerTest : public RegisteredServerTest

@@ -1,6 +1,6 @@
 // An editor for the tests: fake_editor WHAT ... FILE
 //   replace OLD NEW   replaces OLD by NEW
-//   write TEXT        makes TEXT the file; \n is a line feed, \xff that byte
+//   write TEXT        makes TEXT the file; \n is a line feed, \xff that byte, \0 a NUL
 //   append TEXT       adds TEXT behind
 //   environment NAME  adds the value of that variable, in brackets, behind
 //   leave             changes nothing
@@ -28,7 +28,7 @@ bool write(const QString &path, const QByteArray &bytes)
 
 QByteArray unescaped(const QString &text)
 {
-    return text.toUtf8().replace("\\n", "\n").replace("\\xff", "\xff");
+    return text.toUtf8().replace("\\n", "\n").replace("\\xff", "\xff").replace("\\0", QByteArray(1, '\0'));
 }
 
 bool work(const QStringList &arguments)

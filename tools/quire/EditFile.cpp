@@ -43,7 +43,7 @@ EditFile::EditFile(const QString &name, const QString &text)
         throw Failure(ExitCode::Failed, QStringLiteral("cannot write a file for the editor: %1").arg(why));
     }
     file.close();
-    if (decode(m_written) != text) {
+    if (text.contains(QChar(QChar::Null)) || decode(m_written) != text) {
         m_folder.remove();
         throw Failure(ExitCode::Failed,
                       QStringLiteral("the text has characters that a file for an editor cannot hold"));
@@ -69,7 +69,10 @@ bool EditFile::isChanged() const
 
 QString EditFile::read() const
 {
-    return decode(readFile(m_path));
+    QString text = decode(readFile(m_path));
+    if (text.contains(QChar(QChar::Null)))
+        throw Failure(ExitCode::Failed, QStringLiteral("what the editor wrote has a NUL in it"));
+    return text;
 }
 
 QString EditFile::decode(const QByteArray &bytes) const

@@ -22,7 +22,8 @@ public:
 
     /// The file's whole path, as the system writes it.
     QString path() const;
-    /// The text that is in the file now. Failure when it cannot be read or is not in UTF-8 (or UTF-16 with its mark).
+    /// The text that is in the file now. Failure when it cannot be read, is not in UTF-8 (or UTF-16 with its mark), or
+    /// has a NUL, at which a server or a file may end the text.
     QString read() const;
     /// Whether the file is no longer as it was written; true also when it cannot be read.
     bool isChanged() const;
