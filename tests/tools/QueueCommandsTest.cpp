@@ -188,6 +188,14 @@ TEST_F(QueueCommandsTest, RmOfOneThatIsNotThereDeletesNothing)
     expectFailure(in(folder, "rm SHOWS.EVENING.RUNDOWN"), 2, "--all");
 }
 
+TEST_F(QueueCommandsTest, RmOfAStoryThatIsNamedTwiceDeletesNothing)
+{
+    const QString folder = newsroom();
+    expectFailure(in(folder, "rm SPORT.RESULTS.CUP #1 #1"), 2, "story 1571 is named twice");
+    expectFailure(in(folder, "rm SPORT.RESULTS.CUP 1571 #2 #1"), 2, "story 1571 is named twice");
+    EXPECT_EQ(in(folder, "story SPORT.RESULTS.CUP 1571").code, 0);
+}
+
 TEST_F(QueueCommandsTest, RmOfALockedStoryIsRefused)
 {
     expectFailure(builtIn("--user editor --password desk rm SHOWS.EVENING.RUNDOWN 1003"), 1, "1003");

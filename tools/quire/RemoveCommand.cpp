@@ -1,6 +1,7 @@
 #include "RemoveCommand.h"
 
 #include <memory>
+#include <set>
 #include <vector>
 
 #include <QFile>
@@ -58,8 +59,13 @@ void RemoveCommand::run(Host &host) const
 void RemoveCommand::removeSome(Session &session, const TreeEntry &queue, Host &host) const
 {
     std::vector<StoryEntry> stories;
-    for (const QString &number : m_numbers)
+    std::set<qint32> named;
+    for (const QString &number : m_numbers) {
         stories.push_back(StoryNumber::parse(number).open(session, queue));
+        const qint32 story = stories.back().id.part1;
+        if (!named.insert(story).second)
+            throw Failure(ExitCode::Usage, QStringLiteral("story %1 is named twice; nothing was deleted").arg(story));
+    }
     QJsonArray removed;
     for (const StoryEntry &story : stories) {
         if (!session.com().DeleteStoryDirect(queue.path, &story.id))
