@@ -52,6 +52,22 @@ TEST_F(SetCommandTest, AValueMayHaveEverySignAndMayBeEmpty)
     EXPECT_EQ(value("graphics"), QString());
 }
 
+TEST_F(SetCommandTest, AnArgumentInBracketsIsNotTakenApart)
+{
+    ProgramTest::expectFailure(set({QStringLiteral("[title=New]")}), 4, "there is no field \"[title\"");
+    ProgramTest::expectFailure(set({QStringLiteral("[title=New,graphics=x]")}), 4, "there is no field \"[title\"");
+    ProgramTest::expectFailure(set({QStringLiteral("[]")}), 2, "\"[]\" is no change");
+    EXPECT_EQ(value("title"), QStringLiteral("Headlines"));
+}
+
+TEST_F(SetCommandTest, AnArgumentInBracketsIsNamedAsItStands)
+{
+    expectFailure(quire({QStringLiteral("cat"), QStringLiteral("[Q]"), QStringLiteral("1")}), 4, "\"[Q]\"");
+    expectFailure(quire({QStringLiteral("info"), QStringLiteral("[x]")}), 2, "no place for \"[x]\" (see");
+    expectFailure(quire({QStringLiteral("tree"), QStringLiteral("--depth"), QStringLiteral("[1]")}), 2,
+                  "from 0 on, not [1] (see");
+}
+
 TEST_F(SetCommandTest, JsonHasTheDocumentedKeys)
 {
     const QJsonObject object = set({QStringLiteral("title=New"), QStringLiteral("--json")}).json();

@@ -2,7 +2,6 @@
 
 #include <cmath>
 #include <optional>
-#include <string>
 #include <utility>
 #include <vector>
 
@@ -11,6 +10,12 @@
 #include "Words.h"
 
 namespace Tool {
+
+namespace {
+
+constexpr char protection = '\0'; // the one character that no argument of a program has
+
+} // namespace
 
 CLI::App *Command::addVerb(CLI::App &app, const char *name, const char *description, const char *examples,
                            Action &chosen, Action action)
@@ -21,9 +26,24 @@ CLI::App *Command::addVerb(CLI::App &app, const char *name, const char *descript
     return verb;
 }
 
+std::string protectedArgument(const QString &argument)
+{
+    std::string text = argument.toStdString();
+    if (!text.empty() && text.front() == '[' && text.back() == ']')
+        text += protection;
+    return text;
+}
+
+QString plainArgument(std::string given)
+{
+    if (!given.empty() && given.back() == protection)
+        given.pop_back();
+    return QString::fromStdString(given);
+}
+
 CLI::Option *addText(CLI::App &app, const char *name, QString &target, const char *description)
 {
-    const auto keep = [&target](const std::string &value) { target = QString::fromStdString(value); };
+    const auto keep = [&target](const std::string &value) { target = plainArgument(value); };
     return app.add_option_function<std::string>(name, keep, description)->type_name("");
 }
 
@@ -40,7 +60,7 @@ CLI::Option *addTexts(CLI::App &app, const char *name, QStringList &target, cons
     const auto keep = [&target](const std::vector<std::string> &values) {
         target.clear();
         for (const std::string &value : values)
-            target += QString::fromStdString(value);
+            target += plainArgument(value);
     };
     return app.add_option_function<std::vector<std::string>>(name, keep, description)->type_name("");
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <string>
 
 #include <QString>
 #include <QStringList>
@@ -33,6 +34,11 @@ protected:
     static CLI::App *addVerb(CLI::App &app, const char *name, const char *description, const char *examples,
                              Action &chosen, Action action);
 };
+
+/// \a argument as the parser has to have it: it would take one in square brackets for a list.
+std::string protectedArgument(const QString &argument);
+/// The argument behind what the parser has \a given, without what protected it.
+QString plainArgument(std::string given);
 
 /// Adds an option or argument that takes a text; \a target stays null until it is given.
 CLI::Option *addText(CLI::App &app, const char *name, QString &target, const char *description);

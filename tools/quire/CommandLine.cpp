@@ -126,7 +126,7 @@ void CommandLine::parse(const QStringList &arguments)
 {
     std::vector<std::string> reversed;
     for (const QString &argument : arguments)
-        reversed.push_back(argument.toStdString());
+        reversed.push_back(protectedArgument(argument));
     std::reverse(reversed.begin(), reversed.end());
     m_app.parse(reversed);
 }
@@ -207,7 +207,7 @@ void CommandLine::failUsage(const CLI::ParseError &error) const
     const std::vector<std::string> unknown = m_app.remaining(true);
     if (!unknown.empty()) {
         // Only the first, and of an option only its name: what follows a mistyped --password is a secret.
-        const QString argument = QString::fromStdString(unknown.front());
+        const QString argument = plainArgument(unknown.front());
         const bool isLong = argument.startsWith(QLatin1String("--"));
         if (argument.startsWith(QLatin1Char('-')))
             message = QStringLiteral("there is no option \"%1\"")
