@@ -155,6 +155,13 @@ TEST_F(EditCommandTest, ANulIsKeptAndNotSaved)
     EXPECT_TRUE(section(cupBody).startsWith(QLatin1String("<body><p>Half-time")));
 }
 
+TEST_F(EditCommandTest, AFileThatTheEditorRemovesIsNoEditThatIsKept)
+{
+    setEditor("remove");
+    expectFailure(edit(cup), 1, "; nothing was changed");
+    EXPECT_EQ(filesLeft(), 0);
+}
+
 // ---- within the process, where the test sees what the server is asked for
 
 class EditOnServerTest : public RegisteredServerTest

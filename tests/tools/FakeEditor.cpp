@@ -4,6 +4,7 @@
 //   append TEXT       adds TEXT behind
 //   environment NAME  adds the value of that variable, in brackets, behind
 //   leave             changes nothing
+//   remove            removes the file
 //   unlink OTHER      removes the file OTHER and puts a folder in its place, then does "append edit"
 // A leading "failing" makes it fail in the end.
 
@@ -50,6 +51,8 @@ bool work(const QStringList &arguments)
     }
     if (what == QLatin1String("unlink"))
         return QFile::remove(arguments.at(1)) && QDir().mkdir(arguments.at(1)) && write(path, read(path) + "edit");
+    if (what == QLatin1String("remove"))
+        return QFile::remove(path);
     return what == QLatin1String("leave");
 }
 

@@ -64,7 +64,9 @@ QString EditFile::path() const
 bool EditFile::isChanged() const
 {
     QFile file(m_path);
-    return !file.open(QIODevice::ReadOnly) || file.readAll() != m_written;
+    if (!file.exists())
+        return false;
+    return !file.open(QIODevice::ReadOnly) || file.size() != m_written.size() || file.readAll() != m_written;
 }
 
 QString EditFile::read() const

@@ -9,7 +9,8 @@ namespace Tool {
 /// that its editors keep every character.
 ///
 /// The file stays behind, whatever happens, as soon as it holds something else than the text that it was made with;
-/// only discard() or an unchanged file takes it away. No edit is ever lost that way.
+/// only discard() or an unchanged file takes it away. With a file that somebody removed its folder goes, too. No edit
+/// is ever lost that way.
 class EditFile
 {
 public:
@@ -25,7 +26,7 @@ public:
     /// The text that is in the file now. Failure when it cannot be read, is not in UTF-8 (or UTF-16 with its mark), or
     /// has a NUL, at which a server or a file may end the text.
     QString read() const;
-    /// Whether the file is no longer as it was written; true also when it cannot be read.
+    /// Whether the file is no longer as it was written; true also when it cannot be read, but not when it is gone.
     bool isChanged() const;
     /// The edit has been kept elsewhere: the file goes.
     void discard() { m_discarded = true; }
