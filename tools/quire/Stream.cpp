@@ -13,6 +13,7 @@
 #include <cerrno>
 #include <csignal>
 #include <cstring>
+#include <fcntl.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
 #endif
@@ -139,6 +140,11 @@ Stream::Result Stream::writeBytes(const QByteArray &bytes)
 void prepareStreams()
 {
     std::signal(SIGPIPE, SIG_IGN);
+    // What is opened takes the lowest free descriptor. Each is opened the wrong way round, so that using it fails.
+    for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        if (fcntl(descriptor, F_GETFD) == -1)
+            open("/dev/null", descriptor == STDIN_FILENO ? O_WRONLY : O_RDONLY);
+    }
 }
 
 #endif

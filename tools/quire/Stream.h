@@ -50,7 +50,8 @@ private:
 /// Reads all of the standard input, as bytes. False when reading fails.
 bool readStandardInput(QByteArray &bytes);
 
-/// Once, before the first use of a stream: a closed pipe then ends in an answer, not in a signal.
+/// Once, before anything else is opened. A closed pipe then ends in an answer, not in a signal, and a standard stream
+/// that is closed from the beginning stays unusable; otherwise the next file to be opened would take its place.
 void prepareStreams();
 
 } // namespace Tool
