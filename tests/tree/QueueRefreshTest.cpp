@@ -12,7 +12,7 @@ using Newsroom::Fault;
 namespace {
 
 const qint32 notLoggedIn = static_cast<qint32>(0x80040416);
-const qint32 objectGone = static_cast<qint32>(0x8004040B);
+const qint32 queueGone = static_cast<qint32>(0x8004040B);
 
 class QueueRefreshTest : public QueueFixture
 {
@@ -58,7 +58,7 @@ TEST_F(QueueRefreshTest, OfAQueueThatTheServerDoesNotFindItEndsTheLoadWithAnErro
     server.faults().failEvery(text("GetDirectory"), Fault::hresult(E_FAIL));
     queue->Refresh();
     EXPECT_TRUE(queue->IsComplete());
-    EXPECT_EQ(queue->GetError(), objectGone);
+    EXPECT_EQ(queue->GetError(), queueGone);
 }
 
 TEST_F(QueueRefreshTest, WhatTheServerRefusesIsRaisedAndEndsTheLoad)
