@@ -82,15 +82,15 @@ std::ostream &operator<<(std::ostream &stream, const Moment &moment)
     return stream << moment.action << " at " << moment.signal;
 }
 
-bool isOrderly(const QStringList &signalLines)
+::testing::AssertionResult isOrderly(const QStringList &signalLines)
 {
     bool loads = false;
     for (const QString &line : signalLines) {
         const bool begins = line == QLatin1String("loading");
         const bool ends = line == QLatin1String("finished") || line.startsWith(QLatin1String("failed"));
         if ((begins && loads) || (ends && !loads))
-            return false;
+            return ::testing::AssertionFailure() << signalLines.join(QLatin1String(", ")).toStdString();
         loads = begins || (loads && !ends && line != QLatin1String("reset"));
     }
-    return true;
+    return ::testing::AssertionSuccess();
 }

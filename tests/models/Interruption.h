@@ -51,4 +51,4 @@ std::ostream &operator<<(std::ostream &stream, const Moment &moment);
 
 /// Whether what a SignalLog has taken tells of loads one after the other: each begins and then finishes or fails once,
 /// unless a reset comes between.
-bool isOrderly(const QStringList &signalLines);
+::testing::AssertionResult isOrderly(const QStringList &signalLines);

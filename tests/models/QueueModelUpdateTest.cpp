@@ -18,6 +18,13 @@ protected:
         NotificationInit(nullptr, nullptr, nullptr);
     }
 
+    /// A model to be destroyed before others.
+    static std::unique_ptr<QueueModel> opened(const char *path)
+    {
+        auto model = std::make_unique<QueueModel>();
+        open(*model, path);
+        return model;
+    }
     static void refresh(QueueModel &model)
     {
         model.refresh();
@@ -161,9 +168,8 @@ TEST_F(QueueModelUpdateTest, TwoModelsOfOneLiveQueueFollowBoth)
 TEST_F(QueueModelUpdateTest, AModelThatGoesLeavesTheOtherFollowing)
 {
     QueueModel first;
-    auto second = std::make_unique<QueueModel>();
     open(first, "Q.LIVE");
-    open(*second, "Q.LIVE");
+    auto second = opened("Q.LIVE");
     second.reset();
     ASSERT_TRUE(ServerModel::waitForServer(patience));
     changeTitle(14, 5, "Still");
@@ -173,9 +179,8 @@ TEST_F(QueueModelUpdateTest, AModelThatGoesLeavesTheOtherFollowing)
 TEST_F(QueueModelUpdateTest, AChangeWhileTheOtherModelGoesIsNotLost)
 {
     QueueModel first;
-    auto second = std::make_unique<QueueModel>();
     open(first, "Q.LIVE");
-    open(*second, "Q.LIVE");
+    auto second = opened("Q.LIVE");
     server->faults().failNext(text("IQueue2::put_Update"), Fault::hang(patience), 2); // off, and then on again
     second.reset();
     ASSERT_TRUE(server->faults().waitForHang(patience));
@@ -187,9 +192,8 @@ TEST_F(QueueModelUpdateTest, AChangeWhileTheOtherModelGoesIsNotLost)
 TEST_F(QueueModelUpdateTest, AModelThatGoesLeavesTheOtherFollowingAlsoWhenTheServerRefusesToGoOn)
 {
     QueueModel first;
-    auto second = std::make_unique<QueueModel>();
     open(first, "Q.LIVE");
-    open(*second, "Q.LIVE");
+    auto second = opened("Q.LIVE");
     server->faults().failNext(text("IQueue2::put_Update"), Fault::hresult(E_FAIL), 2); // off, and then on again
     second.reset();
     ASSERT_TRUE(ServerModel::waitForServer(patience));

@@ -62,8 +62,7 @@ TEST_P(SearchModelSlotsTest, LeaveItInOrder)
         for (const char *name : {"A", "y", "z"}) // one that was stopped may end unsorted
             EXPECT_TRUE(names(*model).contains(text(name))) << names(*model).join(text(", ")).toStdString();
     }
-    const QStringList lines = signals.take();
-    EXPECT_TRUE(isOrderly(lines)) << lines.join(text(", ")).toStdString();
+    EXPECT_TRUE(isOrderly(signals.take()));
     delete model;
 }
 

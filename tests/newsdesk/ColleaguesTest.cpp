@@ -139,11 +139,7 @@ TEST_F(ColleaguesTest, AQueueThatIsRemovedIsNotSwappedForItsNeighbour)
 
 TEST_F(ColleaguesTest, WhatSomebodyElseSavedIsSeenAfterDroppingOnesOwn)
 {
-    openQueue("SPORT.FOOTBALL");
-    openStory(0);
-    const qint32 story = storyNumber();
-    beginEditing();
-    type("title", "Rovers win");
+    const qint32 story = beginUnsaved("Rovers win");
     newsroom().breakLock(story);
     changeElsewhere(story, "Rovers lose");
     window->story().model().refresh();
@@ -156,11 +152,7 @@ TEST_F(ColleaguesTest, WhatSomebodyElseSavedIsSeenAfterDroppingOnesOwn)
 
 TEST_F(ColleaguesTest, ASaveOverWhatSomebodyElseSavedIsMadeOnlyTheSecondTime)
 {
-    openQueue("SPORT.FOOTBALL");
-    openStory(0);
-    const qint32 story = storyNumber();
-    beginEditing();
-    type("title", "Rovers win");
+    const qint32 story = beginUnsaved("Rovers win");
     server().triggerLogout();
     ASSERT_TRUE(comes([this] { return !session->isSignedOn(); }));
     const auto producer = newsroom().signOn(text("producer"), text("air"), QString());

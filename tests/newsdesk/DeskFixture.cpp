@@ -169,6 +169,15 @@ QString DeskTest::emptyText(const Desk::TablePane &pane)
     return pane.findChild<QLabel *>(text("empty"))->text();
 }
 
+qint32 DeskTest::beginUnsaved(const char *title)
+{
+    openQueue("SPORT.FOOTBALL");
+    openStory(0);
+    beginEditing();
+    type("title", title);
+    return storyNumber();
+}
+
 QPushButton &DeskTest::button(const char *name)
 {
     return *window->findChild<QPushButton *>(text(name));

@@ -74,6 +74,8 @@ protected:
     void beginEditing();
     /// Types into the field \a name, in place of what is there.
     void type(const char *name, const char *value);
+    /// All of that: a story of SPORT.FOOTBALL is open, locked, and has that title, which is not saved. Its number.
+    qint32 beginUnsaved(const char *title);
 
     QLineEdit &line(const char *field);
     QString label(const char *name);

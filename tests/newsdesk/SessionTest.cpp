@@ -68,11 +68,7 @@ TEST_F(DeskSessionTest, TheTreeStaysAsItWasOpenedWhenOneSignsOnAgain)
 
 TEST_F(DeskSessionTest, WhatWasTypedOutlivesALogout)
 {
-    openQueue("SPORT.FOOTBALL");
-    openStory(0);
-    const qint32 story = storyNumber();
-    beginEditing();
-    type("title", "Rovers win");
+    const qint32 story = beginUnsaved("Rovers win");
     server().triggerLogout();
     ASSERT_TRUE(comes([this] { return !window->notice().isHidden(); }));
     press("save");
@@ -88,11 +84,7 @@ TEST_F(DeskSessionTest, WhatWasTypedOutlivesALogout)
 
 TEST_F(DeskSessionTest, WhatIsUnsavedCanStillBeSavedWhenTheLockHasGoneWithTheSession)
 {
-    openQueue("SPORT.FOOTBALL");
-    openStory(0);
-    const qint32 story = storyNumber();
-    beginEditing();
-    type("title", "Rovers win");
+    const qint32 story = beginUnsaved("Rovers win");
     server().triggerLogout();
     press("save");
     ASSERT_TRUE(comes([this] { return !window->story().model().isLocked(); }));
@@ -110,11 +102,7 @@ TEST_F(DeskSessionTest, WhatIsUnsavedCanStillBeSavedWhenTheLockHasGoneWithTheSes
 
 TEST_F(DeskSessionTest, WhatSomebodyElseSavedMeanwhileIsToldBeforeItIsReplaced)
 {
-    openQueue("SPORT.FOOTBALL");
-    openStory(0);
-    const qint32 story = storyNumber();
-    beginEditing();
-    type("title", "Rovers win");
+    const qint32 story = beginUnsaved("Rovers win");
     server().triggerLogout();
     ASSERT_TRUE(comes([this] { return !window->notice().isHidden(); }));
     changeElsewhere(story, "Rovers lose");
@@ -167,11 +155,7 @@ TEST_F(DeskSessionTest, AFolderKeepsWhatWasSaved)
     start(options);
     ASSERT_TRUE(comes([this] { return session->isSignedOn(); }));
     ASSERT_TRUE(comes([this] { return window->tree().model().rowCount() > 0; }));
-    openQueue("SPORT.FOOTBALL");
-    openStory(0);
-    const qint32 story = storyNumber();
-    beginEditing();
-    type("title", "Rovers win");
+    const qint32 story = beginUnsaved("Rovers win");
     press("save");
     ASSERT_TRUE(comes([&] { return onServer(story, "title") == text("Rovers win"); }));
     end();
