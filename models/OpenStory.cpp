@@ -33,8 +33,7 @@ OpenStory::OpenStory(const QString &queuePath, const StoryID &id)
 
 void OpenStory::find()
 try {
-    if (m_locked && !holdsLock())
-        unlock();
+    dropLostLock();
     QuireCOM *const session = QuireCOM::TheQuireCOM;
     const IDispatchPtr handle = session ? session->GetStoryDirect(m_queuePath, &m_id) : IDispatchPtr();
     const QuireCOMMutex lock("StoryFieldsModel::open");
@@ -57,6 +56,15 @@ try {
     return IsLocked(m_lockType);
 } catch (const _com_error &) {
     return false;
+}
+
+/// Whether there was one.
+bool OpenStory::dropLostLock()
+{
+    if (!m_locked || holdsLock())
+        return false;
+    unlock();
+    return true;
 }
 
 std::shared_ptr<OpenStory> OpenStory::open(const QString &queuePath, const StoryID &id)
@@ -169,6 +177,8 @@ try {
 void OpenStory::change(const StoryChange &change, const StoryWish &wish, int lockType, StoryAnswer *answer)
 {
     const auto note = qScopeGuard([&] { answer->isFree = !m_locked; });
+    if (dropLostLock())
+        find(); // its session may have ended
     const bool wasLocked = m_locked;
     underLock(lockType, &answer->holder, [&] {
         if (!wasLocked || !change.underLock)

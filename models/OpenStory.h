@@ -87,9 +87,9 @@ public:
     void unlock();
     bool isLocked() const { return m_locked; }
 
-    /// Writes and saves all of \a change at once, under the story's lock: one that is not held is got, as by lock, and
-    /// given back. Raises what the server refuses, and E_CHANGED_STATE when somebody else has saved any of it since it
-    /// was seen; then nothing is left of the change.
+    /// Writes and saves all of \a change at once, under the story's lock: one that is not held, or not any more, is
+    /// got, as by lock, and given back. Raises what the server refuses, and E_CHANGED_STATE when somebody else has
+    /// saved any of it since it was seen; then nothing is left of the change.
     void change(const StoryChange &change, const StoryWish &wish, int lockType, StoryAnswer *answer);
 
 private:
@@ -97,6 +97,7 @@ private:
     static void end(OpenStory *story);
 
     bool holdsLock();
+    bool dropLostLock();
     void getLock(int type, QString *holder);
     void underLock(int type, QString *holder, const std::function<void()> &work);
     void requireUnchanged(const StoryChange &change, const StoryWish &wish, StoryAnswer *answer);

@@ -42,10 +42,10 @@ struct StoryWish;
 /// now is not written: changedMeanwhile tells, and when it was to be saved failed as well, with E_CHANGED_STATE
 /// (0x8000000C). What was kept for save stays set, and the next save writes it; of what is saved at once the server's
 /// value comes back. A change that is saved without a lock that is held costs one more call for each field that it
-/// writes, and one for the text.
+/// writes, and one for the text; one that is saved under it one call, which asks whether it is held.
 ///
-/// A lock goes with its session: when the story is read again in another one, or a change is refused since there is
-/// none, lockedChanged tells. What is saved after that takes a lock of its own.
+/// A lock goes with its session, and the server may break it: what is read or saved next finds out, and lockedChanged
+/// tells. What is saved then, or after that, takes a lock of its own.
 ///
 /// Those who show the text as well ask for it by setReadsBody; it is saved in the same way.
 ///

@@ -56,7 +56,7 @@ TEST_F(StoryFieldsModelSessionTest, AfterSigningOnAnewASaveTakesALockOfItsOwn)
     EXPECT_EQ(holder(), QString());
 }
 
-TEST_F(StoryFieldsModelSessionTest, ASaveOnALockOfAnotherSessionFailsInWordsAndTellsThatTheLockIsGone)
+TEST_F(StoryFieldsModelSessionTest, ASaveOnALockOfAnotherSessionTakesOneOfItsOwnAndTellsThatItIsGone)
 {
     StoryFieldsModel model;
     openToEdit(model);
@@ -66,14 +66,48 @@ TEST_F(StoryFieldsModelSessionTest, ASaveOnALockOfAnotherSessionFailsInWordsAndT
     ASSERT_TRUE(set(model, "title", "Hail"));
     signOnAnew();
     save(model); // without a refresh
+    EXPECT_EQ(model.error(), 0);
+    EXPECT_EQ(told, texts({"free"}));
+    EXPECT_FALSE(model.isModified());
+    EXPECT_EQ(onServer("title"), text("Hail"));
+    EXPECT_EQ(holder(), QString());
+}
+
+TEST_F(StoryFieldsModelSessionTest, ASaveOnALockOfAnotherSessionReplacesNothingNew)
+{
+    StoryFieldsModel model;
+    openToEdit(model);
+    lock(model);
+    QStringList told;
+    noteLocks(model, told);
+    noteChanges(model, told);
+    ASSERT_TRUE(set(model, "title", "Hail"));
+    signOnAnew();
+    benSaves("title", "Flood");
+    save(model);
+    EXPECT_EQ(told, texts({"title", "free"}));
+    EXPECT_EQ(model.error(), changedState);
+    EXPECT_EQ(onServer("title"), text("Flood"));
+    EXPECT_EQ(value(model, "title"), text("Hail"));
+    save(model); // now that it is known
+    EXPECT_EQ(onServer("title"), text("Hail"));
+}
+
+TEST_F(StoryFieldsModelSessionTest, ASaveWithoutASessionFailsInWordsAndTellsThatTheLockIsGone)
+{
+    StoryFieldsModel model;
+    openToEdit(model);
+    lock(model);
+    QStringList told;
+    noteLocks(model, told);
+    ASSERT_TRUE(set(model, "title", "Hail"));
+    session->Disconnect();
+    save(model);
     EXPECT_EQ(model.errorText(), text("User not logged in."));
     EXPECT_EQ(told, texts({"free"}));
     EXPECT_EQ(value(model, "title"), text("Hail"));
     EXPECT_EQ(onServer("title"), text("Rain"));
-    benSaves("title", "Flood");
-    save(model);
-    EXPECT_EQ(model.error(), changedState);
-    EXPECT_EQ(onServer("title"), text("Flood"));
+    ASSERT_EQ(session->Connect(text("HUB"), text("ann"), text("a"), 0), 0);
     save(model);
     EXPECT_EQ(onServer("title"), text("Hail"));
 }
@@ -128,6 +162,40 @@ TEST_F(StoryFieldsModelSessionTest, ALockThatTheServerHasBrokenIsTold)
     ASSERT_EQ(newsroom->breakLock(5), Refusal::None);
     refresh(model);
     EXPECT_FALSE(model.isLocked());
+}
+
+TEST_F(StoryFieldsModelSessionTest, ASaveOnALockThatTheServerHasBrokenReplacesNothingNew)
+{
+    StoryFieldsModel model;
+    openToEdit(model);
+    lock(model);
+    QStringList told;
+    noteLocks(model, told);
+    noteChanges(model, told);
+    ASSERT_TRUE(set(model, "title", "Hail"));
+    ASSERT_EQ(newsroom->breakLock(5), Refusal::None);
+    benSaves("title", "Flood");
+    save(model); // without a refresh
+    EXPECT_EQ(told, texts({"title", "free"}));
+    EXPECT_EQ(model.error(), changedState);
+    EXPECT_EQ(onServer("title"), text("Flood"));
+    EXPECT_EQ(value(model, "title"), text("Hail"));
+    EXPECT_EQ(holder(), QString());
+}
+
+TEST_F(StoryFieldsModelSessionTest, ASaveOnALockThatTheServerHasBrokenIsRefusedWhileSomebodyElseEdits)
+{
+    StoryFieldsModel model;
+    openToEdit(model);
+    lock(model);
+    ASSERT_TRUE(set(model, "title", "Hail"));
+    ASSERT_EQ(newsroom->breakLock(5), Refusal::None);
+    ASSERT_EQ(newsroom->lock(ben, 5, 1).refusal, Refusal::None);
+    save(model);
+    EXPECT_NE(model.error(), 0);
+    EXPECT_EQ(onServer("title"), text("Rain"));
+    EXPECT_EQ(value(model, "title"), text("Hail"));
+    EXPECT_EQ(holder(), text("ben"));
 }
 
 TEST_F(StoryFieldsModelSessionTest, ALockOfAStoryThatIsNotFoundAnyMoreIsGivenBack)

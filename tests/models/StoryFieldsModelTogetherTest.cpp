@@ -300,7 +300,7 @@ TEST_F(StoryFieldsModelTogetherTest, OneFieldSavedAtOnceIsAskedForOnceMore)
     EXPECT_EQ(calls.filter(text("get_Field(\"title\")")).size(), 2);
 }
 
-TEST_F(StoryFieldsModelTogetherTest, UnderALockNothingIsAskedBeforeItIsWritten)
+TEST_F(StoryFieldsModelTogetherTest, UnderALockItIsAskedOnlyWhetherThatIsHeldBeforeItIsWritten)
 {
     StoryFieldsModel model;
     openAtOnce(model);
@@ -308,5 +308,5 @@ TEST_F(StoryFieldsModelTogetherTest, UnderALockNothingIsAskedBeforeItIsWritten)
     server->calls().take();
     ASSERT_TRUE(set(model, "title", "Hail"));
     ASSERT_TRUE(settles(model));
-    EXPECT_EQ(storyCalls().mid(0, 2), texts({"put_Field(\"title\", \"Hail\")", "Save(true)"}));
+    EXPECT_EQ(storyCalls().mid(0, 3), texts({"IsLocked(1)", "put_Field(\"title\", \"Hail\")", "Save(true)"}));
 }
