@@ -11,6 +11,7 @@
 #include "ServerWork.h"
 #include "StoryCells.h"
 #include <quire/notify/Search.h>
+#include <quire/session/QuireCOM.h>
 #include <quire/tree/SearchList.h>
 
 namespace Quire {
@@ -19,17 +20,20 @@ namespace Quire {
 class SearchModel::Running
 {
 public:
-    explicit Running(int id)
+    Running(int id, quint32 signOn)
         : m_id(id)
+        , m_signOn(signOn)
     {}
     ~Running() { Search::GetSearcher()->DeleteSearch(m_id); }
     Running(const Running &) = delete;
     Running &operator=(const Running &) = delete;
 
     int id() const { return m_id; }
+    quint32 signOn() const { return m_signOn; } // to which it belongs
 
 private:
     const int m_id;
+    const quint32 m_signOn;
 };
 
 namespace {
@@ -85,7 +89,8 @@ void SearchModel::start(const QString &path, ItemType type, const QString &query
         return;
     work().run(
         [this, path, type, query]() -> ServerWork::Delivery {
-            auto search = std::make_unique<Running>(startSearch(path, type, query));
+            const quint32 signOn = QuireCOM::SignOnCount(); // before: one in between is found to be another one
+            auto search = std::make_unique<Running>(startSearch(path, type, query), signOn);
             return [this, search = ServerThread::own(std::move(search))] { follow(search); };
         },
         [this](HRESULT error) { endLoad(error); });
@@ -158,8 +163,8 @@ void SearchModel::checkSession()
 {
     m_nextCheck = QDeadlineTimer(QDeadlineTimer::Forever);
     work().run(
-        [this]() -> ServerWork::Delivery {
-            requireSession();
+        [this, signOn = m_search->signOn()]() -> ServerWork::Delivery {
+            requireSession(signOn);
             return [this] { m_nextCheck.setRemainingTime(checkInterval); };
         },
         [this, id = m_search->id()](HRESULT error) {

@@ -20,11 +20,11 @@ namespace Quire {
 ///
 /// Searches need notices: NotificationInit, without a callback for search results. Start none after
 /// NotificationRelease: nobody would tell that it has ended, and the model would load until stop. While a search runs,
-/// the model makes sure twice a second that the user is still signed on; after a logout the search fails, unless
-/// somebody has signed on again before the model asks: then it loads until stop. Rows are appended while hits arrive.
-/// When the search has ended, double ones go and the others are sorted by queue and story, which views hear as a change
-/// of the layout: selections and persistent indexes stay with their stories. The search is over then for the server and
-/// the library; the rows stay until the next one.
+/// the model makes sure twice a second that the user is still signed on; after a logout the search fails, also when
+/// somebody has signed on again meanwhile. Rows are appended while hits arrive. When the search has ended, double ones
+/// go and the others are sorted by queue and story, which views hear as a change of the layout: selections and
+/// persistent indexes stay with their stories. The search is over then for the server and the library; the rows stay
+/// until the next one.
 ///
 /// Roles as in QueueModel; PathRole is the queue that holds the story.
 class QUIRE_MODELS_EXPORT SearchModel : public ServerTable

@@ -53,6 +53,13 @@ void requireSession()
         throw _com_error(notSignedOn);
 }
 
+void requireSession(quint32 signOn)
+{
+    requireSession();
+    if (QuireCOM::SignOnCount() != signOn)
+        throw _com_error(notSignedOn);
+}
+
 void raiseMissing()
 {
     requireSession();

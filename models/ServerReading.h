@@ -18,6 +18,8 @@ namespace Quire {
 
 /// Raises when the user is not signed on (any more).
 void requireSession();
+/// Raises when the user is not signed on (any more), or anew since that number of QuireCOM::SignOnCount.
+void requireSession(quint32 signOn);
 
 /// The handle of the queue \a path; raises when there is none.
 IDispatchPtr findQueue(const QString &path);

@@ -22,6 +22,12 @@ QMutex QuireCOM::m_ComMutex;
 QAtomicInteger<quint32> QuireCOM::m_LockThreadID;
 QString QuireCOM::m_LockStr;
 
+namespace {
+
+std::atomic<quint32> signOns{0};
+
+} // namespace
+
 // ---- the one session ------------------------------------------------------------------------------------------------
 
 QuireCOM *QuireCOM::GetQuireCOM(bool recreate)
@@ -185,10 +191,16 @@ long QuireCOM::SignOn(const QString &server, const QString &user, const QString 
     const HRESULT result = m_signon->Connect(userText.get(), passwordText.get(), serverText.get(), option);
     if (FAILED(result))
         return result;
+    ++signOns;
     Platform::Bstr ownName;
     const bool named = SUCCEEDED(m_signon->get_ServerName(ownName.out())) && !ownName.isNull();
     SetConnectInfo(named ? ownName.toString() : server, user, password);
     return result;
+}
+
+quint32 QuireCOM::SignOnCount()
+{
+    return signOns;
 }
 
 void QuireCOM::Disconnect()

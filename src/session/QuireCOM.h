@@ -124,6 +124,9 @@ public:
     /// When the server has ended the connection before by itself there is nothing to sign off from: the next one keeps
     /// its read rate and all its handles but the root's.
     long Connect(const QString &server, const QString &user, const QString &password, long option);
+    /// How often Connect has succeeded in this process: what was got from the server while it was another number
+    /// belongs to a sign-on before. Any thread, no server call.
+    static quint32 SignOnCount();
     /// Signs off and forgets server, user, password, all handles and the system values. Nothing happens when not
     /// connected, so that the handles stay.
     void Disconnect();

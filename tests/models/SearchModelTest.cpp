@@ -202,6 +202,21 @@ TEST_F(SearchModelTest, DisconnectingEndsTheSearch)
     EXPECT_EQ(model.errorText(), text("User not logged in."));
 }
 
+TEST_F(SearchModelTest, SigningOnAnewEndsTheSearchOfTheSessionBefore)
+{
+    SearchModel model;
+    startSilently(model);
+    session->Disconnect();
+    ASSERT_EQ(session->Connect(text("HUB"), text("ann"), text("a"), 0), 0);
+    ASSERT_TRUE(settles(model));
+    EXPECT_EQ(model.errorText(), text("User not logged in."));
+    start(model); // the next one is of the new session
+    server->delivery().resume();
+    ASSERT_TRUE(settles(model));
+    EXPECT_EQ(model.error(), 0);
+    EXPECT_EQ(model.rowCount(), 3);
+}
+
 TEST_F(SearchModelTest, ASlowSearchGoesOnWhileTheUserIsLoggedIn)
 {
     SearchModel model;

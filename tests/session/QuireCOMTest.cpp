@@ -373,6 +373,27 @@ TEST_F(SessionTest, AfterTheServerHasEndedTheConnectionTheNextKeepsTheReadRateAn
     EXPECT_EQ(server.calls(), QStringList());
 }
 
+TEST_F(SessionTest, EachSignOnCounts)
+{
+    const quint32 before = QuireCOM::SignOnCount();
+    connect();
+    EXPECT_EQ(QuireCOM::SignOnCount(), before + 1);
+    session->Disconnect();
+    EXPECT_EQ(QuireCOM::SignOnCount(), before + 1);
+    session = QuireCOM::GetQuireCOM(true); // which counts on
+    EXPECT_EQ(QuireCOM::SignOnCount(), before + 1);
+    connect();
+    EXPECT_EQ(QuireCOM::SignOnCount(), before + 2);
+}
+
+TEST_F(SessionTest, ARefusedConnectDoesNotCount)
+{
+    const quint32 before = QuireCOM::SignOnCount();
+    server.fail(text("Connect"), E_FAIL);
+    ASSERT_EQ(static_cast<HRESULT>(session->Connect(text("HUB"), text("ann"), text("a"), 0)), E_FAIL);
+    EXPECT_EQ(QuireCOM::SignOnCount(), before);
+}
+
 TEST_F(SessionTest, ConnectSignsOffFirst)
 {
     connect();
