@@ -75,6 +75,7 @@ public:
 
     void begin() { ++m_running; }
     void end() { --m_running; }
+    bool isOneRunning() const { return m_running > 0; }
 
 private:
     std::atomic<int> m_running{0};
@@ -95,7 +96,7 @@ public:
     {
         completions.begin();
         Queue::Completed();
-        std::this_thread::sleep_for(std::chrono::milliseconds(100)); // long enough for the process's end to begin in it
+        std::this_thread::sleep_for(std::chrono::milliseconds(500)); // long enough for the process's end to begin in it
         new ChainedQueue(m_handle);
         delete new Queue(m_handle);
         completions.end();
@@ -108,11 +109,11 @@ private:
 bool startChain()
 {
     Queue::setLoadIncrement(20);
-    auto *queue = new ChainedQueue(QuireCOM::TheQuireCOM->GetCachedDir(wires(1)));
-    while (queue->Size() == 0)
+    // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDeleteLeaks): a scene leaves what it opened to the process's end
+    const auto *queue = new ChainedQueue(QuireCOM::TheQuireCOM->GetCachedDir(wires(1)));
+    while (!completions.isOneRunning())
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    std::this_thread::sleep_for(std::chrono::milliseconds(20)); // until the worker is in Completed
-    return true;
+    return queue != nullptr;
 }
 
 bool loadOneAndWatchIt()
