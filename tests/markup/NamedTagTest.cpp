@@ -352,3 +352,10 @@ TEST(NamedTag, IsMadeWhereMemoryMayBeMissing)
     ASSERT_TRUE(tag);
     EXPECT_EQ(tag->GetName(), text("p"));
 }
+
+TEST(NamedTag, ThePlaceOfOneThatCouldNotBeMadeIsGivenBack)
+{
+    void *const place = NamedTag::operator new(sizeof(NamedTag), std::nothrow);
+    ASSERT_TRUE(place);
+    NamedTag::operator delete(place, std::nothrow); // as the compiler does when a host's constructor raises
+}
