@@ -51,13 +51,22 @@ TEST_F(TraceOptionTest, SaysFourThingsOfACall)
 
 TEST_F(TraceOptionTest, ChangesNothingOfWhatIsPrinted)
 {
-    for (const char *verb : {"tree --stories", "story WIRES.WORLD #1", "search . rain", "ls WIRES.WORLD"}) {
+    for (const char *verb : {"tree --stories", "story WIRES.WORLD #1", "ls WIRES.WORLD"}) {
         const Outcome plain = quire((QByteArray("--built-in ") + verb).constData());
         const Outcome run = traced(verb);
         EXPECT_EQ(run.code, 0) << verb;
         EXPECT_EQ(run.output, plain.output) << verb;
         EXPECT_EQ(run.errors, QString()) << verb;
     }
+}
+
+TEST_F(TraceOptionTest, ChangesNothingOfWhatASearchFinds)
+{
+    const Outcome plain = quire("--built-in search . rain"); // as the server finds it, in one order or another
+    const Outcome run = traced("search . rain");
+    EXPECT_EQ(run.code, 0);
+    EXPECT_THAT(run.lines(), testing::UnorderedElementsAreArray(plain.lines()));
+    EXPECT_EQ(run.errors, QString());
 }
 
 TEST_F(TraceOptionTest, HasTheCallThatFailed)
