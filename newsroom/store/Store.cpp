@@ -7,6 +7,7 @@
 
 #include "FolderReader.h"
 #include "FolderWriter.h"
+#include "Strays.h"
 
 namespace Newsroom {
 
@@ -188,6 +189,11 @@ std::shared_ptr<Model> Store::read(const QString &folder, QString *error)
             break;
     }
     return nullptr;
+}
+
+QStringList Store::strays(const QString &folder, const Model &model)
+{
+    return findStrays(folder, model);
 }
 
 bool Store::save(const Model &model, const QString &folder, QString *error)

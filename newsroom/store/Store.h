@@ -3,7 +3,7 @@
 /// \file
 /// A newsroom that is kept in a folder.
 
-#include <QString>
+#include <QStringList>
 #include <memory>
 
 #include <quire/newsroom/model/Model.h>
@@ -31,6 +31,11 @@ public:
     /// Loads a newsroom folder without locking it; changes to the newsroom are not written. Null with \a error as
     /// open().
     static std::shared_ptr<Model> read(const QString &folder, QString *error);
+
+    /// What lies among the forms and in the tree of \a folder and is no part of \a model, which was read from it: what
+    /// an interruption left behind, such as a story that no queue came to name, or somebody put there. Relative to the
+    /// folder, parted by "/", sorted.
+    static QStringList strays(const QString &folder, const Model &model);
 
     /// Writes a newsroom into a folder that is not there or empty. False with \a error otherwise or when writing fails;
     /// what was written by then is no newsroom folder, since newsroom.json comes last.

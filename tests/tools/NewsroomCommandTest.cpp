@@ -4,6 +4,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QJsonArray>
 
 namespace {
 
@@ -47,7 +48,8 @@ TEST_F(NewsroomCommandTest, ImportAndCheckCountTheSame)
 {
     writeTexts();
     const QJsonObject imported = quire("newsroom import texts nr --json").json();
-    const QJsonObject checked = quire("newsroom check nr --json").json();
+    QJsonObject checked = quire("newsroom check nr --json").json();
+    EXPECT_EQ(checked.take(QStringLiteral("strays")), QJsonArray());
     ASSERT_EQ(checked.size(), 4);
     for (const QString &key : checked.keys())
         EXPECT_EQ(imported.value(key), checked.value(key)) << qPrintable(key);
@@ -119,6 +121,30 @@ TEST_F(NewsroomCommandTest, CheckCountsWhatIsInAFolder)
     EXPECT_EQ(run.code, 0) << qPrintable(run.errors);
     EXPECT_TRUE(run.output.startsWith(QLatin1String("nr is in order: "))) << qPrintable(run.output);
     EXPECT_GT(quire("newsroom check nr --json").json().value(QStringLiteral("stories")).toInt(), 0);
+}
+
+TEST_F(NewsroomCommandTest, CheckNamesWhatIsNoPartOfTheNewsroom)
+{
+    ASSERT_EQ(quire("newsroom generate nr --stories 2").code, 0);
+    write("nr/tree/WIRES/W1/000003.zeko", "A story that no queue came to name");
+    const Outcome run = quire("newsroom check nr");
+    EXPECT_EQ(run.code, 0) << qPrintable(run.errors);
+    EXPECT_EQ(run.output, QStringLiteral("nr is in order: 1 directory, 1 queue, 2 stories\n"
+                                         "no part of it: tree/WIRES/W1/000003.zeko\n"));
+    EXPECT_EQ(quire("newsroom check nr --json").json().value(QStringLiteral("strays")).toArray(),
+              QJsonArray{QStringLiteral("tree/WIRES/W1/000003.zeko")});
+}
+
+TEST_F(NewsroomCommandTest, CheckNamesOnlyTheFirstOfManyThatAreNoPart)
+{
+    ASSERT_EQ(quire("newsroom generate nr --stories 2").code, 0);
+    for (int number = 101; number <= 112; ++number)
+        write(qPrintable(QStringLiteral("nr/tree/WIRES/W1/000%1.zeko").arg(number)), "A story");
+    const QStringList lines = quire("newsroom check nr").lines();
+    ASSERT_EQ(lines.size(), 13);
+    EXPECT_EQ(lines.at(10), QStringLiteral("no part of it: tree/WIRES/W1/000110.zeko"));
+    EXPECT_EQ(lines.at(11), QStringLiteral("no part of it: 2 more files"));
+    EXPECT_EQ(quire("newsroom check nr --json").json().value(QStringLiteral("strays")).toArray().size(), 12);
 }
 
 TEST_F(NewsroomCommandTest, CheckNamesTheFileThatIsWrong)

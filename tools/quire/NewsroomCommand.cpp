@@ -8,6 +8,7 @@
 #include "Failure.h"
 #include "Output.h"
 #include "ServerSource.h"
+#include "TextWidth.h"
 #include "Words.h"
 
 namespace Tool {
@@ -62,6 +63,17 @@ void tell(Host &host, const QString &line, const QJsonObject &object)
         host.output.json(object);
     else
         host.output.line(line);
+}
+
+/// A line for each, or for the first of many.
+void tellStrays(Output &output, const QStringList &strays)
+{
+    constexpr int most = 10;
+    const QString lead = QStringLiteral("no part of it: ");
+    for (const QString &stray : strays.mid(0, most))
+        output.line(lead + isolate(visible(stray)));
+    if (strays.size() > most)
+        output.line(lead + counted(strays.size() - most, QStringLiteral("more file"), QStringLiteral("more files")));
 }
 
 /// What an import made, counted as everywhere: it counts the root, which every newsroom has, as a directory, too.
@@ -176,7 +188,12 @@ void NewsroomCommand::check(Host &host) const
     if (!model)
         throw Failure(ExitCode::Failed, error);
     const Contents contents = contentsOf(*model);
-    tell(host, QStringLiteral("%1 is in order: %2").arg(m_folder, contents.text()), contents.json(m_folder));
+    const QStringList strays = Newsroom::Store::strays(m_folder, *model);
+    QJsonObject object = contents.json(m_folder);
+    object.insert(QStringLiteral("strays"), QJsonArray::fromStringList(strays));
+    tell(host, QStringLiteral("%1 is in order: %2").arg(m_folder, contents.text()), object);
+    if (!host.options.json)
+        tellStrays(host.output, strays);
 }
 
 } // namespace Tool

@@ -120,6 +120,23 @@ TEST_F(StoreTest, AStoryFileIsItsMarkupInUtf8WithMark)
               "\xEF\xBB\xBF" + original->story(100).value->markup(Section::Whole).toUtf8());
 }
 
+TEST_F(StoreTest, WhatIsNoPartOfTheNewsroomIsFound)
+{
+    const auto expectStrays = [&](const QStringList &strays) {
+        const auto read = reread();
+        ASSERT_NE(read, nullptr);
+        EXPECT_EQ(Store::strays(folder() + QLatin1Char('/'), *read), strays);
+    };
+    expectStrays({});
+    makeFile(in("nr/tree/NEWS/TODAY/000101.zeko"), "a story that no queue came to name");
+    makeFile(in("nr/tree/NEWS/GONE/queue.json"), "{}");
+    makeFile(in("nr/tree/.hidden"), "");
+    makeFile(in("nr/forms/old.xml"), "");
+    makeFile(in("nr/readme.txt"), ""); // whose folder it is
+    expectStrays({QStringLiteral("forms/old.xml"), QStringLiteral("tree/.hidden"),
+                  QStringLiteral("tree/NEWS/GONE/queue.json"), QStringLiteral("tree/NEWS/TODAY/000101.zeko")});
+}
+
 TEST_F(StoreTest, WhatIsReadAndSavedAgainIsTheSameByteForByte)
 {
     const auto read = reread();
