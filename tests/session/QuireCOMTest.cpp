@@ -471,6 +471,13 @@ TEST_F(SessionTest, IsConnectedIsWhatTheServerSays)
     EXPECT_TRUE(session->IsConnected());
 }
 
+TEST_F(SessionTest, AnyAnswerButFalseReadsAsConnected)
+{
+    server.connected = true;
+    server.yes = 1;
+    EXPECT_TRUE(session->IsConnected());
+}
+
 TEST_F(SessionTest, AFailedQuestionReadsAsNotConnected)
 {
     connect();

@@ -198,7 +198,7 @@ public:
     {
         const HRESULT result = enter("get_Update");
         if (SUCCEEDED(result))
-            *on = data().reports ? VARIANT_TRUE : VARIANT_FALSE;
+            *on = data().reports ? this->m_server.yes : VARIANT_FALSE;
         return result;
     }
     HRESULT STDMETHODCALLTYPE put_Update(VARIANT_BOOL on) override
@@ -406,7 +406,7 @@ public:
     {
         const HRESULT result = enter("get_Connected");
         if (SUCCEEDED(result))
-            *connected = m_server.connected ? VARIANT_TRUE : VARIANT_FALSE;
+            *connected = m_server.connected ? m_server.yes : VARIANT_FALSE;
         return result;
     }
     HRESULT STDMETHODCALLTYPE Reserved4() override { return E_NOTIMPL; }

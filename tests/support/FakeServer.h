@@ -103,6 +103,7 @@ public:
     HRESULT creation = S_OK;      ///< What creating the sign-on object answers.
     bool connectionPoints = true; ///< The sign-on object is a container of connection points.
     bool connected = false;
+    VARIANT_BOOL yes = VARIANT_TRUE;        ///< What a question is answered with when that is so.
     bool storiesExist = true;               ///< GetStory gives a handle.
     QString serverName;                     ///< A null string is answered as null.
     LONG readRate = 0;                      ///< Answer of get_SysReadRate.

@@ -312,16 +312,19 @@ TEST(SortUnique, KeepsWhatBelongsToAnItem)
     EXPECT_EQ(first->attributes[0].flags, 9);
 }
 
-TEST(SortUnique, GoesThroughManyItems)
+TEST(SortUnique, KeepsTheFirstItemOfEachKeyOfMany)
 {
     ItemList list;
     const int count = 20000;
     for (int index = 0; index < count; ++index)
-        list.Append(keyed(QByteArray::number(index % 1000).rightJustified(4, '0').constData(), "x"));
+        list.Append(keyed(QByteArray::number(index % 1000).rightJustified(4, '0').constData(),
+                          QByteArray::number(index).constData()));
     list.SortUnique();
     ASSERT_EQ(list.Size(), 1000);
-    for (int index = 0; index < 1000; ++index)
+    for (int index = 0; index < 1000; ++index) {
         ASSERT_EQ(list.Nth(index)->sortKey.toInt(), index);
+        ASSERT_EQ(list.Nth(index)->name.toInt(), index);
+    }
 }
 
 // ---- the change flag ------------------------------------------------------------------------------------------------

@@ -73,6 +73,7 @@ void QueueFixture::SetUp()
 
 void QueueFixture::TearDown()
 {
+    openGate();
     server.faults().clear();
     EXPECT_TRUE(server.waitForEvents());
     FormCache::Clear();
@@ -88,6 +89,12 @@ void QueueFixture::TearDown()
     EXPECT_THAT(QueueUpdateMgrProbe::pending(), ::testing::IsEmpty());
     Queue::useThreading = true;
     Queue::sLoadIncrement = 200;
+}
+
+void QueueFixture::openGate()
+{
+    if (const std::shared_ptr<QMutex> gate = std::exchange(m_shutGate, nullptr))
+        gate->unlock();
 }
 
 void QueueFixture::letLoad(Queue &queue)

@@ -4,7 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <memory>
+#include <utility>
 
 #include <quire/newsroom/Newsroom.h>
 #include <quire/session/QuireCOM.h>
@@ -63,6 +65,20 @@ protected:
     IDispatchPtr object(const char *path);
     /// The queue with its load completed and collected.
     std::unique_ptr<Quire::Queue> load(const char *path);
+    /// The queue with a load that waits behind its first chunk; until the end of the test, or until its gate is opened.
+    template<typename QueueType = Quire::Queue>
+    std::unique_ptr<QueueType> openPausing(const char *path)
+    {
+        server.faults().failNext(text("GetList"), Newsroom::Fault::hang(patience));
+        auto queue = std::make_unique<QueueType>(object(path));
+        EXPECT_TRUE(server.faults().waitForHang(patience));
+        m_shutGate = QueueProbe::sharedGate(*queue);
+        m_shutGate->lock();
+        server.faults().clear();
+        EXPECT_TRUE(comesTrue([&] { return queue->Size() == 20; }));
+        return queue;
+    }
+    void openGate();
 
     /// The calls of these operations so far, which are then forgotten with all others.
     QStringList callsOf(const QStringList &operations);
@@ -83,9 +99,27 @@ protected:
     FrameworkLog log; ///< The lines of reports that are switched, which would only fill the screen.
 
 private:
+    std::shared_ptr<QMutex> m_shutGate;
     int m_liveAtFirst;
     qint64 m_textsAtFirst;
     qint64 m_arraysAtFirst;
+};
+
+/// Names the protected functions, and counts what the worker calls.
+class CountingQueue : public Quire::Queue
+{
+public:
+    using Queue::LoadListChunk;
+    using Queue::Populate;
+    using Queue::Queue;
+    ~CountingQueue() override { cancelQueueLoad(true); }
+
+    void Completed() override
+    {
+        Queue::Completed();
+        ++completed;
+    }
+    std::atomic<int> completed{0};
 };
 
 /// The number of the k-th story in its queue, according to its identifier; -1 without one.

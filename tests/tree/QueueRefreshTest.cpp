@@ -14,30 +14,7 @@ namespace {
 const qint32 notLoggedIn = static_cast<qint32>(0x80040416);
 const qint32 queueGone = static_cast<qint32>(0x8004040B);
 
-class QueueRefreshTest : public QueueFixture
-{
-protected:
-    /// The queue with a load that does not come to its end by itself.
-    std::unique_ptr<Queue> openPausing(const char *path)
-    {
-        server.faults().failNext(text("GetList"), Fault::hang(patience));
-        std::unique_ptr<Queue> queue = open(path);
-        EXPECT_TRUE(server.faults().waitForHang(patience));
-        QueueProbe::gate(*queue).lock();
-        m_gate = QueueProbe::sharedGate(*queue);
-        server.faults().clear();
-        EXPECT_TRUE(comesTrue([&] { return queue->Size() == 20; }));
-        return queue;
-    }
-    void TearDown() override
-    {
-        if (m_gate)
-            m_gate->unlock();
-        QueueFixture::TearDown();
-    }
-
-    std::shared_ptr<QMutex> m_gate;
-};
+using QueueRefreshTest = QueueFixture;
 
 } // namespace
 
@@ -110,6 +87,28 @@ TEST_F(QueueRefreshTest, AtOnceItEndsTheThreadedLoadAlsoWhenItFails)
     EXPECT_EQ(queue->GetError(), static_cast<qint32>(E_ACCESSDENIED));
 }
 
+TEST_F(QueueRefreshTest, AtOnceItsFailureEndsNoThreadedLoadWhereThereIsNone)
+{
+    Queue::useThreading = false;
+    const std::unique_ptr<Queue> queue = open("Q.SHORT");
+    server.faults().failEvery(text("QueryInterface"), Fault::hresult(E_ACCESSDENIED));
+    EXPECT_THROW(queue->Refresh(), _com_error);
+    EXPECT_FALSE(queue->IsComplete());
+    EXPECT_EQ(queue->GetError(), 0);
+}
+
+TEST_F(QueueRefreshTest, NoMoreIsAvailableUntilTheLoadSaysSo)
+{
+    const std::unique_ptr<Queue> queue = load("Q.LONG");
+    ASSERT_TRUE(queue->MoreStoriesAvailable());
+    QueueProbe::gate(*queue).lock();
+    queue->Refresh();
+    EXPECT_FALSE(queue->MoreStoriesAvailable());
+    QueueProbe::gate(*queue).unlock();
+    ASSERT_TRUE(comesTrue([&] { return queue->IsComplete(); }));
+    EXPECT_TRUE(queue->MoreStoriesAvailable());
+}
+
 namespace {
 
 /// Pauses once where Refresh has cleared the list and looks the queue up.
@@ -165,6 +164,60 @@ TEST_F(QueueRefreshTest, BringsNoStoryTwiceWhenAnotherThreadHasRefreshedMeanwhil
     expectFirst(queue, 45);
 }
 
+namespace {
+
+/// A refresh that pauses where it looks the queue up, and another that has begun its load meanwhile, which waits for
+/// the gate.
+class OvertakenRefreshTest : public QueueRefreshTest
+{
+protected:
+    void SetUp() override
+    {
+        QueueRefreshTest::SetUp();
+        server.faults().failNext(text("GetList"), Fault::hang(patience));
+        queue = std::make_unique<PausingQueue>(object("Q.SHORT"));
+        letLoad(*queue); // it is whole
+        ASSERT_TRUE(comesTrue([&] { return queue->IsComplete() && queue->IsFinished(); }));
+        queue->pauses = true;
+        refreshing = std::async(std::launch::async, [this] { queue->Refresh(); });
+        queue->arrived.get_future().wait();
+        QueueProbe::gate(*queue).lock();
+        queue->Refresh();
+    }
+    void TearDown() override
+    {
+        EXPECT_FALSE(queue->IsComplete());
+        server.faults().clear();
+        QueueProbe::gate(*queue).unlock();
+        EXPECT_TRUE(comesTrue([&] { return queue->IsComplete(); }));
+        EXPECT_EQ(queue->GetError(), 0);
+        expectFirst(*queue, 45);
+        queue.reset();
+        QueueRefreshTest::TearDown();
+    }
+
+    std::unique_ptr<PausingQueue> queue;
+    std::future<void> refreshing;
+};
+
+} // namespace
+
+TEST_F(OvertakenRefreshTest, DoesNotEndTheOtherLoadWhenItFindsNoQueue)
+{
+    session->RemoveDirFromCache(text("Q.SHORT"));
+    server.faults().failEvery(text("get_Item"), Fault::hresult(E_FAIL)); // of the directory above it
+    server.faults().failEvery(text("GetDirectory"), Fault::hresult(E_FAIL));
+    queue->leave.set_value();
+    refreshing.get();
+}
+
+TEST_F(OvertakenRefreshTest, DoesNotEndTheOtherLoadWhenTheServerRefuses)
+{
+    server.faults().failEvery(text("QueryInterface"), Fault::hresult(E_ACCESSDENIED));
+    queue->leave.set_value();
+    EXPECT_THROW(refreshing.get(), _com_error);
+}
+
 // ---- loading on -----------------------------------------------------------------------------------------------------
 
 TEST_F(QueueRefreshTest, MoreIsAvailableWhenItCannotBeLookedUp)
@@ -173,6 +226,21 @@ TEST_F(QueueRefreshTest, MoreIsAvailableWhenItCannotBeLookedUp)
     server.faults().failEvery(text("QueryInterface"), Fault::hresult(E_ACCESSDENIED));
     EXPECT_THROW(queue->LoadMore(), _com_error);
     EXPECT_TRUE(queue->MoreStoriesAvailable());
+}
+
+TEST_F(QueueRefreshTest, OfTwoThreadsThatAskForMoreOneGetsIt)
+{
+    Queue::useThreading = false;
+    PausingQueue queue(object("Q.LONG"));
+    queue.pauses = true;
+    auto loading = std::async(std::launch::async, [&] { queue.LoadMore(); });
+    queue.arrived.get_future().wait();
+    EXPECT_FALSE(queue.MoreStoriesAvailable());
+    queue.LoadMore();
+    EXPECT_EQ(queue.Size(), 200);
+    queue.leave.set_value();
+    loading.get();
+    EXPECT_EQ(queue.Size(), 600); // from the beginning, as always at once
 }
 
 TEST_F(QueueRefreshTest, NoMoreIsAvailableWhenOnlyTheRegistrationIsRefused)

@@ -484,6 +484,13 @@ TEST_F(QueueStoriesTest, TellsWhetherTheServerReports)
     EXPECT_EQ(raised([&] { queue->GetUpdate(); }), E_ACCESSDENIED);
 }
 
+TEST_F(QueueStoriesTest, AnyAnswerButFalseSaysThatTheServerReports)
+{
+    server.data[text("MAIL")].reports = true;
+    server.yes = 1;
+    EXPECT_TRUE(queue->GetUpdate());
+}
+
 TEST_F(QueueStoriesTest, LiveRefreshIsAsReadWhenTheQueueWasMade)
 {
     EXPECT_FALSE(queue->GetLiveRefresh());

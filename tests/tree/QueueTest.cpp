@@ -5,6 +5,7 @@
 #include <stdexcept>
 
 #include <quire/tree/AttributeKeys.h>
+#include <quire/tree/QueueUpdateMgr.h>
 
 #include "tree/QueueFixture.h"
 
@@ -50,23 +51,6 @@ protected:
         QueueTest::SetUp();
         Queue::useThreading = false;
     }
-};
-
-/// Names the protected functions, and counts what the worker calls.
-class CountingQueue : public Queue
-{
-public:
-    using Queue::LoadListChunk;
-    using Queue::Populate;
-    using Queue::Queue;
-    ~CountingQueue() override { cancelQueueLoad(true); }
-
-    void Completed() override
-    {
-        Queue::Completed();
-        ++completed;
-    }
-    std::atomic<int> completed{0};
 };
 
 } // namespace
@@ -261,6 +245,15 @@ TEST_F(QueueTest, TheIncrementIsThatOfTheMomentOfLoading)
     expectFirst(*queue, 80);
 }
 
+TEST_F(QueueTest, AnIncrementOfOneStopsAfterOneChunk)
+{
+    Queue::setLoadIncrement(1);
+    const std::unique_ptr<Queue> queue = load("Q.LONG");
+    EXPECT_EQ(lists(), chunks({0}, 20));
+    EXPECT_TRUE(queue->MoreStoriesAvailable());
+    expectFirst(*queue, 20);
+}
+
 TEST_F(QueueTest, AHugeIncrementIsNoLimit)
 {
     Queue::setLoadIncrement(2147483647);
@@ -343,6 +336,27 @@ TEST_F(QueueTest, OneChunkCanBeRead)
     position = 960;
     EXPECT_TRUE(queue.LoadListChunk(Orvex::IQueuePtr(object("Q.LONG")), position));
     EXPECT_EQ(position, 1000);
+}
+
+TEST_F(QueueTest, AnEmptyChunkSaysThatNoMoreIsAvailable)
+{
+    CountingQueue queue(object("Q.LONG"));
+    ASSERT_TRUE(comesTrue([&] { return queue.IsFinished(); }));
+    ASSERT_TRUE(queue.MoreStoriesAvailable());
+    int position = 1000;
+    EXPECT_TRUE(queue.LoadListChunk(Orvex::IQueuePtr(object("Q.LONG")), position));
+    EXPECT_FALSE(queue.MoreStoriesAvailable());
+}
+
+TEST_F(QueueTest, NoMoreIsAvailableBeforeALoadHasComeToItsEnd)
+{
+    server.faults().failNext(text("GetList"), Fault::hang(patience), 2);
+    const std::unique_ptr<Queue> queue = open("Q.LONG");
+    ASSERT_TRUE(server.faults().waitForHang(patience));
+    EXPECT_FALSE(queue->MoreStoriesAvailable());
+    server.faults().clear();
+    ASSERT_TRUE(comesTrue([&] { return queue->IsComplete(); }));
+    EXPECT_TRUE(queue->MoreStoriesAvailable());
 }
 
 // ---- answers that are not quite a list ------------------------------------------------------------------------------
@@ -504,6 +518,19 @@ TEST_F(QueueTest, CompletedIsCalledOnceALoadHasEnded)
     ASSERT_TRUE(comesTrue([&] { return queue.IsFinished(); }));
     EXPECT_EQ(queue.completed, 1);
     EXPECT_TRUE(queue.IsComplete());
+}
+
+TEST_F(QueueTest, CompletedIsNotCalledForALoadThatIsCancelledDuringItsLastChunk)
+{
+    server.faults().failNext(text("GetList"), Fault::hang(patience), 3);
+    CountingQueue queue(object("Q.SHORT"));
+    ASSERT_TRUE(server.faults().waitForHang(patience));
+    queue.cancelQueueLoad(false);
+    server.faults().clear();
+    ASSERT_TRUE(comesTrue([&] { return queue.IsFinished(); }));
+    EXPECT_EQ(queue.completed, 0);
+    EXPECT_FALSE(queue.IsComplete());
+    expectFirst(queue, 45);
 }
 
 TEST_F(QueueTest, CompletedIsNotCalledForACancelledLoad)
@@ -755,7 +782,7 @@ TEST_F(QueueTest, HasChangedTellsOfTheStoriesBeforeAFailure)
     server.faults().clear();
     server.faults().failNext(text("get_SectionXml"), Fault::raise(E_FAIL));
     queue->Unlock();
-    ASSERT_TRUE(comesTrue([&] { return queue->IsComplete(); }));
+    ASSERT_TRUE(comesTrue([&] { return queue->IsFinished(); })); // IsComplete would tell of it by itself
     EXPECT_EQ(queue->GetError(), E_FAIL);
     EXPECT_EQ(queue->Size(), 6);
     EXPECT_TRUE(queue->HasChanged(true));
@@ -773,6 +800,28 @@ TEST_F(QueueTest, HasChangedTellsOfTheStoriesBeforeACancel)
     server.faults().clear();
     ASSERT_TRUE(nothingHangs());
     EXPECT_FALSE(queue->HasChanged(true));
+}
+
+TEST_F(QueueTest, CancellingBetweenChunksChangesNothing)
+{
+    server.faults().failNext(text("GetList"), Fault::hang(patience), 2);
+    const std::unique_ptr<Queue> queue = open("Q.SHORT");
+    ASSERT_TRUE(server.faults().waitForHang(patience));
+    queue->HasChanged(true);
+    queue->cancelQueueLoad(true);
+    EXPECT_FALSE(queue->HasChanged(true));
+    server.faults().clear();
+}
+
+TEST_F(QueueTest, ALoadThatWasLetGoOfAsksForNoFurtherStory)
+{
+    server.faults().failNext(text("get_SectionXml"), Fault::hang(patience), 6);
+    const std::unique_ptr<Queue> queue = open("Q.SHORT");
+    ASSERT_TRUE(server.faults().waitForHang(patience));
+    queue->cancelQueueLoad(true);
+    server.faults().clear();
+    ASSERT_TRUE(nothingHangs());
+    EXPECT_EQ(callsOf({text("get_SectionXml")}).size(), 6);
 }
 
 // ---- loading at once ------------------------------------------------------------------------------------------------
@@ -892,4 +941,15 @@ TEST_F(QueueAtOnceTest, OpenedFromItsDirectoryItIsRegisteredAfterTheAccessLockIs
     const std::unique_ptr<Directory> live(directory->GetSubDir(text("Q.LIVE")));
     ASSERT_TRUE(live);
     EXPECT_THAT(QueueUpdateMgrProbe::watched(), ElementsAre(14));
+}
+
+TEST_F(QueueAtOnceTest, OpenedFromItsDirectoryItIsRegisteredByLaterLoadsToo)
+{
+    const std::unique_ptr<Directory> directory(Directory::NewDirectory(text("Q")));
+    const std::unique_ptr<Directory> live(directory->GetSubDir(text("Q.LIVE")));
+    ASSERT_TRUE(live);
+    QueueUpdateMgr::Update(14);
+    live->Refresh();
+    EXPECT_THAT(QueueUpdateMgrProbe::watched(), ElementsAre(14));
+    EXPECT_THAT(QueueUpdateMgrProbe::pending(), IsEmpty());
 }

@@ -45,6 +45,17 @@ TEST_F(WorkerPresenceTest, AThreadIsInsideFromEnteringToLeaving)
     EXPECT_FALSE(presence->waitForOthers(QDeadlineTimer(0)));
 }
 
+TEST_F(WorkerPresenceTest, WhoIsInsideOneQueueIsNotInsideAnother)
+{
+    const auto other = std::make_shared<WorkerPresence>();
+    EXPECT_TRUE(other->enter(pass));
+    EXPECT_TRUE(onOtherThread([&] { return presence->enter(pass); })); // and stays
+    EXPECT_FALSE(presence->isInside());
+    EXPECT_FALSE(presence->isShutOut());
+    EXPECT_TRUE(presence->waitForOthers(QDeadlineTimer(1)));
+    other->leave();
+}
+
 TEST_F(WorkerPresenceTest, ItClosesWhenTheLastOtherThreadHasLeft)
 {
     EXPECT_TRUE(presence->enter(pass));
