@@ -301,6 +301,16 @@ TEST_F(SearchTest, HitsOfUnknownSearchesAreDropped)
     EXPECT_FALSE(list->IsSearchComplete());
 }
 
+TEST_F(SearchTest, HitsOfAnUnknownSearchAreNotThoseOfALaterOneOfItsNumber)
+{
+    startNotices();
+    SearchProbe::add(7, hit("a"));
+    SearchProbe::complete(7, 1);
+    SearchList *const list = start(7);
+    EXPECT_EQ(list->Size(), 0);
+    EXPECT_FALSE(list->IsSearchComplete());
+}
+
 TEST_F(SearchTest, CompletionSortsAndDropsDoubleHits)
 {
     startNotices();
@@ -663,6 +673,20 @@ TEST_F(SearchTest, EarlyHitsOfARefusedSearchAreDropped)
     EXPECT_EQ(start(7), nullptr);
     server.mend();
     server.onCall = nullptr;
+    EXPECT_EQ(start(7)->Size(), 0);
+}
+
+TEST_F(SearchTest, HitsBehindAStartThatRaisedAreDropped)
+{
+    startNotices();
+    const HitArray hits({{text("Storm"), text("NEWS"), {1, 2, 3}, {}}});
+    server.onCall = [](const QString &operation) {
+        if (operation == text("Search"))
+            throw std::bad_alloc();
+    };
+    EXPECT_THROW(start(7), std::bad_alloc);
+    server.onCall = nullptr;
+    sink()->raw_OnNotifySearchResults(7, hits, 1, 0);
     EXPECT_EQ(start(7)->Size(), 0);
 }
 
