@@ -18,7 +18,7 @@ std::unique_ptr<SearchList> StartingSearches::end(quint64 ticket, qint32 id)
     std::unique_ptr<SearchList> own;
     const quint64 oldest = m_running.empty() ? m_lastTicket + 1 : m_running.front();
     const auto isOver = [&](Early &early) {
-        if (id != 0 && early.list->SearchID() == id)
+        if (early.list->SearchID() == id)
             own = std::move(early.list);
         return !early.list || early.lastTicket < oldest;
     };

@@ -50,9 +50,7 @@ ItemList::ItemList() = default;
 ItemList::~ItemList()
 {
     Unlock();
-    // The innermost first, so that the mutex is free when it goes.
-    while (!m_forgottenLockers.empty())
-        m_forgottenLockers.pop_back();
+    m_forgottenLockers.clear(); // one of them may own the mutex, which goes after this
 }
 
 void ItemList::SetID(int id)

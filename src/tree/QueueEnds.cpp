@@ -143,7 +143,7 @@ bool Queue::IsFinished()
     const MutexLocker guard(m_workerMutex);
     if (!m_loadThread)
         return m_workersTaken == 0;
-    if (QThread::currentThread() == m_loadThread.get() || !m_loadThread->isFinished())
+    if (!m_loadThread->isFinished())
         return false;
     QueueListThread::retire(std::move(m_loadThread));
     return true;
