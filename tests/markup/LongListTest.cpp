@@ -127,6 +127,16 @@ TEST_F(LongList, IsReadOnAfterItWasSortedAndEmptied)
     EXPECT_EQ(childNames(list), text("z"));
 }
 
+TEST_F(LongList, IsAppendedToWhenAHostLinksChildrenAfterItWasEmptied)
+{
+    list.DeleteChildren();
+    list.m_Child = child(0);
+    list.m_Child->m_Parent = &list;
+    list.AddTag(child(1), false);
+    EXPECT_EQ(childNames(list), text("c0 c1"));
+    EXPECT_TRUE(isSound(list));
+}
+
 TEST_F(LongList, OfACopyThatGaveItUpIsNotAppendedToByReading)
 {
     NamedTag copy(list);
