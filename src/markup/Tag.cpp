@@ -361,7 +361,6 @@ void Tag::ChildSort(short (*compare)(Tag *, Tag *, void *), void *context)
 {
     if (!compare)
         return;
-    m_LateChild = nullptr;
     m_Child = sortSiblings(m_Child, compare, context);
 }
 

@@ -7,9 +7,7 @@ namespace XML {
 TreeBuilder::TreeBuilder(Tag *root)
 {
     open(root);
-    Level &level = m_Open.last();
-    if (!level.foreign)
-        level.last = root->LastChild();
+    m_Open.last().last = root->LastChild();
 }
 
 void TreeBuilder::open(Tag *node)

@@ -44,9 +44,9 @@ bool SectionPattern::findWhole(QStringView text, int *start, int *end, bool *pre
 {
     const Tags &tags = locate(text, start, end);
     *prefixed = &tags == &m_prefixed && *start >= 0;
-    // Without an end tag the end is no place in the text; it may lie behind the start all the same.
+    // Without a start or an end tag the end is no place in the text; it may lie behind the start all the same.
     const bool closed = *end >= tags.closing.length();
-    return *start >= 0 && closed && *end > *start;
+    return closed && *end > *start;
 }
 
 QString SectionPattern::extract(QStringView text) const
