@@ -170,3 +170,39 @@ TEST_F(LongList, OfACopyThatGaveItUpIsNotAppendedToByAdopting)
     EXPECT_EQ(childNames(copy), text("x y"));
     EXPECT_TRUE(childNames(list).endsWith(text("c18 c19 t")));
 }
+
+TEST_F(LongList, GrowsWhereItGoesOnOnceItIsAnothersByAssignment)
+{
+    NamedTag other(text("other"));
+    other.AddTag(child(1), false);
+    Tag *const former = list.m_Child;
+    list = other;
+    list.AddTag(child(2), false);
+    EXPECT_EQ(childNames(other), text("c1 c2"));
+    list.m_Child = former; // which nobody else owns
+    EXPECT_EQ(childNames(list).section(QLatin1Char(' '), -1), text("c19"));
+}
+
+TEST_F(LongList, IsAppendedToAtItsOwnEndWhileAHostAdoptsIt)
+{
+    class Adopting : public Tag
+    {
+    public:
+        explicit Adopting(Tag *from)
+            : m_From(from)
+        {}
+        void AddTag(Tag *tag, bool atFront) override
+        {
+            Tag::AddTag(tag, atFront);
+            if (tag->GetName() == text("c20"))
+                m_From->AddTag(element("late"), false);
+        }
+        Tag *m_From;
+    };
+    last()->AddSiblingTag(child(21));
+    list.FindChildTag(text("c19"), QString(), QString())->AddSiblingTag(child(20));
+    Adopting adopting(&list);
+    adopting.AdoptChildren(&list, true);
+    EXPECT_TRUE(childNames(adopting).endsWith(text("c19 c20 c21 late")));
+    EXPECT_TRUE(isSound(adopting));
+}

@@ -128,6 +128,24 @@ TEST_F(Override, OfTheWriterIsCalled)
     EXPECT_EQ(m_Notes, text("TagToText TagToTextNoCB TestSkip TestInvisible "));
 }
 
+TEST_F(Override, OfTheWriterGetsTheArgumentsOfTheCall)
+{
+    class Showing : public Tag
+    {
+    public:
+        void TagToText(QString &out, QChar terminator, bool contentOnly, bool textOnly) override
+        {
+            out += terminator + QString::number(contentOnly) + QString::number(textOnly);
+        }
+    };
+    Tag root;
+    root.AddTag(new Showing, false);
+    QString out;
+    root.TagToText(out, QLatin1Char('|'), true, true);
+    root.TagToText(out, QLatin1Char('/'), false, false);
+    EXPECT_EQ(out, text("|01/00"));
+}
+
 TEST_F(Override, OfTagMatchIsCalledByFindTag)
 {
     EXPECT_NE(m_Root->FindTag(text("after"), QString(), QString()), nullptr);
@@ -141,6 +159,34 @@ TEST_F(Override, OfFindChildTagIsCalled)
     m_Notes.clear();
     EXPECT_NE(m_Root->FindChildTag(text("after"), QString(), QString()), nullptr);
     EXPECT_EQ(m_Notes, text("TagMatch FindChildTag "));
+}
+
+TEST_F(Override, OfFindChildTagIsNotCalledWithoutChildren)
+{
+    m_Noting->DeleteChildren();
+    EXPECT_NE(m_Root->FindChildTag(text("after"), QString(), QString()), nullptr);
+    EXPECT_EQ(m_Notes, text("TagMatch "));
+}
+
+TEST_F(Override, OfASearchMayHideTheNodesChildren)
+{
+    class Closed : public NamedTag
+    {
+    public:
+        Closed()
+            : NamedTag(text("closed"))
+        {}
+        Tag *FindChildTag(const QString &, const QString &, const QString &) override { return nullptr; }
+        Tag *FindNthTag(const QString &, int, const QString &, const QString &, bool) override { return nullptr; }
+    };
+    Tag root;
+    auto *closed = new Closed;
+    closed->AddTag(element("p"), false);
+    root.AddTag(closed, false);
+    root.AddTag(element("p"), false);
+    EXPECT_EQ(root.FindChildTag(text("p"), QString(), QString()), closed->m_Next);
+    EXPECT_EQ(root.FindNthTag(text("p"), 0, QString(), QString(), true), closed->m_Next);
+    EXPECT_EQ(root.FindNthTag(text("p"), 1, QString(), QString(), true), nullptr);
 }
 
 TEST_F(Override, OfFindNthTagIsCalledWithoutReset)
@@ -187,6 +233,25 @@ TEST_F(Override, OfAddTagIsCalledByAdoptChildren)
     m_Noting->AdoptChildren(from.get(), true);
     EXPECT_EQ(m_Notes, text("AddTag AddTag "));
     EXPECT_EQ(childNames(*m_Noting), text("inner a b"));
+}
+
+TEST_F(Override, OfAddTagGetsNodesThatAreInNoTree)
+{
+    class Asking : public Tag
+    {
+    public:
+        void AddTag(Tag *tag, bool atFront) override
+        {
+            m_Free += !tag->m_Parent && !tag->m_Next ? 1 : 0;
+            Tag::AddTag(tag, atFront);
+        }
+        int m_Free = 0;
+    };
+    const TagPtr from = parsed("<a/><b/>");
+    Asking asking;
+    asking.AdoptChildren(from.get(), true);
+    EXPECT_EQ(asking.m_Free, 2);
+    EXPECT_EQ(childNames(asking), text("a b"));
 }
 
 TEST_F(Override, OfAddTagAndGetNameIsCalledByTheParser)
@@ -381,6 +446,16 @@ TEST_F(OverrideOfForEachTag, MayWalkBeforeItCallsTheOriginal)
     m_Root.ForEachTag(noteName, 0);
     EXPECT_EQ(visited, text("root before inner after visited inner after "));
     EXPECT_FALSE(m_Visited->m_Next->TestSkip());
+}
+
+TEST_F(OverrideOfForEachTag, MayWalkTheChildrenInsteadOfTheOriginal)
+{
+    m_Visited->m_Operation = [](NamedTag &tag, void (*fn)(Tag *, long), long data) {
+        tag.m_Child->ForEachTag(fn, data);
+    };
+    m_Visited->AddTag(element("second"), false);
+    m_Root.ForEachTag(noteName, 0);
+    EXPECT_EQ(visited, text("root before inner second "));
 }
 
 TEST_F(OverrideOfForEachTag, MayChangeTheFollowingSiblings)

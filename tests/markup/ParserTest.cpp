@@ -251,6 +251,15 @@ TEST(Parser, ParseTagGoesToTheEndWhenNothingCloses)
     EXPECT_EQ(outline(parent), text("<b>[]"));
 }
 
+TEST(Parser, ParseTagGoesToTheEndOfATextWithoutTags)
+{
+    Tag parent;
+    int pos = 1;
+    Parser().ParseTag(&parent, text("xyz"), pos);
+    EXPECT_EQ(pos, 3);
+    EXPECT_EQ(outline(parent), text("\"yz\""));
+}
+
 TEST(Parser, ParseTagAppendsToTheChildrenThatAreThere)
 {
     Tag parent;

@@ -24,6 +24,20 @@ private:
     QString *m_Ended;
 };
 
+/// A node that writes down whether it is in a tree when it ends.
+class LinkWitness : public NamedTag
+{
+public:
+    LinkWitness(const char *name, QString *seen)
+        : NamedTag(text(name))
+        , m_Seen(seen)
+    {}
+    ~LinkWitness() override { *m_Seen += m_Name + text(m_Parent || m_Next ? " in tree, " : " free, "); }
+
+private:
+    QString *m_Seen;
+};
+
 } // namespace
 
 TEST(Tag, HasNoLinksAndNoFlagsAtFirst)
@@ -62,6 +76,14 @@ TEST(Tag, FlagsHaveTheirBits)
     EXPECT_EQ(tag.m_Flags, 0U);
 }
 
+TEST(Tag, ClearingAFlagThatIsClearLeavesItClear)
+{
+    Tag tag;
+    tag.SetSkip(false);
+    tag.SetInvisible(false);
+    EXPECT_EQ(tag.m_Flags, 0U);
+}
+
 TEST(Tag, CopyConstructorTakesTheLinksAsTheyStand)
 {
     Tag root;
@@ -96,6 +118,17 @@ TEST(Tag, AssignmentTakesTheLinksAsTheyStand)
     other = *child;
     EXPECT_EQ(other.m_Parent, &root);
     EXPECT_EQ(other.m_Name, text("child"));
+}
+
+TEST(Tag, AssignmentTakesTheFlags)
+{
+    Tag from;
+    from.SetInvisible(true);
+    Tag to;
+    to.SetSkip(true);
+    to = from;
+    EXPECT_TRUE(to.TestInvisible());
+    EXPECT_FALSE(to.TestSkip());
 }
 
 TEST(Tag, DestructionTakesTheSubtreeButNotTheSiblings)
@@ -162,6 +195,17 @@ TEST(Tag, HostDestructorStillSeesItsChildren)
         root.AddTag(outer, false);
     }
     EXPECT_EQ(seen, 2);
+}
+
+TEST(Tag, HostDestructorSeesNoParentThatIsGone)
+{
+    QString seen;
+    Tag root;
+    auto *outer = new LinkWitness("o", &seen);
+    outer->AddTag(new LinkWitness("i", &seen), false);
+    root.AddTag(outer, false);
+    root.DeleteChildren();
+    EXPECT_EQ(seen, text("o in tree, i free, "));
 }
 
 TEST(Tag, HostDestructorMayDestroyAnotherTree)
@@ -319,6 +363,17 @@ TEST(Tag, ReplaceChildTagByNullRemoves)
     EXPECT_EQ(ended, text("old"));
 }
 
+TEST(Tag, ReplaceChildTagDestroysTheOldOneOutsideOfTheTree)
+{
+    QString seen;
+    Tag root;
+    auto *old = new LinkWitness("old", &seen);
+    root.AddTag(old, false);
+    root.AddTag(element("b"), false);
+    root.ReplaceChildTag(old, element("new"));
+    EXPECT_EQ(seen, text("old free, "));
+}
+
 TEST(Tag, ReplaceChildTagOfAStrangerDoesNothing)
 {
     QString ended;
@@ -399,6 +454,16 @@ TEST(Tag, ExtractTagFromParentClearsTheLinks)
     EXPECT_EQ(b->m_Parent, nullptr);
     EXPECT_EQ(b->m_Next, nullptr);
     delete b;
+}
+
+TEST(Tag, ExtractTagFromParentClearsTheParentOfTheLastChild)
+{
+    Tag root;
+    const TagPtr only(element("a"));
+    root.AddTag(only.get(), false);
+    Tag::ExtractTagFromParent(only.get());
+    EXPECT_EQ(only->m_Parent, nullptr);
+    EXPECT_EQ(root.m_Child, nullptr);
 }
 
 TEST(Tag, ExtractTagFromParentIgnoresNullAndTheFree)
@@ -706,6 +771,15 @@ TEST(Tag, FindNthTagGoesOnCountingWithoutReset)
     EXPECT_EQ(root->FindNthTag(text("a"), 4, QString(), QString(), false), root->m_Child->m_Next);
     EXPECT_EQ(Tag::FindNthTagCounter, 4);
     Tag::FindNthTagCounter = 0;
+}
+
+TEST(Tag, FindNthTagFindsNothingOnceTheCounterIsPastTheNumber)
+{
+    const TagPtr root = parsed("<p/><p/><p/>");
+    EXPECT_EQ(root->FindNthTag(text("p"), 1, QString(), QString(), true), root->m_Child->m_Next);
+    Tag::FindNthTagCounter = 2;
+    EXPECT_EQ(root->FindNthTag(text("p"), 1, QString(), QString(), false), nullptr);
+    EXPECT_EQ(Tag::FindNthTagCounter, 5);
 }
 
 TEST(Tag, FindNthTagOfAnEmptyNameTouchesNothing)

@@ -310,6 +310,20 @@ TEST_F(TagToTextCallbacks, GetTheArgumentsOfTheCall)
     EXPECT_EQ(out, text("a|11b|01"));
 }
 
+TEST_F(TagToTextCallbacks, OfANameGetTheArgumentsOfTheCallToo)
+{
+    const TagPtr root = parsed("<a/>");
+    const auto show = [](Tag *tag, QString &out, QChar terminator, bool contentOnly, bool textOnly) {
+        out += tag->GetName() + terminator + QString::number(contentOnly) + QString::number(textOnly);
+        return false;
+    };
+    NamedTag::SetTagToTextCallback(text("a"), show);
+    QString out;
+    root->m_Child->TagToText(out, QLatin1Char('|'), true, false);
+    root->m_Child->TagToText(out, QLatin1Char('/'), false, true);
+    EXPECT_EQ(out, text("a|10a/01"));
+}
+
 TEST_F(TagToTextCallbacks, AreAskedForSkippedElementsToo)
 {
     const TagPtr root = parsed("<a/>");

@@ -59,6 +59,17 @@ TEST(TextSink, FillsUpToTheLimit)
     EXPECT_EQ(out.size(), 1000);
 }
 
+TEST(TextSink, TakesAPieceThatJustFits)
+{
+    QString out;
+    {
+        TextSink sink(out, 10);
+        sink.put(text("1234567890"));
+        EXPECT_FALSE(sink.isFull());
+    }
+    EXPECT_EQ(out, text("1234567890"));
+}
+
 TEST(TextSink, StaysFullBesideALongText)
 {
     QString out = text("123456");
@@ -83,6 +94,18 @@ TEST(TextSink, LetsOthersAppendBetweenFlushAndResume)
         sink.put(text("c"));
     }
     EXPECT_EQ(out, text("abc"));
+}
+
+TEST(TextSink, KeepsWhatOthersAppendedWhenItGoesWithoutResume)
+{
+    QString out;
+    {
+        TextSink sink(out);
+        sink.put(text("a"));
+        sink.flush();
+        sink.text() += text("b"); // and then they raise
+    }
+    EXPECT_EQ(out, text("ab"));
 }
 
 TEST(TextSink, LeavesOtherHoldersOfTheStringAlone)
