@@ -415,6 +415,14 @@ TEST_F(LocalStoryTest, OtherNumbersAreEmptySections)
         EXPECT_EQ(section(story, number), QString()) << number;
 }
 
+TEST_F(LocalStoryTest, OtherNumbersAreNoSectionsOfAnElementWithoutName)
+{
+    OwnStory story = storyOf("<>x</>");
+    EXPECT_EQ(section(story, 3), QString());
+    EXPECT_TRUE(put(story, 3, "y"));
+    EXPECT_EQ(whole(story), text("<>x</>"));
+}
+
 TEST_F(LocalStoryTest, SectionIsTheSameInBothForms)
 {
     OwnStory story = storyOf(wholeStory);
@@ -468,6 +476,15 @@ TEST_F(LocalStoryTest, PutSectionOfAMissingSectionChangesNothing)
     OwnStory story = storyOf("<story><body>x</body></story>");
     EXPECT_TRUE(put(story, 4, "<fields></fields>"));
     EXPECT_EQ(whole(story), text("<story><body>x</body></story>"));
+}
+
+TEST_F(LocalStoryTest, PutSectionBehindItsFirstEndTagChangesNothing)
+{
+    for (const char *markup : {"</body><body>x</body>", "</body> <body>x</body>"}) {
+        OwnStory story = storyOf(markup);
+        EXPECT_TRUE(put(story, 8, "<body>y</body>"));
+        EXPECT_EQ(whole(story), text(markup));
+    }
 }
 
 TEST_F(LocalStoryTest, PutSectionOfAnotherNumberChangesNothing)
@@ -637,6 +654,14 @@ TEST_F(LocalStoryTest, SetFieldDoesNotAddAField)
     EXPECT_EQ(whole(story), text(wholeStory));
 }
 
+TEST_F(LocalStoryTest, SetFieldThatIsMissingLeavesAPrefixedSectionAlone)
+{
+    const char *const markup = "<zeko:fields><f id=a></fields></f></zeko:fields>";
+    OwnStory story = storyOf(markup);
+    story.SetField(text("missing"), text("x"));
+    EXPECT_EQ(whole(story), text(markup));
+}
+
 TEST_F(LocalStoryTest, SetFieldWithoutEndChangesNothing)
 {
     OwnStory story = storyOf("<fields><f id=a>1</fields>");
@@ -691,6 +716,11 @@ TEST_F(LocalStoryTest, AnchorThatClosesItselfStillGetsAnEnd)
 TEST_F(LocalStoryTest, AnchorFollowedByAnEndInCapitalsGetsAnother)
 {
     EXPECT_EQ(preprocessed("<a href=1></A>", m_folder), text("<a href=1></a></A>"));
+}
+
+TEST_F(LocalStoryTest, AnchorFollowedByTheEndOfALongerNameGetsItsOwn)
+{
+    EXPECT_EQ(preprocessed("<a href=1></abbr>", m_folder), text("<a href=1></a></abbr>"));
 }
 
 TEST_F(LocalStoryTest, AnchorInCapitalsOrWithoutBlankIsNone)

@@ -417,6 +417,8 @@ TEST(StoryItemFields, LoseWhatIsNotPrintable)
                           "d")),
               text("abcd"));
     EXPECT_EQ(slugOf(text("\ta\t")), text("a"));
+    EXPECT_EQ(slugOf(text("a\x7f")), text("a"));
+    EXPECT_EQ(slugOf(text("a") + QChar(0x85)), text("a"));
     EXPECT_EQ(slugOf(text("a") + QChar(0) + text("b")), text("ab"));
     EXPECT_EQ(slugOf(text("a") + QChar(0x85) + text("b") + QChar(0x200B) + text("c")), text("abc"));
 }
@@ -484,10 +486,11 @@ TEST(StoryItemFields, UecAndAreadyGiveFlags)
 TEST(StoryItemTotal, IsTheSumOfAudioAndTape)
 {
     const char *const table[][3] = {
-        {"90", "45", "2:15"},     {"1:30", "0:45", "2:15"},   {"90", "", "1:30"}, {"", "90", "1:30"},
-        {"1:30", "", "1:30"},     {"0", "", "0:00"},          {"0", "0", "0:00"}, {"5", "4", "0:09"},
-        {"3540", "185", "62:05"}, {"59:00", "3:05", "62:05"}, {"x", "y", "0:00"}, {"x", "", "0:00"},
-        {"a:b", "1:1", "1:01"},   {":30", "", "0:30"},        {"2:", "", "2:00"}, {"0:90", "", "1:30"},
+        {"90", "45", "2:15"},     {"1:30", "0:45", "2:15"},   {"90", "", "1:30"},  {"", "90", "1:30"},
+        {"1:30", "", "1:30"},     {"0", "", "0:00"},          {"0", "0", "0:00"},  {"5", "4", "0:09"},
+        {"3540", "185", "62:05"}, {"59:00", "3:05", "62:05"}, {"x", "y", "0:00"},  {"x", "", "0:00"},
+        {"9", "1", "0:10"},       {"a:b", "1:1", "1:01"},     {":30", "", "0:30"}, {"2:", "", "2:00"},
+        {"0:90", "", "1:30"},
     };
     for (const auto &row : table)
         EXPECT_EQ(totalOf(row[0], row[1]), text(row[2])) << row[0] << " and " << row[1];
