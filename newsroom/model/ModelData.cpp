@@ -222,13 +222,13 @@ void ModelData::setLock(StoryRecord *record, const StoryLock &lock)
 {
     const qint32 part1 = record->story->id().part1;
     const auto before = m_locked.find(record->lock.session);
-    if (record->lock.held && before != m_locked.end()) {
+    if (before != m_locked.end()) {
         before->removeOne(part1);
         if (before->isEmpty())
             m_locked.erase(before);
     }
     record->lock = lock;
-    if (lock.held && lock.session != 0)
+    if (lock.session != 0)
         m_locked[lock.session].append(part1);
 }
 

@@ -150,7 +150,7 @@ Answer<StoryPointer> Model::createStory(SessionId session, qint32 queueNumber, i
         if (refusal != Refusal::None)
             return refusal;
         const StoredForm *form = d->data.form(queue->settings.formName);
-        if (queue->settings.formName.isEmpty() || form == nullptr)
+        if (form == nullptr)
             return Refusal::NoForm;
         const StoryText text =
             emptyText(*form, d->data.system.readRate, d->data.clock(), d->data.userOf(session)->name);
