@@ -123,6 +123,27 @@ TEST_F(ModelObserverTest, BlobsTreeAndSystemAreTold)
     EXPECT_EQ(diary->queueChanges, 0);
 }
 
+TEST_F(ModelObserverTest, SettingsUsersAndFormsAreTold)
+{
+    model->setQueueSettings(4, model->queue(4).value.settings);
+    EXPECT_EQ(diary->take(), told("tree q0 [] NEWS.PLAIN"));
+    model->setUser(model->users().first());
+    EXPECT_EQ(diary->take(), told("system q0 [] "));
+    model->setForm(model->forms().first());
+    EXPECT_EQ(diary->take(), told("system q0 [] "));
+}
+
+TEST_F(ModelObserverTest, APutQueueTellsOnlyWhatItChanged)
+{
+    const QVector<StoryPointer> stories = model->stories(1).value;
+    const StoryPointer first = stories.first();
+    const Model::NewStory same{1, first->id(), first->revision(), first->formName(), first->text()};
+    model->putQueue(1, {same}, {10, 11, 12, 13});
+    EXPECT_EQ(diary->take(), QStringList());
+    model->putQueue(1, {same}, {10, 11, 12});
+    EXPECT_EQ(diary->take(), told("deleted q1 [13] "));
+}
+
 TEST_F(ModelObserverTest, ARemovedObserverIsNotTold)
 {
     model->removeObserver(diary.get());

@@ -110,6 +110,16 @@ TEST(ModelSessionTest, UserChangesShowInTheSession)
     EXPECT_EQ(model->users().size(), 1);
 }
 
+TEST(ModelSessionTest, AUserIsReplacedInAnyLetterCaseOfTheName)
+{
+    const auto model = newsroom();
+    User user = model->users().first();
+    user.name = user.name.toUpper();
+    EXPECT_EQ(model->setUser(user), Refusal::None);
+    EXPECT_EQ(model->users().size(), 1);
+    EXPECT_EQ(model->users().first().name, user.name);
+}
+
 TEST(ModelSessionTest, UserNamesHaveNoBlanks)
 {
     Model model;

@@ -27,6 +27,9 @@ void run(const std::function<void(int)> &work)
 TEST_F(ModelThreadsTest, NoSaveIsLost)
 {
     constexpr int saves = 50;
+    Answer<StoryDraft> longer = model->edit(nora, 10);
+    longer.value.putPlain(Section::Body, QStringLiteral("word ").repeated(20000));
+    ASSERT_TRUE(model->save(nora, longer.value).ok()); // making a revision takes long enough to be overtaken
     run([this](int i) {
         const QString field = QStringLiteral("f%1").arg(i);
         for (int n = 1; n <= saves; ++n) {
@@ -36,7 +39,7 @@ TEST_F(ModelThreadsTest, NoSaveIsLost)
         }
     });
     const StoryPointer story = model->story(10).value;
-    EXPECT_EQ(story->revision(), 1 + threadCount * saves);
+    EXPECT_EQ(story->revision(), 2 + threadCount * saves);
     for (int i = 0; i < threadCount; ++i)
         EXPECT_EQ(story->text().fieldValue(QStringLiteral("f%1").arg(i)), QString::number(saves));
 }

@@ -143,6 +143,15 @@ TEST(ModelTreeTest, QueueNumbersAreUniqueAndAboveZero)
     EXPECT_EQ(model->addQueue(QStringLiteral("X"), {-1, {}, {}, false, false}).refusal, Refusal::InvalidArgument);
 }
 
+TEST(ModelTreeTest, NumbersThatQueuesBroughtAlongAreNotGivenAgain)
+{
+    Model model;
+    QueueSettings first;
+    first.number = 1;
+    EXPECT_EQ(model.addQueue(QStringLiteral("A"), first).value, 1);
+    EXPECT_EQ(model.addQueue(QStringLiteral("B"), {}).value, 2);
+}
+
 TEST(ModelTreeTest, AddingRefusesBadAndTakenNames)
 {
     Model model;
@@ -171,7 +180,19 @@ TEST(ModelTreeTest, FlagsAndSettingsCanBeReplaced)
     EXPECT_EQ(model->setQueueSettings(12, settings), Refusal::None);
     EXPECT_EQ(model->queue(12).value.settings.formName, QStringLiteral("OTHER"));
     EXPECT_EQ(model->queue(77).refusal, Refusal::EntryGone);
+    EXPECT_EQ(model->queue(12).value.number(), 12);
     EXPECT_EQ(model->setQueueSettings(99, settings), Refusal::EntryGone);
+}
+
+TEST(ModelTreeTest, AnEntrysFlagsAreThoseOfItsSettings)
+{
+    const auto model = newsroom(small);
+    EXPECT_EQ(model->setFlags(QStringLiteral("NEWS.TODAY"), {1, 2, 3}), Refusal::None);
+    EXPECT_TRUE((model->queue(12).value.settings.flags == Flags{1, 2, 3}));
+    QueueSettings settings;
+    settings.flags = {4, 5, 6};
+    EXPECT_EQ(model->setQueueSettings(12, settings), Refusal::None);
+    EXPECT_TRUE((model->queue(12).value.flags == Flags{4, 5, 6}));
 }
 
 TEST(ModelTreeTest, RemovingTakesEverythingBelow)

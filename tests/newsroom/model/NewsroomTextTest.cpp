@@ -113,6 +113,33 @@ TEST(NewsroomTextTest, ReadsStories)
     EXPECT_EQ(model->story(5).value->formName(), QStringLiteral("F"));
 }
 
+TEST(NewsroomTextTest, AnIdentifierInThreePartsIsKeptAsItIs)
+{
+    const auto model = newsroom("queue Q number=2\n  story id=100:5:7\n  story id=101\n");
+    EXPECT_TRUE((model->story(100).value->id() == StoryId{100, 5, 7}));
+    EXPECT_TRUE((model->story(101).value->id() == StoryId{101, 2, 0}));
+}
+
+TEST(NewsroomTextTest, FieldsAndTheirAttributesMayHoldBracketsAndColons)
+{
+    const auto model = newsroom("queue Q number=1\n"
+                                "  story id=1\n"
+                                "    title: Rain [more: later]\n"
+                                "    note: [\n"
+                                "    time[at=10:30]: 5:00\n");
+    EXPECT_EQ(model->story(1).value->markup(Section::Fields),
+              QStringLiteral("<fields><f id=title>Rain [more: later]</f><f id=note>[</f><f id=time at=10:30>5:00</f>"
+                             "</fields>"));
+}
+
+TEST(NewsroomTextTest, OnlyTheFirstEqualsSignOutsideOfQuotesSeparates)
+{
+    const auto model = newsroom("user nora password=a=b full=\"c=d\"\nblob \"e=f\"\n  x\n");
+    EXPECT_EQ(model->users().first().password, QStringLiteral("a=b"));
+    EXPECT_EQ(model->users().first().fullName, QStringLiteral("c=d"));
+    EXPECT_EQ(model->blobNames(), QStringList{QStringLiteral("e=f")});
+}
+
 TEST(NewsroomTextTest, GivenWordsAreKept)
 {
     const auto model = newsroom("queue Q number=1\n  story id=1 words=99\n\n    one\n");
