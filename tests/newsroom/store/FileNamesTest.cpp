@@ -63,11 +63,15 @@ TEST(FileNamesTest, DeviceNamesAreEncoded)
     EXPECT_EQ(ofEntry("COM1"), QStringLiteral("%43OM1"));
     EXPECT_EQ(ofEntry("lpt9"), QStringLiteral("%6Cpt9"));
     EXPECT_EQ(ofEntry("COM¹"), QStringLiteral("%43OM¹"));
+    EXPECT_EQ(FileNames::ofExactName(QStringLiteral("con")), QStringLiteral("%63on"));
+    EXPECT_EQ(FileNames::ofExactName(QStringLiteral("lpt9.x")), QStringLiteral("%6Cpt9.x"));
 }
 
 TEST(FileNamesTest, HalvesOfSurrogatePairsAreEncoded)
 {
     EXPECT_EQ(FileNames::ofEntry(QString(QChar(0xD83D)) + QLatin1Char('x')), QStringLiteral("%uD83Dx"));
+    EXPECT_EQ(FileNames::ofEntry(QLatin1Char('x') + QString(QChar(0xDE00)) + QLatin1Char('y')),
+              QStringLiteral("x%uDE00y"));
 }
 
 TEST(FileNamesTest, EveryNameComesBack)
@@ -97,6 +101,7 @@ TEST(FileNamesTest, ExactNamesDifferAlsoIgnoringLetterCase)
         seen.insert(file);
     }
     EXPECT_EQ(FileNames::ofExactName(QStringLiteral("Ab")), QStringLiteral("%41b"));
+    EXPECT_EQ(FileNames::ofExactName(QStringLiteral("e\u0301")), QStringLiteral("e%u0301"));
 }
 
 TEST(FileNamesTest, ComponentsAreComponents)

@@ -31,7 +31,7 @@ protected:
                                                                                "  story id=20\n    title: Far\n"));
         ASSERT_NE(original, nullptr);
         ASSERT_TRUE(Store::save(*original, in("nr"), &error)) << error.toStdString();
-        const QDateTime readAt = QDateTime::currentDateTime();
+        readAt = QDateTime::currentDateTime();
         reader = Store::read(in("nr"), &error);
         ASSERT_NE(reader, nullptr) << error.toStdString();
         follower = std::make_unique<Follower>(in("nr"), reader, readAt);
@@ -47,6 +47,14 @@ protected:
         ASSERT_TRUE(draft);
         draft.value.putField(QStringLiteral("title"), QLatin1String(title));
         ASSERT_TRUE(writer->model()->save(nora, draft.value));
+    }
+
+    /// As if the file had been written then.
+    void date(const char *path, const QDateTime &when)
+    {
+        QFile file(in(path));
+        ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+        ASSERT_TRUE(file.setFileTime(when, QFileDevice::FileModificationTime));
     }
 
     QStringList names(qint32 queue) const
@@ -72,6 +80,7 @@ protected:
 
     static QStringList line(Change::Kind kind, qint32 part1) { return {QStringLiteral("%1 %2").arg(kind).arg(part1)}; }
 
+    QDateTime readAt;
     std::shared_ptr<Model> reader;
     std::unique_ptr<Follower> follower;
     std::unique_ptr<Store> writer;
@@ -112,6 +121,34 @@ TEST_F(FollowerTest, ManyChangesInARowAreAllSeen)
     }
 }
 
+TEST_F(FollowerTest, ASecondChangeOfTheSameDateIsSeen)
+{
+    const char *const file = "nr/tree/DESK/000010.zeko";
+    const QDateTime tick = QDateTime::currentDateTime(); // of a file system's coarse clock
+    follower->follow(QStringLiteral("DESK"));
+    retitle(10, "Here");
+    date(file, tick);
+    follower->look();
+    retitle(10, "Gone");
+    date(file, tick);
+    follower->look();
+    EXPECT_EQ(names(1).first(), QStringLiteral("Gone"));
+}
+
+TEST_F(FollowerTest, AnotherFileOfTheSameOldDateIsSeenByItsSize)
+{
+    const char *const file = "nr/tree/DESK/000010.zeko";
+    const QDateTime longAgo = QDateTime::fromSecsSinceEpoch(1000000000);
+    follower->follow(QStringLiteral("DESK"));
+    retitle(10, "Old");
+    date(file, longAgo);
+    follower->look();
+    retitle(10, "Put back");
+    date(file, longAgo);
+    follower->look();
+    EXPECT_EQ(names(1).first(), QStringLiteral("Put back"));
+}
+
 TEST_F(FollowerTest, ANewStoryComesAtItsPlace)
 {
     follower->follow(QStringLiteral("DESK"));
@@ -137,6 +174,15 @@ TEST_F(FollowerTest, ADeletedStoryGoes)
 TEST_F(FollowerTest, WhatWasSavedBeforeTheQueueWasFollowedIsSeen)
 {
     retitle(10, "Early");
+    follower->follow(QStringLiteral("DESK"));
+    follower->look();
+    EXPECT_EQ(names(1).first(), QStringLiteral("Early"));
+}
+
+TEST_F(FollowerTest, WhatWasSavedAfterTheReadingIsSeenThoughItsDateIsALittleEarlier)
+{
+    retitle(10, "Early");
+    date("nr/tree/DESK/000010.zeko", readAt.addSecs(-1)); // as file systems with coarse dates have it
     follower->follow(QStringLiteral("DESK"));
     follower->look();
     EXPECT_EQ(names(1).first(), QStringLiteral("Early"));

@@ -71,6 +71,18 @@ TEST_F(ImporterTest, FoldersBecomeDirectoriesAndQueues)
     EXPECT_EQ(report.skipped(), 0);
 }
 
+TEST_F(ImporterTest, FilesOfTheTopFolderAloneBecomeAQueueBelowIt)
+{
+    makeFile(in("src/a.txt"), "a");
+    report.stories = 7; // of an import before
+    report.unreadableNames.append(QStringLiteral("x"));
+    const auto model = import();
+    EXPECT_EQ(children(*model, "."), QStringList{QStringLiteral("q FILES")});
+    EXPECT_EQ(stories(*model, "FILES"), QStringList{QStringLiteral("a.txt")});
+    EXPECT_EQ(report.stories, 1);
+    EXPECT_EQ(report.unreadableNames, QStringList());
+}
+
 TEST_F(ImporterTest, AFileBecomesAStory)
 {
     makeFile(in("src/q/Wetter 天気.txt"), "Erste Zeile\r\n\r\n<Dritte> & \xC3\xBC\n");
@@ -187,8 +199,13 @@ TEST_F(ImporterTest, AFileAboveTheLimitIsCountedAndLeftOut)
     ASSERT_TRUE(big.open(QIODevice::WriteOnly));
     ASSERT_TRUE(big.resize(Importer::largestFile + 1));
     big.close();
+    QFile largest(in("src/q/largest.txt"));
+    ASSERT_TRUE(largest.open(QIODevice::WriteOnly));
+    ASSERT_TRUE(largest.resize(Importer::largestFile));
+    largest.close();
     EXPECT_EQ(stories(*import(), "q").size(), 1);
     EXPECT_EQ(report.skippedTooLarge, 1);
+    EXPECT_EQ(report.skippedBinary, 1) << "the other one was read";
 }
 
 TEST_F(ImporterTest, ManyFilesAreImported)
@@ -247,6 +264,23 @@ TEST_F(ImporterTest, FilesThatCannotBeReadAreCountedAndNamed)
     EXPECT_EQ(report.unreadable, 1);
     EXPECT_EQ(QDir::fromNativeSeparators(report.unreadableNames.value(0)),
               QFileInfo(in("src/q/b.txt")).canonicalFilePath());
+}
+
+TEST_F(ImporterTest, OfManyThatCannotBeReadTenAreNamed)
+{
+    makeFile(in("src/q/readable.txt"), "x");
+    for (int i = 0; i < 11; ++i) {
+        const QString file = in("src/q/") + QString::number(i);
+        makeFile(file, "x");
+        ASSERT_TRUE(QFile::setPermissions(file, {}));
+    }
+    ASSERT_EQ(::chmod(QFile::encodeName(temporary.path()).constData(), 0777), 0);
+    const bool isRoot = ::geteuid() == 0;
+    ASSERT_TRUE(!isRoot || ::seteuid(65534) == 0);
+    const auto model = import();
+    ASSERT_TRUE(!isRoot || ::seteuid(0) == 0);
+    EXPECT_EQ(report.unreadable, 11);
+    EXPECT_EQ(report.unreadableNames.size(), 10);
 }
 
 TEST_F(ImporterTest, ANameWithAByteThatIsNoUtf8IsCounted)

@@ -140,6 +140,8 @@ TEST_F(StoreLoadTest, JsonOfAnotherFormat)
 {
     EXPECT_EQ(errorChanging("newsroom.json", "\"format\": 1", "\"format\": 2"),
               QStringLiteral("nr/newsroom.json: has the unknown format 2"));
+    EXPECT_EQ(errorChanging("newsroom.json", "\"format\": 2", "\"format\": 0"),
+              QStringLiteral("nr/newsroom.json: has the unknown format 0"));
 }
 
 TEST_F(StoreLoadTest, JsonWithoutAMember)
@@ -185,6 +187,8 @@ TEST_F(StoreLoadTest, FlagsThatAreNotThreeWords)
 {
     EXPECT_EQ(errorChanging("tree/NEWS/directory.json", "        0,\n", ""),
               QStringLiteral("nr/tree/NEWS/directory.json: \"flags\" is not three words"));
+    EXPECT_EQ(errorChanging("tree/NEWS/directory.json", "\"flags\": [", "\"flags\": [ 1, 2, 3,"),
+              QStringLiteral("nr/tree/NEWS/directory.json: \"flags\" is not three words"));
 }
 
 TEST_F(StoreLoadTest, AnEntryThatStandsTwice)
@@ -203,6 +207,12 @@ TEST_F(StoreLoadTest, AnEntryOfAnotherName)
 {
     EXPECT_EQ(errorChanging("tree/NEWS/directory.json", "\"name\": \"NEWS\"", "\"name\": \"OLD\""),
               QStringLiteral("nr/tree/NEWS/directory.json: is named \"OLD\" where \"NEWS\" is expected"));
+}
+
+TEST_F(StoreLoadTest, AnEntryOfTheNameInAnotherLetterCase)
+{
+    EXPECT_EQ(errorChanging("tree/NEWS/directory.json", "\"name\": \"NEWS\"", "\"name\": \"News\""),
+              QStringLiteral("nr/tree/NEWS/directory.json: is named \"News\" where \"NEWS\" is expected"));
 }
 
 TEST_F(StoreLoadTest, ABlobFileThatIsNotNamedAsOne)

@@ -191,6 +191,40 @@ TEST_F(StoreTest, SavesOnlyIntoAFreeFolder)
     EXPECT_TRUE(Store::save(*original, in("empty"), &error));
 }
 
+TEST_F(StoreTest, AFolderWithAHiddenFileIsNotFree)
+{
+    makeFile(in("seems/.empty"), "");
+    EXPECT_FALSE(Store::save(*original, in("seems"), &error));
+    EXPECT_EQ(shownError(), QStringLiteral("seems: is not empty"));
+}
+
+#ifndef Q_OS_WIN
+TEST_F(StoreTest, ALinkThatLeadsNowhereIsNoFreeFolder)
+{
+    ASSERT_TRUE(QFile::link(in("nowhere"), in("link")));
+    EXPECT_FALSE(Store::save(*original, in("link"), &error));
+    EXPECT_EQ(shownError(), QStringLiteral("link: is no folder"));
+}
+#endif
+
+TEST_F(StoreTest, ASaveThatFailsSaysSoAndLeavesNoNewsroom)
+{
+    const QString tooLong(300, QLatin1Char('x')); // for a file's name
+    const QString bad[] = {QStringLiteral("blob %1\n  x\n"), QStringLiteral("user %1\n"),
+                           QStringLiteral("form %1\n  <x></x>\n"), QStringLiteral("directory %1\n"),
+                           QStringLiteral("queue %1\n  story\n    title: x\n")};
+    for (const QString &text : bad) {
+        const auto model = Model::fromText(text.arg(tooLong) + QStringLiteral("user zoe\nblob z\n  z\nqueue Z\n"));
+        ASSERT_NE(model, nullptr);
+        model->setUserBlob(model->users().first().name, "b");
+        QTemporaryDir target;
+        error.clear();
+        EXPECT_FALSE(Store::save(*model, target.path(), &error)) << text.toStdString();
+        EXPECT_TRUE(error.contains(tooLong)) << text.toStdString();
+        EXPECT_FALSE(QFile::exists(target.filePath(QStringLiteral("newsroom.json")))) << text.toStdString();
+    }
+}
+
 TEST_F(StoreTest, ASavedStoryIsOnDiskAtOnce)
 {
     open();
@@ -234,6 +268,15 @@ TEST_F(StoreTest, CreatedAndDeletedStoriesAreKept)
     EXPECT_EQ(reread()->queue(40).value.count, 0);
 }
 
+TEST_F(StoreTest, DeletingAStoryWhoseFileIsGoneIsNoError)
+{
+    open();
+    ASSERT_TRUE(QFile::remove(in("nr/tree/MAIL/000050.zeko")));
+    EXPECT_EQ(model()->deleteStory(nora, 50), Refusal::None);
+    EXPECT_EQ(store->lastError(), QString());
+    EXPECT_EQ(reread()->queue(40).value.count, 2);
+}
+
 TEST_F(StoreTest, BlobsAreKept)
 {
     open();
@@ -246,6 +289,15 @@ TEST_F(StoreTest, BlobsAreKept)
     EXPECT_EQ(read->blobOf(QStringLiteral("new")).value.data, QByteArray("others"));
     EXPECT_EQ(read->userBlobOf(QStringLiteral("nora")).value.data, QByteArray("user's"));
     EXPECT_EQ(read->blobOf(QStringLiteral("desk/Layout")).refusal, Refusal::EntryGone);
+}
+
+TEST_F(StoreTest, AUsersBlobHasOneFileInWhateverLetterCase)
+{
+    open();
+    model()->setUserBlob(QStringLiteral("NORA"), "other");
+    EXPECT_EQ(store->lastError(), QString());
+    EXPECT_EQ(filesBelow(in("nr/blobs/users")),
+              (QMap<QString, QByteArray>{{QStringLiteral("nora.blob"), QByteArray("other")}}));
 }
 
 TEST_F(StoreTest, ChangesOfTheTreeAndTheSystemAreKept)
@@ -341,6 +393,21 @@ TEST_F(StoreTest, AnInterruptedCreateLosesNothingThatWasThere)
     EXPECT_TRUE(store->flush());
     EXPECT_EQ(store->lastError(), QString());
     EXPECT_EQ(names(*reread(), 40), names(*model(), 40));
+}
+
+TEST_F(StoreTest, AnInterruptedDeleteLosesNothingThatIsNamed)
+{
+    open();
+    // The queue's file cannot be replaced: a folder stands in its place.
+    const QString queueFile = in("nr/tree/MAIL/queue.json");
+    ASSERT_TRUE(QFile::rename(queueFile, in("kept.json")));
+    ASSERT_TRUE(QDir().mkpath(queueFile));
+    EXPECT_EQ(model()->deleteStory(nora, 50), Refusal::None);
+    EXPECT_TRUE(store->lastError().contains(QLatin1String("queue.json"))) << store->lastError().toStdString();
+    ASSERT_TRUE(QDir().rmdir(queueFile));
+    ASSERT_TRUE(QFile::rename(in("kept.json"), queueFile));
+    EXPECT_EQ(names(*reread(), 40),
+              (QStringList{QStringLiteral("One"), QStringLiteral("Two"), QStringLiteral("Three")}));
 }
 
 TEST_F(StoreTest, AFailedSaveKeepsTheOldFile)
