@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include "src/story/TextFile.h"
+#include "support/DebugCapture.h"
 #include "support/QtPrinting.h"
 
 #ifndef _WIN32
@@ -117,6 +118,14 @@ QByteArray withMark(const QString &text)
 } // namespace
 
 // ---- reading --------------------------------------------------------------------------------------------------------
+
+TEST_F(TextFileTest, WithoutPathNothingIsReadWrittenOrLogged)
+{
+    const FrameworkLog log;
+    EXPECT_EQ(readTextFile(QString()), QString());
+    EXPECT_FALSE(writeTextFile(QString(), sample));
+    EXPECT_EQ(log.texts(), QStringList());
+}
 
 TEST_F(TextFileTest, Utf8WithoutMarkIsRead)
 {
