@@ -172,6 +172,16 @@ TEST_F(QueueModelSlotsTest, AModelMayGoWhenItHasFailed)
     }
 }
 
+TEST_F(QueueModelSlotsTest, APathThatASlotHasReplacedIsNotTold)
+{
+    QueueModel model;
+    QStringList paths;
+    QObject::connect(&model, &QueueModel::pathChanged, [&](const QString &path) { paths.append(path); });
+    const Interruption other(model, "modelReset", [&] { model.open(text("Q.MANY")); });
+    model.open(text("Q.SHORT"));
+    EXPECT_EQ(paths, texts({"Q.MANY"}));
+}
+
 TEST_F(QueueModelSlotsTest, AQueueThatFailedIsReadAgainFromTheSlot)
 {
     QueueModel model;

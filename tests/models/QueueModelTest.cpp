@@ -1,9 +1,41 @@
 // What a queue's model shows, and how it loads.
 
+#include <QAbstractEventDispatcher>
+
+#include <algorithm>
+
 #include "models/QueueModelFixture.h"
 
 using namespace Quire;
 using Newsroom::Fault;
+
+namespace {
+
+/// The intervals of the timers that the model has running, in milliseconds, the shortest first.
+QVector<int> intervals(QueueModel &model)
+{
+    QVector<int> all;
+    const auto timers = QAbstractEventDispatcher::instance()->registeredTimers(&model);
+    for (const auto &timer : timers)
+        all.append(timer.interval);
+    std::sort(all.begin(), all.end());
+    return all;
+}
+
+/// Counts how often a model's timers have fired.
+class TimerCount : public QObject
+{
+public:
+    explicit TimerCount(QueueModel &model) { model.installEventFilter(this); }
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        count += event->type() == QEvent::Timer ? 1 : 0;
+        return false;
+    }
+    int count = 0;
+};
+
+} // namespace
 
 TEST_F(QueueModelTest, WithoutAQueueThereIsNothing)
 {
@@ -126,6 +158,63 @@ TEST_F(QueueModelTest, FetchingMoreGoesOnBehindWhatIsThere)
     EXPECT_TRUE(model.canFetchMore(QModelIndex()));
     EXPECT_FALSE(model.canFetchMore(model.index(0, 0)));
     EXPECT_EQ(model.index(399, 1).data(), text("Story 399"));
+}
+
+TEST_F(QueueModelTest, ProgressIsTheNumberOfRowsSinceTheLoadBegan)
+{
+    server->faults().failNext(text("IQueue2::GetList"), Fault::hang(patience), 2);
+    QueueModel model;
+    SignalLog signals(model);
+    const auto lastProgress = [&] {
+        const QStringList lines = signals.take().filter(text("progress"));
+        return lines.isEmpty() ? QString() : lines.last();
+    };
+    model.setPollInterval(5);
+    model.open(text("Q.LONG"));
+    ASSERT_TRUE(comes([&] { return model.rowCount() > 0; }));
+    const int first = model.rowCount();
+    EXPECT_EQ(lastProgress(), text("progress %1").arg(first));
+    server->faults().clear();
+    ASSERT_TRUE(comes([&] { return model.rowCount() > first; }));
+    EXPECT_EQ(lastProgress(), text("progress %1").arg(model.rowCount()));
+    ASSERT_TRUE(settles(model));
+    const int before = model.rowCount();
+    signals.take();
+    model.fetchMore(QModelIndex());
+    ASSERT_TRUE(comes([&] { return model.rowCount() > before; }));
+    EXPECT_EQ(lastProgress(), text("progress %1").arg(model.rowCount() - before));
+}
+
+TEST_F(QueueModelTest, ItsListIsLookedAtAsOftenAsToldWhileItIsOpen)
+{
+    QueueModel model;
+    model.setPollInterval(0);
+    model.setPollInterval(-1);
+    EXPECT_EQ(model.pollInterval(), 100);
+    model.setPollInterval(50);
+    EXPECT_EQ(intervals(model), QVector<int>());
+    model.open(text("Q.SHORT"));
+    ASSERT_TRUE(settles(model));
+    EXPECT_TRUE(comes([&] { return intervals(model) == QVector<int>{50}; })); // what looked sooner goes
+    model.setPollInterval(60);
+    EXPECT_EQ(intervals(model), QVector<int>{60});
+    model.close();
+    EXPECT_EQ(intervals(model), QVector<int>());
+}
+
+TEST_F(QueueModelTest, ItsListIsLookedAtMoreOftenOnlyWhileItIsEmpty)
+{
+    server->faults().failNext(text("IQueue2::GetList"), Fault::hang(patience));
+    QueueModel model;
+    model.setPollInterval(1000);
+    model.open(text("Q.SHORT"));
+    ASSERT_TRUE(comes([&] { return intervals(model) == QVector<int>{5, 1000}; }));
+    model.setPollInterval(1);
+    const TimerCount fired(model);
+    ASSERT_TRUE(comes([&] { return fired.count >= 20; }));
+    server->faults().clear();
+    ASSERT_TRUE(settles(model));
+    EXPECT_TRUE(comes([&] { return intervals(model) == QVector<int>{1}; }));
 }
 
 TEST_F(QueueModelTest, ALiveQueueIsReadWhole)

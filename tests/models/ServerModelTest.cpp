@@ -64,6 +64,32 @@ TEST_F(ServerModelTest, AFailureIsNeverWithoutWords)
     }
 }
 
+TEST_F(ServerModelTest, AFailureIsToldInTheWordsOfACommandNotOfASignOn)
+{
+    const auto code = static_cast<qint32>(0x8007274D); // connection refused
+    ASSERT_NE(getErrorString(code, true), getErrorString(code, false));
+    DirectoryModel model;
+    failNextDirectory(static_cast<quint32>(code));
+    model.fetchMore(QModelIndex());
+    ASSERT_TRUE(settles(model));
+    EXPECT_EQ(model.errorText(), getErrorString(code, false));
+}
+
+TEST_F(ServerModelTest, OfSeveralFailuresTheFirstIsTold)
+{
+    ASSERT_EQ(newsroom->addDirectory(text("R")), Newsroom::Refusal::None);
+    ASSERT_EQ(newsroom->addDirectory(text("R.S")), Newsroom::Refusal::None);
+    DirectoryModel model;
+    model.fetchMore(QModelIndex());
+    ASSERT_TRUE(settles(model));
+    server->faults().failNext(text("IDirectory2::GetList"), Fault::hresult(static_cast<HRESULT>(0x80040405)));
+    server->faults().failNext(text("IDirectory2::GetList"), Fault::hresult(E_FAIL), 2);
+    model.fetchMore(model.index(0, 0));
+    model.fetchMore(model.index(1, 0));
+    ASSERT_TRUE(settles(model));
+    EXPECT_EQ(model.error(), static_cast<qint32>(0x80040405));
+}
+
 TEST_F(ServerModelTest, TheWordsOfAFailureAreTold)
 {
     DirectoryModel model;
@@ -137,6 +163,47 @@ TEST_F(ServerModelTest, ALoadThatBeginsAsAnotherEndsIsToldAfterIt)
     ASSERT_TRUE(settles(model));
     EXPECT_EQ(signals.take().filter(QRegularExpression(text("loading|finished|failed"))),
               texts({"loading", "finished", "loading", "finished"}));
+}
+
+TEST_F(ServerModelTest, TheEndOfALoadThatASlotTurnsAwayFromIsNotTold)
+{
+    QueueModel model;
+    SignalLog signals(model);
+    model.open(text("Q.X"));
+    QObject::connect(&model, &ServerModel::loadingChanged, [again = true, &model](bool loading) mutable {
+        if (!loading && std::exchange(again, false))
+            model.open(text("Q.X"));
+    });
+    ASSERT_TRUE(settles(model));
+    EXPECT_EQ(signals.take().filter(QRegularExpression(text("loading|finished|failed"))),
+              texts({"loading", "loading", "finished"}));
+}
+
+TEST_F(ServerModelTest, AModelThatIsClosedAsTheNextLoadBeginsStaysClosed)
+{
+    QueueModel model;
+    model.open(text("Q.X"));
+    QObject::connect(&model, &ServerModel::loadingChanged, [again = true, &model](bool loading) mutable {
+        if (!loading && std::exchange(again, false))
+            model.refresh(); // before the end of the first load was told
+    });
+    const Interruption close(model, "finished", [&] { model.close(); });
+    ASSERT_TRUE(comes([&] { return close.happened(); }));
+    ASSERT_TRUE(ServerModel::waitForServer(patience));
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(model.isLoading());
+    EXPECT_EQ(model.rowCount(), 0);
+}
+
+TEST_F(ServerModelTest, AModelMayGoWhenItIsToldThatItLoadsNoMore)
+{
+    QPointer<QueueModel> model = new QueueModel;
+    model->open(text("Q.X"));
+    QObject::connect(model, &ServerModel::loadingChanged, [&](bool loading) {
+        if (!loading)
+            delete model;
+    });
+    EXPECT_TRUE(comes([&] { return !model; }));
 }
 
 TEST_F(ServerModelTest, TheNextStoryIsOpenedWhenOneIsSaved)
