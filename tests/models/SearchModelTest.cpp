@@ -38,6 +38,24 @@ TEST_F(SearchModelTest, AQueueIsSearchedAlone)
     EXPECT_EQ(names(model), texts({"Storm one", "Storm two"}));
 }
 
+TEST_F(SearchModelTest, ADirectoryIsSearchedWithAllBelowAndNothingElse)
+{
+    for (const char *const name : {"NEWS.DEEP", "OLD"}) {
+        const QString queue = text(name) + text(".QUEUE");
+        ASSERT_EQ(newsroom->addDirectory(text(name)), Newsroom::Refusal::None);
+        Newsroom::Model::NewStory story;
+        story.queueNumber = newsroom->addQueue(queue, {}).value;
+        story.text.setField(text("title"), text("Storm of ") + text(name));
+        ASSERT_TRUE(newsroom->addStory(story).ok());
+    }
+    SearchModel model;
+    start(model, "NEWS", Item_Directory);
+    ASSERT_TRUE(settles(model));
+    QStringList found = names(model);
+    found.sort();
+    EXPECT_EQ(found, texts({"Storm of NEWS.DEEP", "Storm one", "Storm three", "Storm two"}));
+}
+
 TEST_F(SearchModelTest, HitsGrowWhileTheyArriveAndAreSortedThen)
 {
     SearchModel model;

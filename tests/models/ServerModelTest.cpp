@@ -38,6 +38,16 @@ protected:
         server->faults().failNext(text("IDirectory2::GetList"), Fault::hresult(static_cast<HRESULT>(code)));
     }
 
+    /// Shows two directories of which either can be read.
+    void openTwoDirectories(DirectoryModel &model)
+    {
+        ASSERT_EQ(newsroom->addDirectory(text("R")), Newsroom::Refusal::None);
+        ASSERT_EQ(newsroom->addDirectory(text("R.S")), Newsroom::Refusal::None);
+        model.fetchMore(QModelIndex());
+        ASSERT_TRUE(settles(model));
+        ASSERT_EQ(model.rowCount(), 2);
+    }
+
     static void open(StoryFieldsModel &model, int part1)
     {
         model.open(text("Q.X"), StoryID{part1, 0, 0});
@@ -77,17 +87,50 @@ TEST_F(ServerModelTest, AFailureIsToldInTheWordsOfACommandNotOfASignOn)
 
 TEST_F(ServerModelTest, OfSeveralFailuresTheFirstIsTold)
 {
-    ASSERT_EQ(newsroom->addDirectory(text("R")), Newsroom::Refusal::None);
-    ASSERT_EQ(newsroom->addDirectory(text("R.S")), Newsroom::Refusal::None);
     DirectoryModel model;
-    model.fetchMore(QModelIndex());
-    ASSERT_TRUE(settles(model));
+    openTwoDirectories(model);
     server->faults().failNext(text("IDirectory2::GetList"), Fault::hresult(static_cast<HRESULT>(0x80040405)));
     server->faults().failNext(text("IDirectory2::GetList"), Fault::hresult(E_FAIL), 2);
     model.fetchMore(model.index(0, 0));
     model.fetchMore(model.index(1, 0));
     ASSERT_TRUE(settles(model));
     EXPECT_EQ(model.error(), static_cast<qint32>(0x80040405));
+}
+
+TEST_F(ServerModelTest, WhatArrivesWhileASlotWaitsIsShownAfterIt)
+{
+    DirectoryModel model;
+    openTwoDirectories(model);
+    const Interruption wait(model, "rowsAboutToBeInserted", [&] {
+        ASSERT_TRUE(ServerModel::waitForServer(patience));
+        QCoreApplication::processEvents();
+        EXPECT_EQ(model.rowCount(model.index(1, 0)), 0);
+    });
+    model.fetchMore(model.index(0, 0));
+    model.fetchMore(model.index(1, 0));
+    ASSERT_TRUE(settles(model));
+    EXPECT_TRUE(wait.happened());
+    EXPECT_EQ(model.rowCount(model.index(0, 0)), 1);
+    EXPECT_EQ(model.rowCount(model.index(1, 0)), 1);
+}
+
+TEST_F(ServerModelTest, WhatNobodyWaitsForAnyMoreIsNotAskedFor)
+{
+    server->faults().failNext(text("IDirectory2::GetList"), Fault::hang(patience));
+    DirectoryModel hanging;
+    hanging.fetchMore(QModelIndex());
+    ASSERT_TRUE(server->faults().waitForHang(patience));
+    {
+        QueueModel gone;
+        gone.open(text("Q.X"));
+        StoryFieldsModel alsoGone;
+        alsoGone.open(text("Q.X"), StoryID{5, 0, 0});
+    }
+    server->calls().takeTexts();
+    server->faults().clear();
+    ASSERT_TRUE(settles(hanging));
+    ASSERT_TRUE(ServerModel::waitForServer(patience));
+    EXPECT_EQ(server->calls().takeTexts().filter(QRegularExpression(text("Queue|Story"))), QStringList());
 }
 
 TEST_F(ServerModelTest, TheWordsOfAFailureAreTold)
