@@ -162,6 +162,17 @@ TEST_F(DirectoryModelTest, HostsAskByIndexAndByPath)
     EXPECT_FALSE(model.indexOf(text("NEWSX")).isValid());
 }
 
+TEST_F(DirectoryModelTest, ANameThatBeginsLikeAnotherIsAnother)
+{
+    ASSERT_EQ(newsroom->addDirectory(text("NEWSDESK")), Newsroom::Refusal::None);
+    ASSERT_TRUE(newsroom->addQueue(text("NEWSDESK.WIRE")).ok());
+    DirectoryModel model;
+    open(model);
+    open(model, "NEWS");
+    open(model, "NEWSDESK");
+    EXPECT_EQ(model.path(model.indexOf(text("NEWSDESK.WIRE"))), text("NEWSDESK.WIRE"));
+}
+
 TEST_F(DirectoryModelTest, RefreshingWhatHasNotChangedEmitsNothing)
 {
     DirectoryModel model;
@@ -322,6 +333,49 @@ TEST_F(DirectoryModelTest, ADirectoryThatGoesWhileItIsReadIsForgotten)
     server->faults().clear();
     ASSERT_TRUE(settles(model));
     EXPECT_EQ(shown(model), text("NEWS .WORLD EMPTY MAIL "));
+}
+
+TEST_F(DirectoryModelTest, WhatIsReadBelowADirectoryThatGoesIsForgottenWithIt)
+{
+    DirectoryModel model;
+    open(model);
+    open(model, "NEWS");
+    beginRefresh(model);
+    model.fetchMore(model.indexOf(text("NEWS.SPORT"))); // comes after the refresh
+    ASSERT_EQ(newsroom->removeEntry(text("NEWS.SPORT")), Newsroom::Refusal::None);
+    ASSERT_EQ(newsroom->removeEntry(text("NEWS.WORLD")), Newsroom::Refusal::None);
+    ASSERT_EQ(newsroom->removeEntry(text("NEWS")), Newsroom::Refusal::None);
+    server->faults().clear();
+    ASSERT_TRUE(settles(model));
+    EXPECT_EQ(shown(model), text("EMPTY MAIL "));
+}
+
+TEST_F(DirectoryModelTest, EntriesThatMoveUpAreFoundInTheirRows)
+{
+    DirectoryModel model;
+    open(model);
+    for (const char *const name : {"NEWS", "EMPTY"}) { // which makes them the last ones
+        newsroom->removeEntry(text("NEWS.SPORT"));
+        newsroom->removeEntry(text("NEWS.WORLD"));
+        ASSERT_EQ(newsroom->removeEntry(text(name)), Newsroom::Refusal::None);
+        ASSERT_EQ(newsroom->addDirectory(text(name)), Newsroom::Refusal::None);
+    }
+    SignalLog signals(model);
+    refresh(model);
+    EXPECT_EQ(signals.takeRows().first(), text("moved . 2-2 to 0"));
+    EXPECT_EQ(shown(model), text("MAIL NEWS EMPTY "));
+    int row = 0;
+    for (const char *const name : {"MAIL", "NEWS", "EMPTY"})
+        EXPECT_EQ(model.indexOf(text(name)).row(), row++);
+}
+
+TEST_F(DirectoryModelTest, ARootThatTurnsOutEmptyIsNoRowThatChanges)
+{
+    DirectoryModel model;
+    model.setRootPath(text("EMPTY"));
+    SignalLog signals(model);
+    open(model);
+    EXPECT_EQ(signals.takeRows(), QStringList());
 }
 
 TEST_F(DirectoryModelTest, AFailureIsToldInWordsAndTheDirectoryCanBeOpenedAgain)

@@ -307,6 +307,52 @@ TEST_F(QueueModelTest, AnotherQueueTakesThePlaceOfTheFirst)
     EXPECT_EQ(signals.takeRows(), texts({"reset", "columns 0-11", "inserted . 0-4"}));
 }
 
+TEST_F(QueueModelTest, ARefreshOfTheFirstDoesNotReachTheQueueInItsPlace)
+{
+    server->faults().failNext(text("IQueue2::GetList"), Fault::hang(patience), 2);
+    QueueModel model;
+    model.setPollInterval(5);
+    model.open(text("Q.MANY"));
+    ASSERT_TRUE(comes([&] { return model.rowCount() == 20; }));
+    model.refresh(); // for when the load has ended
+    model.open(text("Q.SHORT"));
+    SignalLog signals(model);
+    server->faults().clear();
+    ASSERT_TRUE(settles(model));
+    EXPECT_EQ(signals.take().filter(text("finished")).size(), 1);
+}
+
+TEST_F(QueueModelTest, TheSamePathOnceMoreIsNoOtherPath)
+{
+    QueueModel model;
+    open(model, "Q.SHORT");
+    int told = 0;
+    QObject::connect(&model, &QueueModel::pathChanged, [&told] { ++told; });
+    open(model, "Q.SHORT");
+    EXPECT_EQ(told, 0);
+    open(model, "Q.NONE");
+    EXPECT_EQ(told, 1);
+}
+
+TEST_F(QueueModelTest, OpeningNoPathOpensNothing)
+{
+    QueueModel model;
+    open(model, "Q.SHORT");
+    SignalLog signals(model);
+    model.open(QString());
+    EXPECT_FALSE(model.isLoading());
+    EXPECT_EQ(signals.take(), texts({"reset"}));
+}
+
+TEST_F(QueueModelTest, ARefreshByWhoHearsOfThePathOpensTheQueueOnce)
+{
+    QueueModel model;
+    QObject::connect(&model, &QueueModel::pathChanged, [&model] { model.refresh(); });
+    SignalLog signals(model);
+    open(model, "Q.SHORT");
+    EXPECT_EQ(signals.take().filter(text("columns")), texts({"columns 0-11"}));
+}
+
 TEST_F(QueueModelTest, ClosingShowsNothing)
 {
     QueueModel model;

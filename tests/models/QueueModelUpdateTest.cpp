@@ -47,6 +47,21 @@ TEST_F(QueueModelUpdateTest, AChangedStoryOfALiveQueueChangesItsRow)
     EXPECT_EQ(model.index(3, 0).data(), text("Hail"));
 }
 
+TEST_F(QueueModelUpdateTest, AChangeIsReadOnce)
+{
+    QueueModel model;
+    model.setPollInterval(1);
+    open(model, "Q.LIVE");
+    changeTitle(14, 3, "Hail");
+    ASSERT_TRUE(comes([&] { return title(model, 3) == text("Hail"); }));
+    ASSERT_TRUE(settles(model));
+    server->calls().take();
+    for (int rounds = 0; rounds < 10; ++rounds)
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    ASSERT_TRUE(ServerModel::waitForServer(patience));
+    EXPECT_EQ(server->calls().takeTexts().filter(text("GetList")), QStringList());
+}
+
 TEST_F(QueueModelUpdateTest, StoriesComeAndGoWithALiveQueue)
 {
     QueueModel model;
@@ -74,6 +89,58 @@ TEST_F(QueueModelUpdateTest, AStoryThatMovesMovesItsRow)
     EXPECT_EQ(signals.takeRows(), texts({"moved . 1-1 to 5"}));
     EXPECT_EQ(numbers(model), text("0 2 3 4 1"));
     EXPECT_EQ(second.row(), 4);
+}
+
+TEST_F(QueueModelUpdateTest, StoriesThatMoveTogetherMoveTheirRowsTogether)
+{
+    QueueModel model;
+    open(model, "Q.SHORT");
+    SignalLog signals(model);
+    moveToEnd(11, 0);
+    moveToEnd(11, 1);
+    refresh(model);
+    EXPECT_EQ(signals.takeRows(), texts({"moved . 0-1 to 5"}));
+    EXPECT_EQ(numbers(model), text("2 3 4 0 1"));
+    for (const int story : {2, 3, 4})
+        moveToEnd(11, story);
+    refresh(model);
+    EXPECT_EQ(signals.takeRows(), texts({"moved . 3-4 to 0"}));
+    EXPECT_EQ(numbers(model), text("0 1 2 3 4"));
+}
+
+TEST_F(QueueModelUpdateTest, EachRowShowsItsStoryAfterEachStep)
+{
+    QueueModel model;
+    open(model, "Q.SHORT");
+    QStringList shown;
+    const auto show = [&] { shown.append(numbers(model)); };
+    QObject::connect(&model, &QueueModel::rowsRemoved, show);
+    QObject::connect(&model, &QueueModel::rowsMoved, show);
+    QObject::connect(&model, &QueueModel::rowsInserted, show);
+    remove(11, 3);
+    moveToEnd(11, 0);
+    moveToEnd(11, 1);
+    append(11, 5);
+    append(11, 6);
+    refresh(model);
+    EXPECT_EQ(shown, texts({"0 1 2 4", "2 4 0 1", "2 4 0 1 5 6"}));
+    EXPECT_EQ(numbers(model), text("2 4 0 1 5 6"));
+}
+
+TEST_F(QueueModelUpdateTest, AnotherQueueShowsItsFirstChunkWhereOneWasBeingReadAnew)
+{
+    QueueModel model;
+    open(model, "Q.SHORT");
+    server->faults().failNext(text("IQueue2::GetList"), Fault::hang(patience));
+    model.refresh();
+    ASSERT_TRUE(server->faults().waitForHang(patience));
+    model.open(text("Q.MANY"));
+    server->faults().clear();
+    server->faults().failNext(text("IQueue2::GetList"), Fault::hang(patience), 2);
+    EXPECT_TRUE(comes([&] { return model.rowCount() == 20; }));
+    server->faults().clear();
+    ASSERT_TRUE(settles(model));
+    EXPECT_EQ(model.rowCount(), 50);
 }
 
 TEST_F(QueueModelUpdateTest, SeveralChangesAreShownOneByOne)
@@ -230,6 +297,7 @@ TEST_F(QueueModelUpdateTest, RefreshingDuringALoadWaitsForItsEnd)
     server->faults().clear();
     ASSERT_TRUE(comes([&] { return title(model, 0) == text("Early"); }));
     EXPECT_EQ(signals.takeRows(), texts({"inserted . 20-49", "changed . 0-0"}));
+    EXPECT_TRUE(settles(model));
 }
 
 TEST_F(QueueModelUpdateTest, PassesQtsOwnCheck)

@@ -128,6 +128,44 @@ TEST_F(SearchModelTest, ASearchThatIsStoppedBeforeItBeganEnds)
     server->delivery().resume();
 }
 
+TEST_F(SearchModelTest, AStopReachesNoneButTheSearchThatWasStopped)
+{
+    server->delivery().pause();
+    SearchModel model;
+    start(model);
+    model.stop();
+    start(model);
+    ASSERT_TRUE(ServerModel::waitForServer(patience));
+    QCoreApplication::processEvents(); // it has begun
+    ASSERT_TRUE(ServerModel::waitForServer(patience));
+    Search *const searcher = Search::GetSearcher();
+    EXPECT_FALSE(searcher->IsSearchDone(1) && searcher->IsSearchDone(2)); // the first one need not have begun at all
+    server->delivery().resume();
+    ASSERT_TRUE(settles(model));
+    EXPECT_EQ(model.rowCount(), 3);
+}
+
+TEST_F(SearchModelTest, ClearingStopsTheSearch)
+{
+    SearchModel model;
+    startSilently(model);
+    model.clear();
+    EXPECT_TRUE(comes([] { return Search::GetSearcher()->IsSearchDone(1); }));
+    server->delivery().resume();
+}
+
+TEST_F(SearchModelTest, HitsThatAreFirstSeenAtTheEndAreCountedToo)
+{
+    SearchModel model;
+    SignalLog signals(model);
+    model.setPollInterval(50);
+    startSilently(model);
+    server->delivery().resume();
+    ASSERT_TRUE(server->waitForEvents());
+    ASSERT_TRUE(settles(model));
+    EXPECT_EQ(signals.take().filter(text("progress")), texts({"progress 3"}));
+}
+
 TEST_F(SearchModelTest, ANewSearchStopsTheOneBefore)
 {
     SearchModel model;
