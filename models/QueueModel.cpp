@@ -140,9 +140,10 @@ void QueueModel::poll()
             return; // a slot, which may have had the queue read again
     }
     m_queue->takeReport();
-    if (std::exchange(m_changes, m_queue->changes()) != m_changes)
+    const int changes = m_queue->changes();
+    if (std::exchange(m_changes, changes) != changes)
         m_outdated = true;
-    if (m_outdated && !m_asking && !m_running)
+    if (m_outdated && !m_running)
         readAnew();
 }
 

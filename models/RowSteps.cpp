@@ -93,7 +93,7 @@ private:
     int move(int row, int place)
     {
         int count = 1;
-        while (moves(row + count, place + count))
+        while (isAt(row + count, place + count))
             ++count;
         m_steps.push_back({RowStep::Move, place, count, m_place, 0});
         const auto begin = m_rows.begin() + place;
@@ -106,11 +106,12 @@ private:
         return count;
     }
 
-    /// Whether the new row is at that place and has to move as well.
-    bool moves(int row, int place) const
+    /// Whether the new row is at that place. Behind one that moves it moves as well: of two such neighbours, a longest
+    /// row that grows has both or neither; and right before m_place there is one that does not move any more.
+    bool isAt(int row, int place) const
     {
-        return row < m_newCount && place != m_place && place < static_cast<int>(m_rows.size()) &&
-               m_rows[static_cast<std::size_t>(place)] == row && !m_stays[static_cast<std::size_t>(row)];
+        return row < m_newCount && place < static_cast<int>(m_rows.size()) &&
+               m_rows[static_cast<std::size_t>(place)] == row;
     }
 
     std::vector<int> m_rows; // by place, which of the new rows it is
