@@ -241,6 +241,21 @@ TEST_F(QueueUpdateMgrTest, AReportOfAnotherThreadWhileItBeginsCounts)
     QueueUpdateMgr::EndQueueUpdates(&queue);
 }
 
+TEST_F(QueueUpdateMgrTest, AReportOfAnotherQueueWhileItBeginsIsNoNewsOfIt)
+{
+    BusyQueue queue(object("Q.SHORT"));
+    queue.busy = [] {
+        onOtherThread([] {
+            QueueUpdateMgr::Update(10);
+            return 0;
+        });
+    };
+    QueueUpdateMgr::BeginQueueUpdates(&queue);
+    EXPECT_THAT(QueueUpdateMgrProbe::pending(), IsEmpty());
+    queue.busy = nullptr;
+    QueueUpdateMgr::EndQueueUpdates(&queue);
+}
+
 TEST_F(QueueUpdateMgrTest, AReportOnTheThreadThatBeginsIsNoNews)
 {
     BusyQueue queue(object("Q.SHORT"));

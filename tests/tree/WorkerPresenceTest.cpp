@@ -53,6 +53,8 @@ TEST_F(WorkerPresenceTest, WhoIsInsideOneQueueIsNotInsideAnother)
     EXPECT_FALSE(presence->isInside());
     EXPECT_FALSE(presence->isShutOut());
     EXPECT_TRUE(presence->waitForOthers(QDeadlineTimer(1)));
+    presence->leave(); // where it is not
+    EXPECT_TRUE(other->isInside());
     other->leave();
 }
 
