@@ -53,6 +53,13 @@ TEST_F(FailedAnswer, OfTheServersNameIsNotItsName)
     EXPECT_EQ(name, text("HUB"));
 }
 
+TEST_F(FailedAnswer, OfAnItemsNameIsNotItsName)
+{
+    server.fail(text("get_Name"), E_FAIL);
+    EXPECT_TRUE(session->GetCachedDir(text("NEWS")));
+    EXPECT_EQ(server.count(text("GetDirectory(NEWS)")), 1);
+}
+
 TEST_F(FailedAnswer, OfADirectoryIsNeitherGivenNorKept)
 {
     server.fail(text("get_Item"), E_FAIL);

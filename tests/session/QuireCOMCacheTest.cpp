@@ -190,6 +190,25 @@ TEST_F(HandleTables, GetCachedDirDropsAnErrorOfTheWalk)
     EXPECT_EQ(server.calls().filter(text("GetDirectory")), texts({"GetDirectory(NEWS)", "GetDirectory(NEWS.SPORT)"}));
 }
 
+TEST_F(HandleTables, GetCachedDirDropsWhateverIsRaisedInTheWalk)
+{
+    int lookUps = 0;
+    server.onCall = [&lookUps](const QString &operation) {
+        if (operation == text("get_Item") || (operation == text("GetDirectory") && ++lookUps == 1))
+            throw std::bad_alloc();
+    };
+    EXPECT_EQ(nameOf(session->GetCachedDir(text("NEWS.SPORT"))), text("NEWS.SPORT"));
+    EXPECT_EQ(server.calls().filter(text("GetDirectory")), texts({"GetDirectory(NEWS)", "GetDirectory(NEWS.SPORT)"}));
+}
+
+TEST_F(HandleTables, GetCachedDirKeepsNothingWhenTheServerHandsOutNothing)
+{
+    server.directoriesExist = false;
+    EXPECT_FALSE(session->GetCachedDir(text("GONE")));
+    EXPECT_FALSE(session->GetCachedDir(text("GONE")));
+    EXPECT_EQ(server.count(text("GetDirectory(GONE)")), 2);
+}
+
 TEST_F(HandleTables, GetCachedDirDropsARaisedQueryOfTheWalk)
 {
     server.refuse(Kind::Queue, __uuidof(Orvex::IDirectory2), hresult(0x80010108));
@@ -265,18 +284,21 @@ TEST_F(HandleTables, GetCachedDirWalksAVeryDeepPathOnASmallStack)
 
 namespace {
 
-/// A session whose host answers for one path itself and notes all that it is asked for.
+/// A session whose host answers for one path itself, refuses another and notes all that it is asked for.
 class HostsSession final : public QuireCOM
 {
 public:
     IDispatchPtr GetCachedDir(const QString &path) override
     {
         asked.append(path);
+        if (path == refusedPath)
+            throw _com_error(E_ACCESSDENIED);
         return path == ownPath ? ownHandle : QuireCOM::GetCachedDir(path);
     }
 
     QStringList asked;
     QString ownPath = text("no path");
+    QString refusedPath = ownPath;
     IDispatchPtr ownHandle;
 };
 
@@ -316,6 +338,13 @@ TEST_F(OverriddenGetCachedDir, AnswersForADirectoryAbove)
     EXPECT_EQ(nameOf(session->GetCachedDir(text("ALIAS.SPORT"))), text("NEWS.SPORT"));
     EXPECT_EQ(server.calls().filter(text("GetDirectory")), QStringList());
     host->ownHandle = nullptr;
+}
+
+TEST_F(OverriddenGetCachedDir, MayRaiseForADirectoryAbove)
+{
+    host->refusedPath = text("NEWS");
+    EXPECT_EQ(nameOf(session->GetCachedDir(text("NEWS.SPORT"))), text("NEWS.SPORT"));
+    EXPECT_EQ(server.calls().filter(text("GetDirectory")), texts({"GetDirectory(NEWS.SPORT)"}));
 }
 
 TEST_F(OverriddenGetCachedDir, IsNotAskedForDirectoriesDeeperThan256Components)

@@ -607,6 +607,26 @@ TEST_F(SessionTest, AssignmentTakesTheOthersConnectionAndReleasesItsOwnSignOnObj
     QuireCOM::TheQuireCOM = session;
 }
 
+TEST_F(SessionTest, AssignmentTakesTheOthersHandlesAndReadRate)
+{
+    server.readRate = 200;
+    connect();
+    session->GetSysReadRate();
+    {
+        Copy source(*session);
+        session = QuireCOM::GetQuireCOM(true);
+        server.connected = true;
+        server.readRate = 300;
+        *session = source;
+        EXPECT_EQ(session->GetSysReadRate(), 200);
+        const StoryID id{1, 2, 3};
+        source.AddStoryToCache(text("MAIL"), &id, source.GetCachedDir(text(".")));
+        EXPECT_TRUE(session->GetCachedStory(text("MAIL"), &id, true)); // one table for both
+        server.connected = false;
+    }
+    QuireCOM::TheQuireCOM = session;
+}
+
 TEST_F(SessionTest, AssignmentToItselfChangesNothing)
 {
     connect();

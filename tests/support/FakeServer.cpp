@@ -131,7 +131,7 @@ public:
     HRESULT STDMETHODCALLTYPE get_Name(BSTR *name) override
     {
         const HRESULT result = this->enter("get_Name");
-        if (SUCCEEDED(result))
+        if (SUCCEEDED(result) || this->m_server.failsWithAnswer)
             *name = Platform::toBstr(this->m_path);
         return result;
     }
@@ -415,7 +415,7 @@ public:
     {
         *directory = nullptr;
         const HRESULT result = enter("GetDirectory", text(path));
-        if (empty(result))
+        if (empty(result) || !m_server.directoriesExist)
             return result;
         QString properPath;
         const Kind kind = m_server.kindOf(Platform::toQString(path), &properPath);

@@ -105,6 +105,7 @@ public:
     bool connected = false;
     VARIANT_BOOL yes = VARIANT_TRUE;        ///< What a question is answered with when that is so.
     bool storiesExist = true;               ///< GetStory gives a handle.
+    bool directoriesExist = true;           ///< GetDirectory gives a handle.
     QString serverName;                     ///< A null string is answered as null.
     LONG readRate = 0;                      ///< Answer of get_SysReadRate.
     bool answerReadRate = true;             ///< False: the call succeeds and leaves its answer alone.
