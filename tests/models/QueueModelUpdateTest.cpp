@@ -172,6 +172,15 @@ TEST_F(QueueModelUpdateTest, ReadingAnewWhatHasNotChangedEmitsNothing)
     EXPECT_EQ(title(model, 49), text("Story 49"));
 }
 
+TEST_F(QueueModelUpdateTest, ReadingAnewIsProgressToo)
+{
+    QueueModel model;
+    open(model, "Q.SHORT");
+    SignalLog signals(model);
+    refresh(model);
+    EXPECT_EQ(signals.take().filter(text("progress")).last(), text("progress 5"));
+}
+
 TEST_F(QueueModelUpdateTest, TheRowsAreShownWhileTheQueueIsReadAnew)
 {
     QueueModel model;

@@ -71,6 +71,14 @@ TEST_F(FailedAnswer, OfADirectoryIsNeitherGivenNorKept)
     EXPECT_NE(server.calls(), QStringList());
 }
 
+TEST_F(FailedAnswer, OfAStoryIsNeitherGivenNorKept)
+{
+    server.fail(text("GetStory"), E_FAIL);
+    const StoryID id{1, 2, 3};
+    EXPECT_FALSE(session->GetStoryDirect(text("MAIL"), &id));
+    EXPECT_FALSE(session->GetCachedStory(text("MAIL"), &id, true));
+}
+
 TEST_F(FailedAnswer, OfASystemFormLeavesTheFormEmpty)
 {
     server.fail(text("GetSystemForm"), E_FAIL);

@@ -440,7 +440,7 @@ public:
         *story = nullptr;
         const HRESULT result =
             enter("GetStory", QStringLiteral("%1, %2, %3, %4").arg(text(queuePath)).arg(number).arg(zero1).arg(zero2));
-        if (FAILED(result))
+        if (empty(result))
             return result;
         if (m_server.direct.contains(number))
             *story = m_server.newStory(Platform::toQString(queuePath), m_server.direct.value(number));
