@@ -114,6 +114,21 @@ TEST_F(ServerModelTest, WhatArrivesWhileASlotWaitsIsShownAfterIt)
     EXPECT_EQ(model.rowCount(model.index(1, 0)), 1);
 }
 
+TEST_F(ServerModelTest, AChangeThatIsSavedWhileASlotWaitsEndsAfterIt)
+{
+    StoryFieldsModel model;
+    open(model, 5);
+    const Interruption wait(model, "dataChanged", [&] {
+        ASSERT_TRUE(ServerModel::waitForServer(patience));
+        QCoreApplication::processEvents();
+    });
+    ASSERT_TRUE(model.setData(title(model), text("Hail")));
+    EXPECT_TRUE(wait.happened());
+    EXPECT_TRUE(model.isLoading());
+    EXPECT_TRUE(settles(model));
+    EXPECT_EQ(title(model).data(), text("Hail"));
+}
+
 TEST_F(ServerModelTest, WhatNobodyWaitsForAnyMoreIsNotAskedFor)
 {
     server->faults().failNext(text("IDirectory2::GetList"), Fault::hang(patience));
