@@ -849,6 +849,13 @@ TEST(Tag, IsChildOfLooksAtTheAncestorsOnly)
     EXPECT_FALSE(root->IsChildOf(text("a")));
 }
 
+TEST(Tag, IsChildOfIsCaseSensitive)
+{
+    const TagPtr root = parsed("<a><b/></a>");
+    EXPECT_TRUE(root->m_Child->m_Child->IsChildOf(text("a")));
+    EXPECT_FALSE(root->m_Child->m_Child->IsChildOf(text("A")));
+}
+
 TEST(Tag, IsOrIsChildOfLooksAtTheNodeToo)
 {
     const TagPtr root = parsed("<a><b>x</b></a>");

@@ -236,6 +236,13 @@ TEST(TagToText, ShowsOnlyTheChildrenOfAnInvisibleElement)
     EXPECT_EQ(written(*root, QLatin1Char('|')), text("x<b>y</b>|z"));
 }
 
+TEST(TagToText, ClosesTheElementsAroundAnInvisibleOneOnce)
+{
+    const TagPtr root = parsed("<a>1<b>2<c>3</c>4</b>5</a>");
+    root->FindTag(text("b"), QString(), QString())->SetInvisible(true);
+    EXPECT_EQ(written(*root), text("<a>12<c>3</c>45</a>"));
+}
+
 TEST(TagToText, OfABareNodeWithinATreeIsThatOfItsChildren)
 {
     Tag root;

@@ -215,6 +215,14 @@ TEST_F(StoryItem, TakesAnEmptyName)
     EXPECT_EQ(item.name, QString());
 }
 
+TEST_F(StoryItem, TakesTheNameAsItIs)
+{
+    data->name = text(" Rain ");
+    Item item(QString(), Item_Story);
+    StoryProbe::initItem(item, fetch(0));
+    EXPECT_EQ(item.name, text(" Rain "));
+}
+
 TEST_F(StoryItem, HasAnEmptyIdentifierWhenTheServerDoesNotTellIt)
 {
     const Orvex::IStory2Ptr story = fetch(0);

@@ -119,6 +119,8 @@ TEST(ModelTreeTest, ChildrenAreFoundByIndex)
     EXPECT_EQ(model->child(QStringLiteral("NEWS"), 3).refusal, Refusal::EntryGone);
     EXPECT_EQ(model->child(QStringLiteral("NEWS"), -1).refusal, Refusal::EntryGone);
     EXPECT_EQ(model->child(QStringLiteral("MAIL"), 0).refusal, Refusal::EntryGone);
+    EXPECT_EQ(model->addDirectory(QStringLiteral("VOID")), Refusal::None);
+    EXPECT_EQ(model->child(QStringLiteral("VOID"), 0).refusal, Refusal::EntryGone);
 }
 
 TEST(ModelTreeTest, QueuesAreListedInTreeOrder)

@@ -108,6 +108,7 @@ TEST_F(ImporterTest, TheImportedNewsroomCanBeSignedOnToAndEdited)
     const Answer<SessionId> session =
         store->model()->signOn(QStringLiteral("journalist"), QStringLiteral("news"), QString());
     ASSERT_TRUE(session.ok());
+    EXPECT_EQ(store->model()->user(session.value).value.number, 1);
     const qint32 queue = store->model()->entry(QStringLiteral("q")).value.number();
     EXPECT_TRUE(store->model()->createStory(session.value, queue, 0).ok());
     EXPECT_EQ(store->lastError(), QString());

@@ -350,6 +350,13 @@ TEST_F(StoreTest, ClosingGivesTheFolderFree)
     open();
 }
 
+TEST_F(StoreTest, ItsFolderIsNamedWithoutASlashAtTheEnd)
+{
+    store = Store::open(folder() + QLatin1Char('/'), &error);
+    ASSERT_NE(store, nullptr) << error.toStdString();
+    EXPECT_EQ(store->folder(), folder());
+}
+
 TEST_F(StoreTest, ANewsroomOutlivesItsStore)
 {
     open();
