@@ -186,6 +186,7 @@ TEST(ErrorString, AsksTheSystemForTheInterfaceFacilitysOtherGroups)
 {
     EXPECT_TRUE(getErrorString(asLong(0x80040001), false).contains(QStringLiteral("x80040001")));
     EXPECT_TRUE(getErrorString(asLong(0x80040C01), false).contains(QStringLiteral("x80040c01")));
+    EXPECT_TRUE(getErrorString(asLong(0x80048401), false).contains(QStringLiteral("x80048401")));
 }
 
 TEST(ErrorString, AsksTheSystemForOtherFacilities)

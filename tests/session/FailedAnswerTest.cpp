@@ -79,6 +79,13 @@ TEST_F(FailedAnswer, OfAStoryIsNeitherGivenNorKept)
     EXPECT_FALSE(session->GetCachedStory(text("MAIL"), &id, true));
 }
 
+TEST_F(FailedAnswer, OfASearchIsNoSearch)
+{
+    server.searchId = 7;
+    server.fail(text("Search"), E_FAIL);
+    EXPECT_EQ(session->Search(text("storm")), 0);
+}
+
 TEST_F(FailedAnswer, OfASystemFormLeavesTheFormEmpty)
 {
     server.fail(text("GetSystemForm"), E_FAIL);

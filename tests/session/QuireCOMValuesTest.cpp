@@ -237,6 +237,17 @@ TEST_F(SignedOn, GetUserInfoLeavesAFieldWhoseTextIsNull)
     expectInfo(info, texts({"a", "mail", "c", "x"}), 0, 0);
 }
 
+TEST_F(SignedOn, GetUserInfoLeavesNumbersThatTheServerDoesNotAnswer)
+{
+    server.answerNumbers = false;
+    UserInfo info;
+    info.number1 = 7;
+    info.number2 = 8;
+    session->GetUserInfo(info);
+    EXPECT_EQ(info.number1, 7);
+    EXPECT_EQ(info.number2, 8);
+}
+
 TEST_F(SignedOn, GetUserInfoTakesTheNumbersButNoTextsOfAFailedCall)
 {
     server.texts = {text("Ann"), text("MAIL.ANN"), text("desk 4"), text("x")};

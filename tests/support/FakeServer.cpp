@@ -427,7 +427,7 @@ public:
     HRESULT STDMETHODCALLTYPE Search(BSTR query, LONG *searchId) override
     {
         const HRESULT result = enter("Search", text(query));
-        if (SUCCEEDED(result))
+        if (!empty(result))
             *searchId = m_server.searchId;
         return result;
     }
@@ -486,8 +486,10 @@ public:
         *text2 = answerText(m_server.texts[1]);
         *text3 = answerText(m_server.texts[2]);
         *text4 = answerText(m_server.texts[3]);
-        *number1 = m_server.numbers[0];
-        *number2 = m_server.numbers[1];
+        if (m_server.answerNumbers) {
+            *number1 = m_server.numbers[0];
+            *number2 = m_server.numbers[1];
+        }
         return result;
     }
     HRESULT STDMETHODCALLTYPE LoadUserBlob(SAFEARRAY **data, LONG *value) override

@@ -113,6 +113,7 @@ public:
     QString form;                           ///< Answer of GetSystemForm; null as null.
     std::array<QString, 4> texts;           ///< Answers of GetUserInfo; null as null.
     std::array<LONG, 2> numbers{};          ///< Answers of GetUserInfo.
+    bool answerNumbers = true;              ///< False: GetUserInfo leaves its numbers alone.
     QMap<QString, QByteArray> blobs;        ///< By name; the user's own has an empty name.
     VARTYPE blobType = VT_UI1;              ///< Element type of the array that a blob is handed out in.
     bool nullBlobs = false;                 ///< A blob is handed out as no array at all.
