@@ -51,7 +51,8 @@ void NamedTag::AddAttribute(const QString &attrName, const QString &value)
 
 void NamedTag::DeleteAttribute(const QString &attrName)
 {
-    const QString own = attrName; // It may be the key that goes.
+    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): it may be the key that goes
+    const QString own = attrName;
     m_Attributes.remove(own);
 }
 
@@ -88,7 +89,8 @@ void NamedTag::ReName(const QString &name)
 
 void NamedTag::SetParams(const QString &params)
 {
-    const QString own = params; // It may be the name, or a value, that is replaced.
+    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): it may be the name, or a value, that is replaced
+    const QString own = params;
     StringPool strings;
     readStartTag(own, *this, strings);
 }
@@ -136,7 +138,8 @@ void NamedTag::SetTagToTextCallback(TagToTextCallback callback)
 
 void NamedTag::SetTagToTextCallback(const QString &name, TagToTextCallback callback)
 {
-    const QString own = name; // It may be the key that goes.
+    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): it may be the key that goes
+    const QString own = name;
     if (callback)
         sTagCallbacksMap.insert(own, callback);
     else

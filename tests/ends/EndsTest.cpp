@@ -2,9 +2,10 @@
 
 #include <QCoreApplication>
 #include <QDir>
-#include <QElapsedTimer>
+#include <QFile>
 #include <QProcess>
 #include <QProcessEnvironment>
+#include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
@@ -25,7 +26,42 @@ QString besideThis(const char *name)
 using Case = std::tuple<const char *, const char *, const char *>;
 
 class Ends : public ::testing::TestWithParam<Case>
-{};
+{
+protected:
+    /// Fails unless the host ends in time and in order.
+    void run()
+    {
+        const auto &[step, server, way] = GetParam();
+        QProcess host;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QStringLiteral("ASAN_OPTIONS"), QStringLiteral("detect_leaks=0")); // it destroys nothing
+        environment.insert(QStringLiteral("QUIRE_ENDS_RECORD"), m_folder.filePath(QStringLiteral("saved")));
+        host.setProcessEnvironment(environment);
+        host.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+        host.start(besideThis(QUIRE_ENDS_HOST), {besideThis(QUIRE_ENDS_SERVER), besideThis(QUIRE_ENDS_SCENE),
+                                                 QLatin1String(step), QLatin1String(server), QLatin1String(way)});
+        ASSERT_TRUE(host.waitForStarted(deadline)) << qPrintable(host.errorString());
+        if (!host.waitForFinished(deadline)) {
+            host.kill();
+            host.waitForFinished(deadline);
+            FAIL() << "it hangs";
+        }
+        EXPECT_EQ(host.exitStatus(), QProcess::NormalExit);
+        EXPECT_EQ(host.exitCode(), 0);
+    }
+
+    /// The names of the stories that the host has saved, a line each.
+    QByteArray saved() const
+    {
+        QFile file(m_folder.filePath(QStringLiteral("saved")));
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+
+private:
+    const QTemporaryDir m_folder;
+};
+
+using EndsWithAnEdit = Ends;
 
 std::string nameOf(const ::testing::TestParamInfo<Case> &info)
 {
@@ -42,24 +78,14 @@ std::string nameOf(const ::testing::TestParamInfo<Case> &info)
 
 TEST_P(Ends, WithoutCrashOrHang)
 {
-    const auto &[step, server, way] = GetParam();
-    for (int round = 0; round < repeats; ++round) {
-        QProcess host;
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(QStringLiteral("ASAN_OPTIONS"), QStringLiteral("detect_leaks=0")); // it destroys nothing
-        host.setProcessEnvironment(environment);
-        host.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-        host.start(besideThis(QUIRE_ENDS_HOST), {besideThis(QUIRE_ENDS_SERVER), besideThis(QUIRE_ENDS_SCENE),
-                                                 QLatin1String(step), QLatin1String(server), QLatin1String(way)});
-        ASSERT_TRUE(host.waitForStarted(deadline)) << qPrintable(host.errorString());
-        if (!host.waitForFinished(deadline)) {
-            host.kill();
-            host.waitForFinished(deadline);
-            FAIL() << "it hangs";
-        }
-        EXPECT_EQ(host.exitStatus(), QProcess::NormalExit);
-        EXPECT_EQ(host.exitCode(), 0);
-    }
+    for (int round = 0; round < repeats; ++round)
+        ASSERT_NO_FATAL_FAILURE(run());
+}
+
+TEST_P(EndsWithAnEdit, AndItIsSaved)
+{
+    ASSERT_NO_FATAL_FAILURE(run());
+    EXPECT_EQ(saved(), QByteArray("Set at the end\n"));
 }
 
 INSTANTIATE_TEST_SUITE_P(OnAnAnsweringServer, Ends,
@@ -79,4 +105,8 @@ INSTANTIATE_TEST_SUITE_P(OnAHangingServer, Ends,
                          ::testing::Combine(::testing::Values("sign-on,one-load", "sign-on,listen,one-load",
                                                               "sign-on,models"),
                                             ::testing::Values("hang"), ::testing::Values("exit", "return", "free")),
+                         nameOf);
+INSTANTIATE_TEST_SUITE_P(OnASlowServer, EndsWithAnEdit,
+                         ::testing::Combine(::testing::Values("sign-on,edit"), ::testing::Values("slow"),
+                                            ::testing::Values("exit", "return")),
                          nameOf);

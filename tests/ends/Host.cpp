@@ -1,6 +1,6 @@
 // A host that ends in the middle of something:
 //
-//     ends_host SERVER SCENE STEP,... hang|answer exit|return|free
+//     ends_host SERVER SCENE STEP,... answer|slow|hang exit|return|free
 //
 // Neither it nor its modules are linked with each other, so that what it lets go of really goes.
 
@@ -71,10 +71,9 @@ int main(int argc, char *argv[])
 {
     if (argc != 6)
         return 2;
-    const bool hanging = std::strcmp(argv[4], "hang") == 0;
     const bool freeing = std::strcmp(argv[5], "free") == 0;
     const Module server = load(argv[1]);
-    if (function<int (*)(int)>(server, "serve")(hanging) != 0)
+    if (function<int (*)(const char *)>(server, "serve")(argv[4]) != 0)
         return 4;
     const Module scene = load(argv[2]);
     if (function<int (*)(const char *)>(scene, "play")(argv[3]) != 0)

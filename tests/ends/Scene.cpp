@@ -5,6 +5,9 @@
 #include <quire/models/DirectoryModel.h>
 #include <quire/models/QueueModel.h>
 #include <quire/models/SearchModel.h>
+#include <quire/models/StoryFieldsModel.h>
+
+#include <QCoreApplication>
 
 #include <atomic>
 #include <chrono>
@@ -154,6 +157,19 @@ bool startModels()
     return tree->isLoading() && stories->isLoading() && more->isLoading() && hits->isLoading();
 }
 
+/// Sets the title of a story, and leaves the saving to the model.
+bool edit()
+{
+    static int count = 0;
+    new QCoreApplication(count, nullptr);
+    auto *fields = new StoryFieldsModel;
+    fields->open(wires(1), StoryID{1, 0, 0});
+    while (fields->isLoading())
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    return fields->setData(fields->index(fields->rowOf(lasting("title")), StoryFieldsModel::ValueColumn),
+                           lasting("Set at the end"));
+}
+
 bool signOff()
 {
     QuireCOM::UnloadCOM();
@@ -168,9 +184,9 @@ struct Step
 
 /// What a host does.
 constexpr Step steps[] = {
-    {"sign-on", signOn},     {"walk", walk},        {"load", loadOneAndWatchIt}, {"one-load", startLoad},
-    {"loads", startLoads},   {"listen", listen},    {"chain", startChain},       {"search", startSearches},
-    {"models", startModels}, {"sign-off", signOff},
+    {"sign-on", signOn},     {"walk", walk},     {"load", loadOneAndWatchIt}, {"one-load", startLoad},
+    {"loads", startLoads},   {"listen", listen}, {"chain", startChain},       {"search", startSearches},
+    {"models", startModels}, {"edit", edit},     {"sign-off", signOff},
 };
 
 bool take(const QString &name)
