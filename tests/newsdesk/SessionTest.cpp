@@ -50,6 +50,7 @@ TEST_F(DeskSessionTest, TheTreeStaysAsItWasOpenedWhenOneSignsOnAgain)
         view.expand(tree.indexOf(text(path)));
         ASSERT_TRUE(comes([&] { return !tree.isLoading(); }));
     }
+    ASSERT_TRUE(comes([&] { return view.verticalScrollBar()->maximum() > 0; })); // the view counts its rows later
     view.verticalScrollBar()->setValue(view.verticalScrollBar()->maximum());
     const int scrolled = view.verticalScrollBar()->value();
     ASSERT_GT(scrolled, 0);
