@@ -174,6 +174,7 @@ const std::vector<QuietOperation> session{
     {"QuireCOM::registerCOM", [](Scene &) { QuireCOM::registerCOM(text("no such folder")); }},
     {"QuireCOM::IsLoaded", [](Scene &s) { s.session().IsLoaded(); }},
     {"QuireCOM::GetCOMError", [](Scene &s) { s.session().GetCOMError(); }},
+    {"QuireCOM::SignOnCount", [](Scene &) { QuireCOM::SignOnCount(); }},
     {"QuireCOM::GetConnectInfo", [](Scene &s) { s.session().GetConnectInfo(s.text, s.text, s.text); }},
     {"QuireCOM::GetSignon", [](Scene &s) { s.session().GetSignon(); }},
     {"QuireCOM::AddDirToCache", [](Scene &s) { s.session().AddDirToCache(worldPath(), s.handle); }},
