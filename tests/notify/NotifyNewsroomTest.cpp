@@ -63,6 +63,8 @@ protected:
         SearchProbe::destroy();
         QuireCOM::UnloadCOM();
         EXPECT_TRUE(server.waitForEvents());
+        // The worker of a queue that has gone may still be about to let go of the server's.
+        waitFor([&] { return server.census()->live() == m_liveAtFirst; });
         EXPECT_EQ(server.census()->live(), m_liveAtFirst) << server.census()->text().toStdString();
         EXPECT_EQ(Newsroom::Census::liveArrays(), m_arraysAtFirst);
     }
