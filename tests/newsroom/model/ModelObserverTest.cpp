@@ -136,7 +136,7 @@ TEST_F(ModelObserverTest, SettingsUsersAndFormsAreTold)
 TEST_F(ModelObserverTest, APutQueueTellsOnlyWhatItChanged)
 {
     const QVector<StoryPointer> stories = model->stories(1).value;
-    const StoryPointer first = stories.first();
+    const StoryPointer &first = stories.first();
     const Model::NewStory same{1, first->id(), first->revision(), first->formName(), first->text()};
     model->putQueue(1, {same}, {10, 11, 12, 13});
     EXPECT_EQ(diary->take(), QStringList());
