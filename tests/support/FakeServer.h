@@ -106,14 +106,14 @@ public:
     VARIANT_BOOL yes = VARIANT_TRUE;        ///< What a question is answered with when that is so.
     bool storiesExist = true;               ///< GetStory gives a handle.
     bool directoriesExist = true;           ///< GetDirectory gives a handle.
+    bool answerReadRate = true;             ///< False: get_SysReadRate succeeds and leaves its answer alone.
+    bool answerNumbers = true;              ///< False: GetUserInfo leaves its numbers alone.
     QString serverName;                     ///< A null string is answered as null.
     LONG readRate = 0;                      ///< Answer of get_SysReadRate.
-    bool answerReadRate = true;             ///< False: the call succeeds and leaves its answer alone.
     LONG wordLength = 0;                    ///< Answer of get_SysWordLength.
     QString form;                           ///< Answer of GetSystemForm; null as null.
     std::array<QString, 4> texts;           ///< Answers of GetUserInfo; null as null.
     std::array<LONG, 2> numbers{};          ///< Answers of GetUserInfo.
-    bool answerNumbers = true;              ///< False: GetUserInfo leaves its numbers alone.
     QMap<QString, QByteArray> blobs;        ///< By name; the user's own has an empty name.
     VARTYPE blobType = VT_UI1;              ///< Element type of the array that a blob is handed out in.
     bool nullBlobs = false;                 ///< A blob is handed out as no array at all.
