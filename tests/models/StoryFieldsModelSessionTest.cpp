@@ -9,7 +9,18 @@ using Newsroom::Refusal;
 namespace {
 
 class StoryFieldsModelSessionTest : public EditedStoryFixture
-{};
+{
+protected:
+    /// Has the title set under a lock, not saved; notes from then on what is told of the lock and of others' changes.
+    static void editUnderLock(StoryFieldsModel &model, QStringList &told)
+    {
+        openToEdit(model);
+        lock(model);
+        noteLocks(model, told);
+        noteChanges(model, told);
+        ASSERT_TRUE(set(model, "title", "Hail"));
+    }
+};
 
 } // namespace
 
@@ -59,11 +70,8 @@ TEST_F(StoryFieldsModelSessionTest, AfterSigningOnAnewASaveTakesALockOfItsOwn)
 TEST_F(StoryFieldsModelSessionTest, ASaveOnALockOfAnotherSessionTakesOneOfItsOwnAndTellsThatItIsGone)
 {
     StoryFieldsModel model;
-    openToEdit(model);
-    lock(model);
     QStringList told;
-    noteLocks(model, told);
-    ASSERT_TRUE(set(model, "title", "Hail"));
+    ASSERT_NO_FATAL_FAILURE(editUnderLock(model, told));
     signOnAnew();
     save(model); // without a refresh
     EXPECT_EQ(model.error(), 0);
@@ -76,12 +84,8 @@ TEST_F(StoryFieldsModelSessionTest, ASaveOnALockOfAnotherSessionTakesOneOfItsOwn
 TEST_F(StoryFieldsModelSessionTest, ASaveOnALockOfAnotherSessionReplacesNothingNew)
 {
     StoryFieldsModel model;
-    openToEdit(model);
-    lock(model);
     QStringList told;
-    noteLocks(model, told);
-    noteChanges(model, told);
-    ASSERT_TRUE(set(model, "title", "Hail"));
+    ASSERT_NO_FATAL_FAILURE(editUnderLock(model, told));
     signOnAnew();
     benSaves("title", "Flood");
     save(model);
@@ -96,11 +100,8 @@ TEST_F(StoryFieldsModelSessionTest, ASaveOnALockOfAnotherSessionReplacesNothingN
 TEST_F(StoryFieldsModelSessionTest, ASaveWithoutASessionFailsInWordsAndTellsThatTheLockIsGone)
 {
     StoryFieldsModel model;
-    openToEdit(model);
-    lock(model);
     QStringList told;
-    noteLocks(model, told);
-    ASSERT_TRUE(set(model, "title", "Hail"));
+    ASSERT_NO_FATAL_FAILURE(editUnderLock(model, told));
     session->Disconnect();
     save(model);
     EXPECT_EQ(model.errorText(), text("User not logged in."));
@@ -167,12 +168,8 @@ TEST_F(StoryFieldsModelSessionTest, ALockThatTheServerHasBrokenIsTold)
 TEST_F(StoryFieldsModelSessionTest, ASaveOnALockThatTheServerHasBrokenReplacesNothingNew)
 {
     StoryFieldsModel model;
-    openToEdit(model);
-    lock(model);
     QStringList told;
-    noteLocks(model, told);
-    noteChanges(model, told);
-    ASSERT_TRUE(set(model, "title", "Hail"));
+    ASSERT_NO_FATAL_FAILURE(editUnderLock(model, told));
     ASSERT_EQ(newsroom->breakLock(5), Refusal::None);
     benSaves("title", "Flood");
     save(model); // without a refresh

@@ -223,17 +223,23 @@ public:
     std::function<void()> busy;
 };
 
+/// Has another thread report that the queue of that number has changed.
+std::function<void()> reportElsewhere(qint32 queueId)
+{
+    return [queueId] {
+        onOtherThread([queueId] {
+            QueueUpdateMgr::Update(queueId);
+            return 0;
+        });
+    };
+}
+
 } // namespace
 
 TEST_F(QueueUpdateMgrTest, AReportOfAnotherThreadWhileItBeginsCounts)
 {
     BusyQueue queue(object("Q.SHORT"));
-    queue.busy = [] {
-        onOtherThread([] {
-            QueueUpdateMgr::Update(11);
-            return 0;
-        });
-    };
+    queue.busy = reportElsewhere(11);
     QueueUpdateMgr::BeginQueueUpdates(&queue);
     EXPECT_THAT(QueueUpdateMgrProbe::pending(), ElementsAre(11));
     EXPECT_TRUE(QueueUpdateMgr::NeedsRefresh(&queue, true));
@@ -244,12 +250,7 @@ TEST_F(QueueUpdateMgrTest, AReportOfAnotherThreadWhileItBeginsCounts)
 TEST_F(QueueUpdateMgrTest, AReportOfAnotherQueueWhileItBeginsIsNoNewsOfIt)
 {
     BusyQueue queue(object("Q.SHORT"));
-    queue.busy = [] {
-        onOtherThread([] {
-            QueueUpdateMgr::Update(10);
-            return 0;
-        });
-    };
+    queue.busy = reportElsewhere(10);
     QueueUpdateMgr::BeginQueueUpdates(&queue);
     EXPECT_THAT(QueueUpdateMgrProbe::pending(), IsEmpty());
     queue.busy = nullptr;
